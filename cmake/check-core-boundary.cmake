@@ -1,0 +1,27 @@
+# Fails when a source under DIR reaches for the window system: Widgets, Qml, Quick, a window,
+# a screen, the clipboard, the GUI application object, or an X11/Wayland header. The core must
+# stay testable headless and portable to another desktop.
+# Usage: cmake -DDIR=<folder> [-DSTAMP=<file>] -P check-core-boundary.cmake
+if(NOT DIR)
+    message(FATAL_ERROR "check-core-boundary: DIR is not set")
+endif()
+file(GLOB_RECURSE sources "${DIR}/*.h" "${DIR}/*.cpp")
+set(forbidden_include "#[ \t]*include[ \t]*[<\"](QtWidgets|QtQml|QtQuick|QtQuickControls2|X11/|xcb/|wayland-)")
+set(forbidden_name "(^|[^A-Za-z0-9_])(QGuiApplication|QApplication|qApp|QWidget|QWindow|QScreen|QClipboard|QQuick[A-Za-z]*|QQml[A-Za-z]*|QJS[A-Za-z]*|QSystemTrayIcon)([^A-Za-z0-9_]|$)")
+set(violations "")
+foreach(source IN LISTS sources)
+    file(STRINGS "${source}" lines)
+    set(number 0)
+    foreach(line IN LISTS lines)
+        math(EXPR number "${number} + 1")
+        if(line MATCHES "${forbidden_include}" OR line MATCHES "${forbidden_name}")
+            string(APPEND violations "\n  ${source}:${number}: ${line}")
+        endif()
+    endforeach()
+endforeach()
+if(violations)
+    message(FATAL_ERROR "The core must not depend on the window system:${violations}")
+endif()
+if(STAMP)
+    file(TOUCH "${STAMP}")
+endif()

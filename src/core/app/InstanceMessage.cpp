@@ -1,0 +1,30 @@
+#include "app/InstanceMessage.h"
+
+namespace InstanceMessages {
+namespace {
+constexpr char toggleWord[] = "toggle-popover";
+}
+
+QByteArray encode(InstanceMessage message) {
+    switch (message) {
+    case InstanceMessage::togglePopover:
+        return QByteArray(toggleWord) + '\n';
+    }
+    return {};
+}
+
+std::optional<InstanceMessage> decode(const QByteArray& bytes) {
+    if (bytes.size() > maximumSize) {
+        return std::nullopt;
+    }
+    QByteArray word = bytes;
+    if (word.endsWith('\n')) {
+        word.chop(1);
+    }
+    if (word == toggleWord) {
+        return InstanceMessage::togglePopover;
+    }
+    return std::nullopt;
+}
+
+} // namespace InstanceMessages

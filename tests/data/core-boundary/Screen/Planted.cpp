@@ -1,0 +1,2 @@
+#include <QRect>
+QRect area() { return QGuiApplication::primaryScreen()->geometry(); }

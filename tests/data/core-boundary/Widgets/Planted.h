@@ -1,0 +1,1 @@
+#include <QtWidgets/QPushButton>

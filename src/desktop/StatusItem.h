@@ -1,0 +1,31 @@
+#pragma once
+
+#include <QMenu>
+#include <QObject>
+#include <QRect>
+#include <QSystemTrayIcon>
+#include <memory>
+#include <optional>
+
+// The tray icon and its context menu. Created only once the desktop's tray host is known.
+class StatusItem : public QObject {
+    Q_OBJECT
+
+public:
+    static inline const QString toolTip = QStringLiteral("NorvaneBar — new Norvane task");
+
+    explicit StatusItem(QObject* parent = nullptr);
+
+    void create();
+
+signals:
+    // A left click, with the icon's place on screen when the tray tells it.
+    void clicked(std::optional<QRect> iconGeometry);
+    void quitRequested();
+
+private:
+    void refreshIcon();
+
+    QMenu m_menu;
+    std::unique_ptr<QSystemTrayIcon> m_icon;
+};

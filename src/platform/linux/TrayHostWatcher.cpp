@@ -1,0 +1,52 @@
+#include "linux/TrayHostWatcher.h"
+
+#include <QDBusConnection>
+#include <QDBusMessage>
+#include <QPointer>
+#include <qcoro/qcorodbus.h>
+
+namespace {
+const QString watcherService = QStringLiteral("org.kde.StatusNotifierWatcher");
+const QString watcherPath = QStringLiteral("/StatusNotifierWatcher");
+const QString watcherInterface = QStringLiteral("org.kde.StatusNotifierWatcher");
+} // namespace
+
+TrayHostWatcher::TrayHostWatcher(QObject* parent)
+    : QObject(parent)
+    , m_watcherService(watcherService, QDBusConnection::sessionBus(), QDBusServiceWatcher::WatchForRegistration) {}
+
+void TrayHostWatcher::start() {
+    connect(&m_watcherService, &QDBusServiceWatcher::serviceRegistered, this, &TrayHostWatcher::lookAgain);
+    connect(&m_xembed, &XEmbedTray::started, this, &TrayHostWatcher::lookAgain);
+    QDBusConnection::sessionBus().connect(watcherService, watcherPath, watcherInterface,
+                                          QStringLiteral("StatusNotifierHostRegistered"), this, SLOT(lookAgain()));
+    lookAgain();
+}
+
+void TrayHostWatcher::lookAgain() {
+    QCoro::connect(look(), this, [] {});
+}
+
+QCoro::Task<bool> TrayHostWatcher::statusNotifierHostRegistered() {
+    QDBusMessage call = QDBusMessage::createMethodCall(
+        watcherService, watcherPath, QStringLiteral("org.freedesktop.DBus.Properties"), QStringLiteral("Get"));
+    call << watcherInterface << QStringLiteral("IsStatusNotifierHostRegistered");
+    const QDBusMessage reply = co_await QDBusConnection::sessionBus().asyncCall(call);
+    co_return reply.type() == QDBusMessage::ReplyMessage && !reply.arguments().isEmpty() &&
+        reply.arguments().constFirst().value<QDBusVariant>().variant().toBool();
+}
+
+QCoro::Task<> TrayHostWatcher::look() {
+    QPointer<TrayHostWatcher> self(this);
+    const bool statusNotifier = co_await statusNotifierHostRegistered();
+    if (!self || m_found) {
+        co_return;
+    }
+    if (statusNotifier || m_xembed.isRunning()) {
+        m_found = true;
+        emit hostFound(statusNotifier ? TrayHost::statusNotifier : TrayHost::xembed);
+    } else if (!m_lookedOnce) {
+        emit noHostFound();
+    }
+    m_lookedOnce = true;
+}

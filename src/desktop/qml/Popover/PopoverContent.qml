@@ -10,6 +10,11 @@ Pane {
     height: 460
     padding: 16
 
+    background: Rectangle {
+        color: root.palette.window
+        border.color: root.palette.mid
+    }
+
     Accessible.role: Accessible.Pane
     Accessible.name: "NorvaneBar"
 

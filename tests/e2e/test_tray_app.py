@@ -1,0 +1,122 @@
+"""The whole NorvaneBar under a hermetic desktop: the tray icon opens the popover, a second launch
+and the D-Bus method toggle it, the menu quits, and without a tray host it still runs.
+
+Run inside a desktop session: NORVANEBAR_BINARY names the app, NORVANEBAR_TRAY the session's tray
+host (sni, xembed or none)."""
+
+import os
+import subprocess
+import sys
+import tempfile
+import unittest
+
+sys.path.insert(0, os.path.dirname(__file__))
+from norvanebar_app import (NorvaneBar, click, other_window, popover_window_id, wait_until,  # noqa: E402
+                            window_geometry, xembed_icon_window)
+
+TRAY = os.environ.get("NORVANEBAR_TRAY", "sni")
+
+
+class TrayAppTest(unittest.TestCase):
+    def setUp(self):
+        self.log_dir = tempfile.mkdtemp(prefix="norvanebar-e2e-")
+        self.app = NorvaneBar(os.environ["NORVANEBAR_BINARY"], self.log_dir).start()
+        self.addCleanup(self.app.stop)
+        self.app.wait_published()
+
+    def assert_popover_mapped(self):
+        window = wait_until(popover_window_id, what="a mapped popover window")
+        state = subprocess.run(["xwininfo", "-id", window], capture_output=True, text=True).stdout
+        self.assertIn("Map State: IsViewable", state)
+        return window
+
+    def assert_popover_unmapped(self):
+        wait_until(lambda: popover_window_id() is None, what="the popover to unmap")
+
+    @unittest.skipUnless(TRAY == "sni", "needs a StatusNotifierItem host")
+    def test_activating_the_tray_item_opens_the_popover(self):
+        self.app.activate()
+        self.app.wait_popover(True)
+        self.assert_popover_mapped()
+        self.app.activate()
+        self.app.wait_popover(False)
+        self.assert_popover_unmapped()
+
+    @unittest.skipUnless(TRAY == "sni", "needs a StatusNotifierItem host")
+    def test_quit_from_the_tray_menu_ends_with_status_zero(self):
+        self.assertIn("Quit NorvaneBar", self.app.menu_labels())
+        self.app.click_menu("Quit NorvaneBar")
+        self.assertEqual(self.app.wait_exit(), 0)
+
+    @unittest.skipUnless(TRAY == "sni", "needs a StatusNotifierItem host")
+    def test_a_menu_visit_leaves_left_clicks_working(self):
+        self.app.menu_labels()
+        self.app.activate()
+        self.app.wait_popover(True)
+
+    @unittest.skipUnless(TRAY == "xembed", "needs an XEmbed tray")
+    def test_clicking_the_xembed_icon_opens_the_popover_below_it(self):
+        icon = wait_until(xembed_icon_window, what="the XEmbed tray icon")
+        click(icon, 1)
+        self.app.wait_popover(True)
+        popover = self.assert_popover_mapped()
+        icon_x, icon_y, icon_width, icon_height = window_geometry(icon)
+        x, y, width, _ = window_geometry(popover)
+        self.assertGreater(y, icon_y + icon_height - 1, "the popover hangs below the icon")
+        self.assertLessEqual(x, icon_x + icon_width)
+        self.assertLessEqual(x + width, 1280)
+        click(icon, 1)
+        self.app.wait_popover(False)
+
+    @unittest.skipUnless(TRAY == "xembed", "needs an XEmbed tray")
+    def test_a_right_click_menu_leaves_left_clicks_working_and_quits(self):
+        icon = wait_until(xembed_icon_window, what="the XEmbed tray icon")
+        click(icon, 3)
+        menu = wait_until(lambda: other_window(icon), what="the context menu")
+        subprocess.run(["xdotool", "key", "Escape"], check=True)
+        wait_until(lambda: other_window(icon) is None, what="the menu to close")
+        click(icon, 1)
+        self.app.wait_popover(True)
+        click(icon, 1)
+        self.app.wait_popover(False)
+
+        click(icon, 3)
+        menu = wait_until(lambda: other_window(icon), what="the context menu")
+        x, y, width, height = window_geometry(menu)
+        subprocess.run(["xdotool", "mousemove", str(x + width // 2), str(y + height // 2), "click", "1"], check=True)
+        self.assertEqual(self.app.wait_exit(), 0)
+
+    def test_a_second_launch_toggles_the_popover(self):
+        self.assertEqual(self.app.launch_again(), 0)
+        self.app.wait_popover(True)
+        self.assert_popover_mapped()
+        self.assertEqual(self.app.launch_again(), 0)
+        self.app.wait_popover(False)
+        self.assert_popover_unmapped()
+        self.assertIsNone(self.app.process.poll(), "the first instance keeps running")
+
+    def test_the_dbus_method_toggles_the_popover(self):
+        self.app.toggle()
+        self.app.wait_popover(True)
+        self.assert_popover_mapped()
+        self.app.toggle()
+        self.app.wait_popover(False)
+
+    def test_escape_closes_the_popover(self):
+        self.app.toggle()
+        self.app.wait_popover(True)
+        window = self.assert_popover_mapped()
+        subprocess.run(["xdotool", "key", "--window", window, "Escape"], check=True)
+        self.app.wait_popover(False)
+
+    @unittest.skipUnless(TRAY == "none", "needs a desktop without a tray host")
+    def test_without_a_tray_host_it_says_so_once_and_keeps_running(self):
+        wait_until(lambda: "no tray icons" in self.app.stderr(), what="the missing-tray message")
+        self.app.toggle()
+        self.app.wait_popover(True)
+        self.assertEqual(self.app.stderr().count("no tray icons"), 1)
+        self.assertIsNone(self.app.process.poll())
+
+
+if __name__ == "__main__":
+    unittest.main(verbosity=2)

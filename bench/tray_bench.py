@@ -1,0 +1,195 @@
+"""Tray benchmarks: NorvaneBar beside a bare Qt Quick tray program built in the same tree, in the
+same hermetic desktop (run inside `desktop-session run --tray sni`).
+
+  start -> tray ready       spawn until the StatusNotifierWatcher records the item
+  toggle -> frame           D-Bus TogglePopover until the popover reports its first frame drawn
+                            (cold: the first open of a process; warm: later opens)
+  memory, idle              resident and anonymous memory 5 s after the tray is ready
+  CPU, wake-ups, idle       CPU time and context switches of all threads over an idle window
+
+usage: tray_bench.py NORVANEBAR BASELINE [--runs N] [--idle-runs N] [--idle-seconds S]"""
+
+import argparse
+import glob
+import json
+import os
+import statistics
+import subprocess
+import sys
+import time
+
+import dbus
+from dbus.mainloop.glib import DBusGMainLoop
+from gi.repository import GLib
+
+DBusGMainLoop(set_as_default=True)
+BUS = dbus.SessionBus()
+INTERFACE = "com.norvanebar.NorvaneBar"
+OBJECT_PATH = "/com/norvanebar/NorvaneBar"
+WATCHER_LOG = os.environ["NORVANEBAR_WATCHER_LOG"]
+
+
+class Subject:
+    def __init__(self, name, binary, service):
+        self.name, self.binary, self.service = name, binary, service
+        self.process = None
+
+    def start(self):
+        with open(WATCHER_LOG, encoding="utf-8") as log:
+            log.seek(0, os.SEEK_END)
+            offset = log.tell()
+        started = time.monotonic()
+        self.process = subprocess.Popen([self.binary], stdout=subprocess.DEVNULL, stderr=subprocess.DEVNULL)
+        ready = self._wait_registration(offset)
+        return ready - started
+
+    def _wait_registration(self, offset):
+        deadline = time.monotonic() + 20
+        while time.monotonic() < deadline:
+            with open(WATCHER_LOG, encoding="utf-8") as log:
+                log.seek(offset)
+                for line in log:
+                    record = json.loads(line)
+                    if record.get("event") == "registered" and self._is_mine(record.get("sender", "")):
+                        return record["time"]
+            time.sleep(0.005)
+        raise TimeoutError(f"{self.name}: no tray registration")
+
+    def _is_mine(self, sender):
+        try:
+            bus = BUS.get_object("org.freedesktop.DBus", "/org/freedesktop/DBus")
+            return int(bus.GetConnectionUnixProcessID(sender, dbus_interface="org.freedesktop.DBus")) == self.process.pid
+        except dbus.DBusException:
+            return False
+
+    def stop(self):
+        self.process.terminate()
+        self.process.wait(10)
+
+    def toggle_until(self, visible):
+        """Seconds from a TogglePopover call to the popover's report of `visible`."""
+        loop = GLib.MainLoop()
+        seen = {}
+
+        def changed(value):
+            if bool(value) == visible and "at" not in seen:
+                seen["at"] = time.monotonic()
+                loop.quit()
+
+        receiver = BUS.add_signal_receiver(changed, signal_name="PopoverVisibilityChanged",
+                                           dbus_interface=INTERFACE, bus_name=self.service, path=OBJECT_PATH)
+        GLib.timeout_add(5000, loop.quit)
+        proxy = BUS.get_object(self.service, OBJECT_PATH)
+        started = time.monotonic()
+        proxy.TogglePopover(dbus_interface=INTERFACE, reply_handler=lambda: None, error_handler=lambda e: None)
+        loop.run()
+        receiver.remove()
+        if "at" not in seen:
+            raise TimeoutError(f"{self.name}: popover never reported visible={visible}")
+        return seen["at"] - started
+
+    def memory_kib(self):
+        fields = {}
+        with open(f"/proc/{self.process.pid}/status") as status:
+            for line in status:
+                key, _, value = line.partition(":")
+                fields[key] = value.split()[0] if value.split() else "0"
+        return int(fields["VmRSS"]), int(fields["RssAnon"])
+
+    def cpu_and_switches(self):
+        """(CPU nanoseconds, context switches) summed over the process's threads."""
+        cpu = switches = 0
+        for task in glob.glob(f"/proc/{self.process.pid}/task/*"):
+            try:
+                with open(f"{task}/schedstat") as schedstat:
+                    cpu += int(schedstat.read().split()[0])
+                with open(f"{task}/status") as status:
+                    for line in status:
+                        if line.startswith(("voluntary_ctxt_switches", "nonvoluntary_ctxt_switches")):
+                            switches += int(line.split()[1])
+            except OSError:
+                continue
+        return cpu, switches
+
+
+def summary(values, unit, scale=1.0):
+    values = [v * scale for v in values]
+    digits = 4 if unit == "%" else 2
+    return f"{statistics.median(values):8.{digits}f} {unit} [{min(values):.{digits}f} – {max(values):.{digits}f}]"
+
+
+def ratio(app, base):
+    b = statistics.median(base)
+    return f"{statistics.median(app) / b:5.2f}×" if b else "   n/a"
+
+
+def measure_start_and_toggles(subjects, runs, warm_toggles=10):
+    results = {s.name: {"start": [], "cold": [], "warm": []} for s in subjects}
+    for _ in range(runs):
+        for subject in subjects:  # interleaved, so drift hits both alike
+            results[subject.name]["start"].append(subject.start())
+            time.sleep(1.0)  # the popover's content is created just after the icon
+            results[subject.name]["cold"].append(subject.toggle_until(True))
+            subject.toggle_until(False)
+            for _ in range(warm_toggles):
+                time.sleep(0.05)
+                results[subject.name]["warm"].append(subject.toggle_until(True))
+                subject.toggle_until(False)
+            subject.stop()
+    return results
+
+
+def measure_idle(subjects, runs, seconds):
+    results = {s.name: {"rss": [], "anon": [], "cpu": [], "wakeups": []} for s in subjects}
+    for _ in range(runs):
+        for subject in subjects:
+            subject.start()
+        time.sleep(5)
+        before = {}
+        for subject in subjects:
+            rss, anon = subject.memory_kib()
+            results[subject.name]["rss"].append(rss)
+            results[subject.name]["anon"].append(anon)
+            before[subject.name] = subject.cpu_and_switches()
+        time.sleep(seconds)
+        for subject in subjects:
+            cpu, switches = subject.cpu_and_switches()
+            cpu0, switches0 = before[subject.name]
+            results[subject.name]["cpu"].append((cpu - cpu0) / (seconds * 1e9) * 100)
+            results[subject.name]["wakeups"].append((switches - switches0) / seconds)
+            subject.stop()
+    return results
+
+
+def main():
+    parser = argparse.ArgumentParser()
+    parser.add_argument("norvanebar")
+    parser.add_argument("baseline")
+    parser.add_argument("--runs", type=int, default=7)
+    parser.add_argument("--idle-runs", type=int, default=3)
+    parser.add_argument("--idle-seconds", type=float, default=30)
+    args = parser.parse_args()
+    app = Subject("NorvaneBar", args.norvanebar, "com.norvanebar.NorvaneBar")
+    base = Subject("bare tray", args.baseline, "com.norvanebar.BareTrayBaseline")
+
+    timing = measure_start_and_toggles([app, base], args.runs)
+    idle = measure_idle([app, base], args.idle_runs, args.idle_seconds)
+
+    print(f"tray benchmarks: median [min – max]; {args.runs} runs, idle over {args.idle_runs} × {args.idle_seconds:g} s")
+    print(f"{'measure':28} {'NorvaneBar':32} {'bare tray baseline':32} ratio   target")
+    rows = [
+        ("start -> tray ready", timing, "start", "ms", 1000, "≤ 1.5× baseline"),
+        ("toggle -> frame, cold", timing, "cold", "ms", 1000, "≤ 100 ms"),
+        ("toggle -> frame, warm", timing, "warm", "ms", 1000, "≤ 5 ms"),
+        ("resident memory, idle", idle, "rss", "MB", 1 / 1024, "≤ 60 MB"),
+        ("anonymous memory, idle", idle, "anon", "MB", 1 / 1024, "≤ 15 MB"),
+        ("CPU, idle", idle, "cpu", "%", 1, "≤ 0.01 %"),
+        ("wake-ups, idle", idle, "wakeups", "/s", 1, "≤ 1 /s"),
+    ]
+    for label, table, key, unit, scale, target in rows:
+        mine, theirs = table["NorvaneBar"][key], table["bare tray"][key]
+        print(f"{label:28} {summary(mine, unit, scale):32} {summary(theirs, unit, scale):32} {ratio(mine, theirs)}  {target}")
+
+
+if __name__ == "__main__":
+    sys.exit(main())

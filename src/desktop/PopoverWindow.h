@@ -15,6 +15,9 @@ class PopoverWindow : public QQuickView, public PopoverControlling {
 public:
     PopoverWindow();
 
+    // Qt Quick settings every popover relies on; called once, before any window exists.
+    static void configureQuick();
+
     void showPopover() override;
 
 public slots:

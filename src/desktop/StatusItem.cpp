@@ -18,11 +18,11 @@ void StatusItem::create() {
     if (m_icon) {
         return;
     }
-    m_icon = std::make_unique<QSystemTrayIcon>();
+    m_icon = new QSystemTrayIcon(this);
     m_icon->setContextMenu(&m_menu);
     m_icon->setToolTip(toolTip);
     refreshIcon();
-    connect(m_icon.get(), &QSystemTrayIcon::activated, this, [this](QSystemTrayIcon::ActivationReason reason) {
+    connect(m_icon, &QSystemTrayIcon::activated, this, [this](QSystemTrayIcon::ActivationReason reason) {
         if (reason != QSystemTrayIcon::Trigger) {
             return;
         }

@@ -4,7 +4,6 @@
 #include <QObject>
 #include <QRect>
 #include <QSystemTrayIcon>
-#include <memory>
 #include <optional>
 
 // The tray icon and its context menu. Created only once the desktop's tray host is known.
@@ -27,5 +26,5 @@ private:
     void refreshIcon();
 
     QMenu m_menu;
-    std::unique_ptr<QSystemTrayIcon> m_icon;
+    QSystemTrayIcon* m_icon = nullptr;
 };

@@ -1,0 +1,124 @@
+#include "PopoverWindow.h"
+
+#include <QAccessible>
+#include <QCursor>
+#include <QGuiApplication>
+#include <QQuickItem>
+#include <QScreen>
+#include <QSignalSpy>
+#include <QTest>
+
+class PopoverWindowTest : public QObject {
+    Q_OBJECT
+
+    static QStringList accessibleNames(QQuickItem* item) {
+        QStringList names;
+        if (QAccessibleInterface* accessible = QAccessible::queryAccessibleInterface(item)) {
+            names << accessible->text(QAccessible::Name);
+        }
+        for (QQuickItem* child : item->childItems()) {
+            names << accessibleNames(child);
+        }
+        names.removeAll(QString());
+        return names;
+    }
+
+private slots:
+    void initTestCase() { PopoverWindow::configureQuick(); }
+
+    void loadsItsPageOnce() {
+        PopoverWindow popover;
+        QVERIFY(!popover.rootObject());
+        popover.prepare();
+        QVERIFY(popover.rootObject());
+        QCOMPARE(popover.status(), QQuickView::Ready);
+        QQuickItem* page = popover.rootObject();
+        popover.prepare();
+        QCOMPARE(popover.rootObject(), page);
+        QVERIFY(popover.width() > 0 && popover.height() > 0);
+    }
+
+    void isAFramelessToolWindowOnTop() {
+        PopoverWindow popover;
+        QVERIFY(popover.flags().testFlag(Qt::FramelessWindowHint));
+        QVERIFY(popover.flags().testFlag(Qt::Tool));
+        QVERIFY(popover.flags().testFlag(Qt::WindowStaysOnTopHint));
+    }
+
+    void namesItsContentForAssistiveTechnology() {
+        PopoverWindow popover;
+        popover.prepare();
+        popover.show();
+        QVERIFY(QTest::qWaitForWindowExposed(&popover));
+        const QStringList names = accessibleNames(popover.contentItem());
+        QVERIFY2(names.contains(QStringLiteral("NorvaneBar")), qPrintable(names.join(u'|')));
+        QVERIFY(names.contains(QStringLiteral("Press Esc to close.")));
+    }
+
+    void reportsItsFirstFrameAndItsHiding() {
+        PopoverWindow popover;
+        QSignalSpy presented(&popover, &PopoverWindow::presentedChanged);
+        popover.toggle(std::nullopt);
+        QVERIFY(presented.wait(3000));
+        QCOMPARE(presented.takeFirst().at(0).toBool(), true);
+        popover.toggle(std::nullopt);
+        QCOMPARE(presented.count(), 1);
+        QCOMPARE(presented.takeFirst().at(0).toBool(), false);
+        QVERIFY(!popover.isVisible());
+    }
+
+    void hangsBelowATrayIcon() {
+        PopoverWindow popover;
+        const QRect icon(1200, 0, 24, 24);
+        popover.toggle(icon);
+        QVERIFY(QTest::qWaitForWindowExposed(&popover));
+        QCOMPARE(popover.position().y(), 24 + 4);
+        QVERIFY(popover.geometry().right() <= QGuiApplication::primaryScreen()->availableGeometry().right());
+    }
+
+    void opensBesideThePointerWithoutTrayGeometry() {
+        PopoverWindow popover;
+        QCursor::setPos(300, 100);
+        popover.toggle(std::nullopt);
+        QVERIFY(QTest::qWaitForWindowExposed(&popover));
+        QCOMPARE(popover.position().y(), 101 + 4);
+        QVERIFY(qAbs(popover.geometry().center().x() - 300) <= 1);
+    }
+
+    void escapeCloses() {
+        PopoverWindow popover;
+        popover.toggle(std::nullopt);
+        QVERIFY(QTest::qWaitForWindowActive(&popover));
+        QTest::keyClick(&popover, Qt::Key_Escape);
+        QTRY_VERIFY(!popover.isVisible());
+    }
+
+    void showPopoverReopensWhereItLastHung() {
+        PopoverWindow popover;
+        const QRect icon(1000, 0, 24, 24);
+        popover.toggle(icon);
+        QVERIFY(QTest::qWaitForWindowExposed(&popover));
+        const QPoint first = popover.position();
+        popover.hide();
+        popover.showPopover();
+        QVERIFY(QTest::qWaitForWindowExposed(&popover));
+        QCOMPARE(popover.position(), first);
+    }
+
+    void anotherWindowTakingFocusClosesItAndAClickRightAfterDoesNotReopen() {
+        PopoverWindow popover;
+        popover.toggle(std::nullopt);
+        QVERIFY(QTest::qWaitForWindowActive(&popover));
+        QWindow other;
+        other.setGeometry(0, 600, 100, 100);
+        other.show();
+        other.requestActivate();
+        QTRY_VERIFY(!popover.isVisible());
+        // The click on the tray icon that took the focus arrives as a toggle just after.
+        popover.toggle(std::nullopt);
+        QVERIFY(!popover.isVisible());
+    }
+};
+
+QTEST_MAIN(PopoverWindowTest)
+#include "PopoverWindowTest.moc"

@@ -11,6 +11,9 @@ import sys
 import time
 import unittest
 import uuid
+import xml.etree.ElementTree as ElementTree
+
+import dbus
 
 sys.path.insert(0, os.path.dirname(os.path.abspath(__file__)))
 from session_helpers import SignalCatcher, bus, name_has_owner, read_json_lines, selection_owner  # noqa: E402
@@ -97,8 +100,6 @@ class PrivateBus(unittest.TestCase):
         self.assertEqual([str(n) for n in names], ["org.freedesktop.DBus"])
 
     def test_unknown_name_fails_at_once_instead_of_starting_a_service(self):
-        import dbus
-
         # The host has service files for these; a stock session bus would start them.
         for name in ("org.freedesktop.impl.portal.Secret", "ca.desrt.dconf", "org.a11y.Bus",
                      "org.norvanebar.NoSuchService"):
@@ -110,8 +111,6 @@ class PrivateBus(unittest.TestCase):
             self.assertFalse(name_has_owner(name), name)
 
     def test_services_of_pieces_left_out_are_absent(self):
-        import dbus
-
         # The host has org.freedesktop.secrets.service; a stock bus would start gnome-keyring for it.
         absent = [name for piece, name in (("keyring", "org.freedesktop.secrets"),
                                            ("notifications", NOTIFICATIONS), ("watcher", WATCHER))
@@ -146,8 +145,6 @@ class Keyring(unittest.TestCase):
         self.assertNotEqual(run("secret-tool", "lookup", *attributes).returncode, 0)
 
     def test_login_collection_is_unlocked_and_default(self):
-        import dbus
-
         service = bus().get_object("org.freedesktop.secrets", "/org/freedesktop/secrets")
         default = service.ReadAlias("default", dbus_interface="org.freedesktop.Secret.Service")
         self.assertEqual(str(default), "/org/freedesktop/secrets/collection/login")
@@ -166,8 +163,6 @@ class Notifications(unittest.TestCase):
         self.app = "harness-" + uuid.uuid4().hex[:8]
 
     def notify(self, summary, actions=(), hints=None, replaces_id=0):
-        import dbus
-
         return int(self.server.Notify(
             self.app, dbus.UInt32(replaces_id), "task-due", summary, "body of " + summary,
             dbus.Array(actions, signature="s"), dbus.Dictionary(hints or {}, signature="sv"), dbus.Int32(5000),
@@ -182,8 +177,6 @@ class Notifications(unittest.TestCase):
         self.assertEqual(spec_version, "1.2")
 
     def test_notify_is_recorded_with_its_hints(self):
-        import dbus
-
         hints = {"urgency": dbus.Byte(2), "category": "task", "x-norvanebar-task": "T-1",
                  "resident": dbus.Boolean(True), "image-data": dbus.Struct(
                      (1, 1, 4, True, 8, 4, dbus.ByteArray(b"\x01\x02\x03\x04")), signature="iiibiiay")}
@@ -214,8 +207,6 @@ class Notifications(unittest.TestCase):
             self.server.CloseNotification(dbus.UInt32(notification_id), dbus_interface=NOTIFICATIONS)
 
     def test_invoke_action_emits_action_invoked_then_closes(self):
-        import dbus
-
         catcher = SignalCatcher(NOTIFICATIONS, ["ActionInvoked", "NotificationClosed"])
         notification_id = self.notify("with actions", ["default", "Open", "snooze", "Snooze"])
         self.server.InvokeAction(dbus.UInt32(notification_id), "snooze",
@@ -225,8 +216,6 @@ class Notifications(unittest.TestCase):
                                    ("NotificationClosed", (notification_id, 2))])
 
     def test_dismiss_and_close_emit_notification_closed(self):
-        import dbus
-
         catcher = SignalCatcher(NOTIFICATIONS, ["NotificationClosed"])
         dismissed = self.notify("dismissed")
         closed = self.notify("closed")
@@ -236,8 +225,6 @@ class Notifications(unittest.TestCase):
         self.assertEqual(signals, [("NotificationClosed", (dismissed, 2)), ("NotificationClosed", (closed, 3))])
 
     def test_unknown_action_is_an_error(self):
-        import dbus
-
         notification_id = self.notify("no such action", ["default", "Open"])
         with self.assertRaises(dbus.exceptions.DBusException):
             self.server.InvokeAction(dbus.UInt32(notification_id), "snooze",
@@ -253,8 +240,6 @@ class StatusNotifierWatcher(unittest.TestCase):
         return bus().get_object(WATCHER, WATCHER_PATH)
 
     def test_reports_a_registered_host(self):
-        import dbus
-
         value = self.watcher().Get(WATCHER, "IsStatusNotifierHostRegistered", dbus_interface=dbus.PROPERTIES_IFACE)
         self.assertIsInstance(value, dbus.Boolean)
         self.assertTrue(value)
@@ -263,8 +248,6 @@ class StatusNotifierWatcher(unittest.TestCase):
         self.assertIsInstance(everything["RegisteredStatusNotifierItems"], dbus.Array)
 
     def test_introspection_lists_the_properties(self):
-        import xml.etree.ElementTree as ElementTree
-
         xml = self.watcher().Introspect(dbus_interface="org.freedesktop.DBus.Introspectable")
         interface = [i for i in ElementTree.fromstring(str(xml)).iter("interface") if i.get("name") == WATCHER]
         self.assertEqual(len(interface), 1)
@@ -276,8 +259,6 @@ class StatusNotifierWatcher(unittest.TestCase):
         self.assertEqual(methods, {"RegisterStatusNotifierItem", "RegisterStatusNotifierHost"})
 
     def test_registration_is_recorded_and_dropped_when_the_owner_leaves(self):
-        import dbus
-
         # A second connection plays the tray client: it owns an item name like Qt's and registers it.
         client = dbus.bus.BusConnection(os.environ["DBUS_SESSION_BUS_ADDRESS"])
         item_name = "org.kde.StatusNotifierItem-%d-%d" % (os.getpid(), int(time.monotonic() * 1000) % 100000)
@@ -311,8 +292,6 @@ class StatusNotifierWatcher(unittest.TestCase):
         self.assertNotIn(by_path, items)
 
     def test_registering_a_name_nobody_owns_fails(self):
-        import dbus
-
         with self.assertRaises(dbus.exceptions.DBusException):
             self.watcher().RegisterStatusNotifierItem("org.kde.StatusNotifierItem-0-0", dbus_interface=WATCHER)
 

@@ -2,13 +2,13 @@
 
 namespace InstanceMessages {
 namespace {
-constexpr char toggleWord[] = "toggle-popover";
+const QByteArray toggleWord = QByteArrayLiteral("toggle-popover");
 }
 
 QByteArray encode(InstanceMessage message) {
     switch (message) {
     case InstanceMessage::togglePopover:
-        return QByteArray(toggleWord) + '\n';
+        return toggleWord + '\n';
     }
     return {};
 }

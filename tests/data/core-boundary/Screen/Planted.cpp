@@ -1,2 +1,4 @@
 #include <QRect>
-QRect area() { return QGuiApplication::primaryScreen()->geometry(); }
+QRect area() {
+    return QGuiApplication::primaryScreen()->geometry();
+}

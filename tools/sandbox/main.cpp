@@ -1,2 +1,71 @@
-// norvane-sandbox: a local Norvane-compatible service. Its service arrives with the next change.
-int main() { return 0; }
+// norvane-sandbox: a local service that speaks the Norvane REST contract, with demo data, for
+// demos, development and integration tests. Start-up lines on stdout, the first one always
+// "listening http://127.0.0.1:PORT", tell tests and scripts where it is and which tokens work.
+#include "server/SandboxOptions.h"
+#include "server/SandboxServer.h"
+#include "server/ShutdownSignals.h"
+#include "service/SandboxService.h"
+
+#include <QCoreApplication>
+#include <QDir>
+#include <QTemporaryDir>
+
+#include <cstdio>
+
+namespace {
+void printLine(const QString& line) {
+    std::fputs(qPrintable(line + QLatin1Char('\n')), stdout);
+    std::fflush(stdout);
+}
+
+int fail(const QString& message, int code) {
+    std::fputs(qPrintable(QStringLiteral("norvane-sandbox: ") + message + QLatin1Char('\n')), stderr);
+    return code;
+}
+} // namespace
+
+int main(int argc, char** argv) {
+    const QCoreApplication application(argc, argv);
+    const auto parsed = SandboxOptions::parse(QCoreApplication::arguments());
+    if (const QString* message = std::get_if<QString>(&parsed)) {
+        return fail(*message, 2);
+    }
+    const SandboxOptions& options = std::get<SandboxOptions>(parsed);
+    auto seed = options.seedSource();
+    if (const QString* problem = std::get_if<QString>(&seed)) {
+        return fail(*problem, 2);
+    }
+
+    QTemporaryDir temporaryFolder(QDir::temp().filePath(QStringLiteral("norvane-sandbox-XXXXXX")));
+    const QString dataFolder = options.dataFolder.isEmpty() ? temporaryFolder.path() : options.dataFolder;
+    if (!QDir().mkpath(dataFolder)) {
+        return fail(QStringLiteral("cannot create the data folder %1").arg(dataFolder), 1);
+    }
+
+    SandboxServer server;
+    const ShutdownSignals shutdown([&server] { server.stop(); });
+    const int port = server.bind(options.port);
+    if (port < 0) {
+        return fail(QStringLiteral("cannot listen on 127.0.0.1:%1").arg(options.port), 1);
+    }
+    const QString webBase = QStringLiteral("http://127.0.0.1:%1").arg(port);
+    auto created = SandboxService::create(SandboxSettings{webBase, dataFolder, options.admin, options.storageQuota,
+                                                          std::get<std::function<QJsonObject()>>(std::move(seed))});
+    if (const QString* problem = std::get_if<QString>(&created)) {
+        return fail(QStringLiteral("the seed does not load: ") + *problem, 2);
+    }
+    SandboxService& service = *std::get<std::unique_ptr<SandboxService>>(created);
+
+    printLine(QStringLiteral("listening ") + webBase);
+    printLine(QStringLiteral("api ") + webBase + QStringLiteral("/api/v2"));
+    printLine(QStringLiteral("web ") + webBase);
+    if (options.admin) {
+        printLine(QStringLiteral("admin ") + webBase + QStringLiteral("/_sandbox"));
+    }
+    printLine(QStringLiteral("data ") + dataFolder);
+    for (const User& user : service.tokenUsers()) {
+        printLine(QStringLiteral("token %1 user %2 %3").arg(*user.token).arg(user.id).arg(user.displayName()));
+    }
+    server.run(service);
+    return 0;
+}

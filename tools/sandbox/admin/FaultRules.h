@@ -1,0 +1,53 @@
+#pragma once
+
+#include "service/ServiceResponse.h"
+
+#include <QJsonArray>
+#include <QJsonObject>
+#include <QRegularExpression>
+
+#include <mutex>
+#include <optional>
+#include <variant>
+#include <vector>
+
+// One injected fault: which requests it catches and what happens to them.
+struct FaultRule {
+    int id = 0;
+    QByteArray method; // empty: any method
+    QString pathPattern;
+    QRegularExpression pathExpression;
+    int remaining = 1; // negative: without end
+    int delayMs = 0;
+    bool drop = false;
+    std::optional<ServiceResponse> answer;
+    int applied = 0;
+
+    QJsonObject toJson() const;
+};
+
+// The fault rules posted to /_sandbox/faults. The first rule that matches a request and has times
+// left is applied to it, once per request.
+//
+// A rule: {"method": "GET", "path": "/api/v2/team/*/task", "times": 1,
+//          "status": 429, "headers": {"Retry-After": "1"}, "err": "...", "ecode": "...",
+//          "body": <any JSON>, "bodyText": "...", "contentType": "...", "delayMs": 200, "drop": true}
+// `path` is a glob over the decoded path: `*` stays within a segment, `**` crosses segments.
+// `times` defaults to 1; a negative number never runs out. A rule delays, then drops the connection
+// or answers with `status`; a rule with a delay alone lets the request go on afterwards.
+class FaultRules {
+public:
+    // Adds one rule object or {"rules": [...]}; returns the added rules or what is wrong.
+    std::variant<QJsonArray, QString> add(const QJsonValue& posted);
+    // The rule to apply to this request, with its use counted.
+    std::optional<FaultRule> take(const QByteArray& method, const QString& path);
+    QJsonArray toJson() const;
+    void clear();
+
+private:
+    std::variant<FaultRule, QString> parse(const QJsonObject& object);
+
+    mutable std::mutex m_mutex;
+    std::vector<FaultRule> m_rules;
+    int m_nextID = 1;
+};

@@ -1,0 +1,13 @@
+#pragma once
+
+#include "service/ServiceRequest.h"
+#include "store/Records.h"
+
+// One request to the REST API, with the user its token belongs to and the ids taken from its path.
+struct ApiCall {
+    const ServiceRequest& request;
+    const User& user;
+    const QStringList& params;
+
+    QString param(qsizetype index) const { return params.value(index); }
+};

@@ -1,0 +1,11 @@
+#include "api/ApiRoutes.h"
+#include "api/WireJson.h"
+
+void addUserRoutes(ApiRoutes& routes, const ApiEnvironment& environment) {
+    routes.add("GET", u"user", [&environment](const ApiCall& call) {
+        return environment.store.read([&](const StoreData& data) {
+            return ServiceResponse::json(
+                {{QStringLiteral("user"), WireJson(data, environment.webBase).user(call.user)}});
+        });
+    });
+}

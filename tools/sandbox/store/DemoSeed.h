@@ -1,0 +1,19 @@
+#pragma once
+
+#include <QDateTime>
+#include <QJsonObject>
+
+// The built-in seeds, in the form SeedLoader reads. The demo is made the same way on every run
+// (a fixed pseudo-random sequence); only its dates follow the clock, so that overdue, today, later
+// and undated tasks always exist.
+namespace DemoSeed {
+
+// The first demo user: about 150 open tasks in the first workspace, so My Day pages beyond 100.
+inline constexpr qint64 firstUserID = 4810001;
+inline constexpr qint64 secondUserID = 4810002;
+
+QJsonObject demo(const QDateTime& now);
+// The two demo users in one workspace without spaces.
+QJsonObject empty();
+
+} // namespace DemoSeed

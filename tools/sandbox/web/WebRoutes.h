@@ -1,0 +1,11 @@
+#pragma once
+
+#include "service/RouteTable.h"
+#include "store/SandboxStore.h"
+
+using WebRoutes = RouteTable<RouteCall>;
+
+// The pages that links of the demo lead to: an index, the token page, a task and a list.
+void addWebPages(WebRoutes& routes, const SandboxStore& store, const QString& webBase);
+// The files behind attachment URLs.
+void addAttachmentDownloads(WebRoutes& routes, const SandboxStore& store);

@@ -218,6 +218,20 @@ class Run(unittest.TestCase):
         self.assertFalse(os.path.exists(session_dir))
         self.assertEqual(session_processes(session_dir), [])
 
+    def test_host_desktop_does_not_leak_into_the_session(self):
+        host = dict(os.environ, DISPLAY=":99", DBUS_SESSION_BUS_ADDRESS="unix:path=/nonexistent/bus",
+                    WAYLAND_DISPLAY="wayland-0", XDG_CURRENT_DESKTOP="GNOME", XAUTHORITY="/nonexistent/xauth",
+                    HOME="/nonexistent/home")
+        script = ('env; for pid in $(cut -d" " -f1 "$NORVANEBAR_SESSION_DIR/pids"); do '
+                  'echo "piece $pid"; tr "\\0" "\\n" </proc/$pid/environ; done')
+        result = subprocess.run([HARNESS, "run", "--tray", "xembed", "--", "sh", "-c", script], env=host,
+                                capture_output=True, text=True, timeout=30)
+        self.assertEqual(result.returncode, 0, result.stderr)
+        self.assertEqual(result.stdout.count("piece "), 5)
+        for line in result.stdout.splitlines():
+            for leaked in ("DISPLAY=:99", "/nonexistent/", "WAYLAND_DISPLAY=", "XDG_CURRENT_DESKTOP="):
+                self.assertNotIn(leaked, line)
+
     def test_run_passes_stdin_and_succeeds(self):
         result = subprocess.run([HARNESS, "run", "--tray", "none", "--", "cat"], input="through", capture_output=True,
                                 text=True, timeout=30)

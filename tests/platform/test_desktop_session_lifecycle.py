@@ -45,6 +45,23 @@ def alive(pid):
         return False
 
 
+def descendants(pid):
+    """PIDs of all live descendants of pid (the tree a test driver kills on a timeout)."""
+    children = {}
+    for entry in os.listdir("/proc"):
+        try:
+            with open("/proc/%s/stat" % entry, encoding="utf-8") as stat:
+                children.setdefault(int(stat.read().rsplit(")", 1)[1].split()[1]), []).append(int(entry))
+        except (OSError, ValueError, IndexError):
+            pass
+    found, queue = [], [pid]
+    while queue:
+        for child in children.get(queue.pop(), []):
+            found.append(child)
+            queue.append(child)
+    return found
+
+
 def read_pids(session_dir):
     with open(os.path.join(session_dir, "pids"), encoding="utf-8") as pids:
         return [(int(line.split()[0]), line.split()[2]) for line in pids if line.strip()]
@@ -261,6 +278,35 @@ class Run(unittest.TestCase):
                 runner.stderr.close()
         self.assertFalse(os.path.exists(session_dir))
         self.assertEqual(session_processes(session_dir), [])
+
+    def test_killing_the_run_process_tree_leaves_nothing(self):
+        with tempfile.TemporaryDirectory() as scratch:
+            record = os.path.join(scratch, "session")
+            runner = subprocess.Popen([HARNESS, "run", "--tray", "xembed", "--", "sh", "-c",
+                                       'echo "$NORVANEBAR_SESSION_DIR" >%s.new; mv %s.new %s; exec sleep 60'
+                                       % (record, record, record)],
+                                      stdout=subprocess.DEVNULL, stderr=subprocess.DEVNULL)
+            deadline = time.monotonic() + 10
+            while not os.path.exists(record) and time.monotonic() < deadline:
+                time.sleep(0.02)
+            with open(record, encoding="utf-8") as recorded:
+                session_dir = recorded.read().strip()
+            # The pieces are children of the run process, so killing its tree reaches every one.
+            tree = descendants(runner.pid)
+            try:
+                self.assertLessEqual(set(session_processes(session_dir)), set(tree))
+            finally:
+                for pid in [runner.pid] + tree + session_processes(session_dir):
+                    try:
+                        os.kill(pid, signal.SIGKILL)
+                    except ProcessLookupError:
+                        pass
+                runner.wait()
+        deadline = time.monotonic() + 5
+        while session_processes(session_dir) and time.monotonic() < deadline:
+            time.sleep(0.02)
+        self.assertEqual(session_processes(session_dir), [])
+        subprocess.run(["rm", "-rf", session_dir], check=True)
 
 
 if __name__ == "__main__":

@@ -172,9 +172,9 @@ class Notifications(unittest.TestCase):
         capabilities = self.server.GetCapabilities(dbus_interface=NOTIFICATIONS)
         self.assertIn("actions", capabilities)
         self.assertIn("body", capabilities)
-        name, _vendor, _version, spec_version = self.server.GetServerInformation(dbus_interface=NOTIFICATIONS)
+        name, _vendor, _version, protocol_version = self.server.GetServerInformation(dbus_interface=NOTIFICATIONS)
         self.assertTrue(name)
-        self.assertEqual(spec_version, "1.2")
+        self.assertEqual(protocol_version, "1.2")
 
     def test_notify_is_recorded_with_its_hints(self):
         hints = {"urgency": dbus.Byte(2), "category": "task", "x-norvanebar-task": "T-1",

@@ -1,6 +1,7 @@
 // norvane-sandbox: a local service that speaks the Norvane REST contract, with demo data, for
 // demos, development and integration tests. Start-up lines on stdout, the first one always
-// "listening http://127.0.0.1:PORT", tell tests and scripts where it is and which tokens work.
+// "listening http://127.0.0.1:PORT" and the last one "ready", tell tests and scripts where it is
+// and which tokens work.
 #include "server/SandboxOptions.h"
 #include "server/SandboxServer.h"
 #include "server/ShutdownSignals.h"
@@ -66,6 +67,7 @@ int main(int argc, char** argv) {
     for (const User& user : service.tokenUsers()) {
         printLine(QStringLiteral("token %1 user %2 %3").arg(*user.token).arg(user.id).arg(user.displayName()));
     }
+    printLine(QStringLiteral("ready"));
     server.run(service);
     return 0;
 }

@@ -158,9 +158,26 @@ void SandboxServer::run(SandboxService& service) {
     m_server->Put(everything, withReader);
     m_server->Patch(everything, withReader);
     m_server->Delete(everything, withReader);
+    {
+        std::lock_guard lock(m_mutex);
+        if (m_stopRequested) {
+            return;
+        }
+        m_state = State::Running;
+    }
     m_server->listen_after_bind();
+    std::lock_guard lock(m_mutex);
+    m_state = State::Finished;
+    m_changed.notify_all();
 }
 
 void SandboxServer::stop() {
-    m_server->stop();
+    std::unique_lock lock(m_mutex);
+    m_stopRequested = true;
+    // The library ignores a stop that comes before its listening loop has begun, so the stop is
+    // repeated until run() is over.
+    while (m_state == State::Running) {
+        m_server->stop();
+        m_changed.wait_for(lock, std::chrono::milliseconds(10));
+    }
 }

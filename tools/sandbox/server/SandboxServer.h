@@ -1,6 +1,8 @@
 #pragma once
 
+#include <condition_variable>
 #include <memory>
+#include <mutex>
 
 namespace httplib {
 class Server;
@@ -20,9 +22,16 @@ public:
     int bind(int port);
     // Serves requests until stop(); the service must outlive the call.
     void run(SandboxService& service);
-    // Safe from any thread.
+    // Safe from any thread, before, during or after run(); when it returns, run() has ended or
+    // will not serve.
     void stop();
 
 private:
+    enum class State { Idle, Running, Finished };
+
     std::unique_ptr<httplib::Server> m_server;
+    std::mutex m_mutex;
+    std::condition_variable m_changed;
+    State m_state = State::Idle;
+    bool m_stopRequested = false;
 };

@@ -1,0 +1,40 @@
+#pragma once
+
+#include <QString>
+
+// Ids of norvane-sandbox's demo data (tools/sandbox/store/DemoSeed.cpp) that tests rely on.
+namespace SandboxDemo {
+
+// Owns about 150 open tasks in Northwind, so that paging goes past 100.
+inline constexpr qint64 firstUserID = 4810001;
+inline constexpr int firstUserOpenNorthwindTasks = 150;
+// A member of Northwind only.
+inline constexpr qint64 secondUserID = 4810002;
+// Members without a token: an empty user name, no user name, neither user name nor email.
+inline constexpr qint64 emptyUsernameUserID = 4810003;
+inline constexpr qint64 noUsernameUserID = 4810004;
+inline constexpr qint64 anonymousUserID = 4810005;
+
+// Custom task ids, string attachment ids.
+inline const QString northwindID = QStringLiteral("9015000001");
+// No custom task ids, numeric attachment ids, an archived space.
+inline const QString fabrikamID = QStringLiteral("9015000002");
+
+inline const QString productSpaceID = QStringLiteral("90150000101");    // with statuses
+inline const QString operationsSpaceID = QStringLiteral("90150000102"); // without statuses
+inline const QString researchSpaceID = QStringLiteral("90150000401");
+inline const QString legacySpaceID = QStringLiteral("90150000402"); // archived
+
+inline const QString sprintFolderID = QStringLiteral("90150000201");
+inline const QString releasesFolderID = QStringLiteral("90150000202"); // holds an archived list
+inline const QString archivedFolderID = QStringLiteral("90150000203");
+
+inline const QString inboxListID = QStringLiteral("901500001001");      // every custom field type
+inline const QString ideasListID = QStringLiteral("901500001002");      // archived: null
+inline const QString oldBacklogListID = QStringLiteral("901500001003"); // archived: true
+inline const QString releaseListID = QStringLiteral("901500002003");    // statuses of its own
+inline const QString supportListID = QStringLiteral("901500002006");
+inline const QString facilitiesListID = QStringLiteral("901500002007"); // statuses without types
+inline const QString labNotesListID = QStringLiteral("901500003001");   // in Fabrikam
+
+} // namespace SandboxDemo

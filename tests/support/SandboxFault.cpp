@@ -1,0 +1,59 @@
+#include "SandboxFault.h"
+
+SandboxFault SandboxFault::answer(const QString& path, int status, int times) {
+    SandboxFault fault;
+    fault.path = path;
+    fault.status = status;
+    fault.times = times;
+    return fault;
+}
+
+SandboxFault SandboxFault::delay(const QString& path, int delayMs) {
+    SandboxFault fault;
+    fault.path = path;
+    fault.delayMs = delayMs;
+    return fault;
+}
+
+SandboxFault SandboxFault::dropConnection(const QString& path) {
+    SandboxFault fault;
+    fault.path = path;
+    fault.drop = true;
+    return fault;
+}
+
+QJsonObject SandboxFault::toJson() const {
+    QJsonObject rule{{QStringLiteral("path"), path}};
+    if (!method.isEmpty()) {
+        rule.insert(QStringLiteral("method"), method);
+    }
+    if (times) {
+        rule.insert(QStringLiteral("times"), *times);
+    }
+    if (status) {
+        rule.insert(QStringLiteral("status"), *status);
+    }
+    if (!headers.isEmpty()) {
+        QJsonObject headerObject;
+        for (auto it = headers.begin(); it != headers.end(); ++it) {
+            headerObject.insert(it.key(), it.value());
+        }
+        rule.insert(QStringLiteral("headers"), headerObject);
+    }
+    if (err) {
+        rule.insert(QStringLiteral("err"), *err);
+    }
+    if (ecode) {
+        rule.insert(QStringLiteral("ecode"), *ecode);
+    }
+    if (bodyText) {
+        rule.insert(QStringLiteral("bodyText"), *bodyText);
+    }
+    if (delayMs) {
+        rule.insert(QStringLiteral("delayMs"), *delayMs);
+    }
+    if (drop) {
+        rule.insert(QStringLiteral("drop"), true);
+    }
+    return rule;
+}

@@ -1,0 +1,28 @@
+#pragma once
+
+#include <QJsonObject>
+#include <QMap>
+#include <QString>
+
+#include <optional>
+
+// A fault rule for norvane-sandbox's POST /_sandbox/faults, built in C++. Unset fields are left out,
+// so the sandbox's defaults apply: any method, once.
+struct SandboxFault {
+    QString method;
+    QString path;
+    std::optional<int> times;
+    std::optional<int> status;
+    QMap<QString, QString> headers;
+    std::optional<QString> err;
+    std::optional<QString> ecode;
+    std::optional<QString> bodyText;
+    std::optional<int> delayMs;
+    bool drop = false;
+
+    static SandboxFault answer(const QString& path, int status, int times = 1);
+    static SandboxFault delay(const QString& path, int delayMs);
+    static SandboxFault dropConnection(const QString& path);
+
+    QJsonObject toJson() const;
+};

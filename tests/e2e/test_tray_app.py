@@ -19,8 +19,9 @@ TRAY = os.environ.get("NORVANEBAR_TRAY", "sni")
 
 class TrayAppTest(unittest.TestCase):
     def setUp(self):
-        self.log_dir = tempfile.mkdtemp(prefix="norvanebar-e2e-")
-        self.app = NorvaneBar(os.environ["NORVANEBAR_BINARY"], self.log_dir).start()
+        log_dir = tempfile.TemporaryDirectory(prefix="norvanebar-e2e-")
+        self.addCleanup(log_dir.cleanup)
+        self.app = NorvaneBar(os.environ["NORVANEBAR_BINARY"], log_dir.name).start()
         self.addCleanup(self.app.stop)
         self.app.wait_published()
 

@@ -15,10 +15,11 @@ SandboxFault SandboxFault::delay(const QString& path, int delayMs) {
     return fault;
 }
 
-SandboxFault SandboxFault::dropConnection(const QString& path) {
+SandboxFault SandboxFault::dropConnection(const QString& path, int times) {
     SandboxFault fault;
     fault.path = path;
     fault.drop = true;
+    fault.times = times;
     return fault;
 }
 

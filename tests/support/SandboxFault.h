@@ -22,7 +22,9 @@ struct SandboxFault {
 
     static SandboxFault answer(const QString& path, int status, int times = 1);
     static SandboxFault delay(const QString& path, int delayMs);
-    static SandboxFault dropConnection(const QString& path);
+    // Qt's network access sends a request once more on a new connection when its connection closes
+    // before any answer, so a drop that a QNetworkAccessManager client is to see happens twice.
+    static SandboxFault dropConnection(const QString& path, int times = 2);
 
     QJsonObject toJson() const;
 };

@@ -1,0 +1,11 @@
+#include "api/APIErrorBody.h"
+
+#include "json/JsonEncoding.h"
+
+APIErrorBody APIErrorBody::fromJson(const Json::JsonObject& json) {
+    return {json.optional<QString>(QStringLiteral("err")), json.optional<QString>(QStringLiteral("ECODE"))};
+}
+
+QJsonObject APIErrorBody::toJson() const {
+    return Json::ObjectBuilder().set(QStringLiteral("err"), err).set(QStringLiteral("ECODE"), ecode).object();
+}

@@ -1,0 +1,20 @@
+#pragma once
+
+#include "json/JsonDecoding.h"
+
+#include <QJsonObject>
+#include <QString>
+#include <optional>
+
+// The body the service sends with a failure: a message and a machine code.
+struct APIErrorBody {
+    // The service's code of the storage limit being reached.
+    static constexpr QLatin1StringView storageLimitCode{"GBUSED_005"};
+
+    std::optional<QString> err;
+    std::optional<QString> ecode;
+
+    static APIErrorBody fromJson(const Json::JsonObject& json);
+    QJsonObject toJson() const;
+    bool operator==(const APIErrorBody&) const = default;
+};

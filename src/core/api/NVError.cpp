@@ -1,0 +1,43 @@
+#include "api/NVError.h"
+
+namespace {
+template <typename... Handlers> struct Overloaded : Handlers... { using Handlers::operator()...; };
+
+QString describe(const NVError::Case& failure) {
+    const QString unexpectedResponse = QStringLiteral("Unexpected response from Norvane.");
+    return std::visit(
+        Overloaded{
+            [](const NVError::Unauthorized& error) {
+                return error.detail && !error.detail->isEmpty() ? *error.detail : NVError::rejectedTokenText();
+            },
+            [](const NVError::RateLimited&) {
+                return QStringLiteral("Norvane rate limit reached. Try again in a moment.");
+            },
+            [](const NVError::Server& error) { return error.message; },
+            [](const NVError::Network&) { return QStringLiteral("Couldn't reach Norvane. Check your connection."); },
+            [&](const NVError::Decoding&) { return unexpectedResponse; },
+            [](const NVError::NotAuthenticated&) {
+                return QStringLiteral("You're not signed in. Add your Norvane API token in Settings.");
+            },
+            [](const NVError::StorageLimitExceeded&) {
+                return QStringLiteral("Your Norvane workspace storage limit has been reached. Upgrade your plan or "
+                                      "free up space, then try again.");
+            },
+            [&](const NVError::InvalidResponse&) { return unexpectedResponse; },
+        },
+        failure);
+}
+} // namespace
+
+const QString& NVError::rejectedTokenText() {
+    static const QString text = QStringLiteral("Norvane rejected the API token. Check it in Settings.");
+    return text;
+}
+
+NVError::NVError(Case failure)
+    : m_failure(std::move(failure))
+    , m_what(describe(m_failure).toUtf8()) {}
+
+QString NVError::errorDescription() const {
+    return describe(m_failure);
+}

@@ -1,0 +1,88 @@
+#pragma once
+
+#include "api/NVError.h"
+#include "async/Clock.h"
+#include "async/Sleeper.h"
+#include "auth/AuthProvider.h"
+#include "json/JsonDecoding.h"
+#include "json/JsonEncoding.h"
+
+#include <QCoroTask>
+#include <QList>
+#include <QNetworkRequest>
+#include <QUrl>
+#include <functional>
+#include <optional>
+#include <utility>
+
+class QNetworkAccessManager;
+class QNetworkReply;
+
+// The one gateway to the service's REST API. Every request asks `auth` for the token at its start,
+// so one client follows whichever account is active. All fields are fixed at creation: requests may
+// run side by side, and each waits out its own rate limit.
+//
+// Every call fails with NVError; a 429 is retried once, after the wait the service asks for.
+class NorvaneClient {
+public:
+    using QueryItems = QList<std::pair<QString, QString>>;
+
+    // `baseURL` is the API base, whose path is /api/v2. A null `uploadSession` means uploads go
+    // through `session` as well. `sleeper` waits before the retry of a 429; `clock` tells the time
+    // for a Retry-After date.
+    NorvaneClient(AuthProvider& auth, QNetworkAccessManager* session, QNetworkAccessManager* uploadSession,
+                  QUrl baseURL, Sleeper sleeper = Sleepers::real(), Clock clock = Clocks::system());
+
+    QNetworkAccessManager* session() const { return m_session; }
+    QNetworkAccessManager* uploadSession() const { return m_uploadSession; }
+    const QUrl& baseURL() const { return m_baseURL; }
+
+    // GET `path` (relative to the base, no leading slash) with the query items in the given order,
+    // and the answer decoded as T.
+    template <Json::DecodableRecord T> QCoro::Task<T> get(QString path, QueryItems query = {}) const {
+        co_return decodeRecord<T>(co_await send(buildRequest("GET", path, query, std::nullopt), false));
+    }
+
+    // POST `body` as JSON with sorted keys, and the answer decoded as T.
+    template <Json::DecodableRecord T, Json::EncodableRecord Body> QCoro::Task<T> post(QString path, Body body) const {
+        co_return decodeRecord<T>(co_await send(buildRequest("POST", path, {}, Json::serialize(body.toJson())), false));
+    }
+
+    // PUT `body` as JSON with sorted keys, and the answer decoded as T.
+    template <Json::DecodableRecord T, Json::EncodableRecord Body> QCoro::Task<T> put(QString path, Body body) const {
+        co_return decodeRecord<T>(co_await send(buildRequest("PUT", path, {}, Json::serialize(body.toJson())), false));
+    }
+
+private:
+    // One request as it goes out, kept whole so that a retry sends the very same bytes.
+    struct Request {
+        QNetworkRequest request;
+        QByteArray method;
+        QByteArray body;
+    };
+    using Retry = std::function<QCoro::Task<QByteArray>()>;
+
+    // The request for `path` with the token of this moment; NVError::NotAuthenticated without one.
+    Request buildRequest(const QByteArray& method, const QString& path, const QueryItems& query,
+                         std::optional<QByteArray> body) const;
+    QUrl endpointURL(const QString& path, const QueryItems& query) const;
+    // Runs the request on `session`; the body of a 2xx answer, or NVError.
+    QCoro::Task<QByteArray> send(Request request, bool isRetry) const;
+    // The status rules: a 2xx gives its body, a first 429 waits and calls `retry`, the rest fail.
+    QCoro::Task<QByteArray> decodeResponse(QNetworkReply& reply, bool isRetry, Retry retry) const;
+
+    template <typename T> static T decodeRecord(const QByteArray& body) {
+        try {
+            return Json::decode<T>(Json::parse(body), QStringLiteral("$"));
+        } catch (const DecodingError& error) {
+            throw NVError::decoding(error);
+        }
+    }
+
+    AuthProvider& m_auth;
+    QNetworkAccessManager* const m_session;
+    QNetworkAccessManager* const m_uploadSession;
+    const QUrl m_baseURL;
+    const Sleeper m_sleeper;
+    const Clock m_clock;
+};

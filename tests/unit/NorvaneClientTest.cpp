@@ -1,0 +1,105 @@
+#include "api/NorvaneClient.h"
+#include "ClientTesting.h"
+#include "api/TaskRecords.h"
+#include "api/TaskRequests.h"
+#include "api/UserRecords.h"
+#include "auth/StaticTokenAuth.h"
+
+#include <QNetworkAccessManager>
+#include <QTcpServer>
+#include <QTemporaryDir>
+#include <QTest>
+
+using namespace ClientTesting;
+
+namespace {
+// A session that counts the requests it is asked to make.
+class CountingSession : public QNetworkAccessManager {
+public:
+    int created = 0;
+
+protected:
+    QNetworkReply* createRequest(Operation operation, const QNetworkRequest& request,
+                                 QIODevice* outgoingData) override {
+        ++created;
+        return QNetworkAccessManager::createRequest(operation, request, outgoingData);
+    }
+};
+
+// A loopback address where nothing listens.
+QUrl refusingURL() {
+    QTcpServer server;
+    server.listen(QHostAddress::LocalHost);
+    const quint16 port = server.serverPort();
+    server.close();
+    return QUrl(QStringLiteral("http://127.0.0.1:%1/api/v2").arg(port));
+}
+} // namespace
+
+class NorvaneClientTest : public QObject {
+    Q_OBJECT
+
+private slots:
+    void anAbsentTokenFailsBeforeAnyRequest() {
+        NoTokenAuth auth;
+        CountingSession session;
+        const NorvaneClient client(auth, &session, nullptr, refusingURL());
+        const auto error = failureOf(client.get<UserResponse>(QStringLiteral("user")));
+        QVERIFY(error && error->is<NVError::NotAuthenticated>());
+        const auto postError = failureOf(client.post<CreatedTask>(QStringLiteral("list/1/task"), CreateTaskRequest()));
+        QVERIFY(postError && postError->is<NVError::NotAuthenticated>());
+        QCOMPARE(session.created, 0);
+    }
+
+    void anEmptyTokenIsStillSent() {
+        StaticTokenAuth auth{QString()};
+        CountingSession session;
+        const NorvaneClient client(auth, &session, nullptr, refusingURL());
+        const auto error = failureOf(client.get<UserResponse>(QStringLiteral("user")));
+        QVERIFY(error && error->is<NVError::Network>());
+        QCOMPARE(session.created, 1);
+    }
+
+    void aRefusedConnectionIsANetworkFailure() {
+        StaticTokenAuth auth{QStringLiteral("pk_1")};
+        QNetworkAccessManager session;
+        const NorvaneClient client(auth, &session, nullptr, refusingURL());
+        const auto error = failureOf(client.get<UserResponse>(QStringLiteral("user")));
+        QVERIFY(error && error->is<NVError::Network>());
+        QCOMPARE(error->as<NVError::Network>()->error, QNetworkReply::ConnectionRefusedError);
+        QCOMPARE(error->errorDescription(), QStringLiteral("Couldn't reach Norvane. Check your connection."));
+    }
+
+    void anAnswerThatIsNotHTTPIsAnInvalidResponse() {
+        QTemporaryDir root;
+        QVERIFY(QDir(root.path()).mkpath(QStringLiteral("api/v2")));
+        QFile file(root.filePath(QStringLiteral("api/v2/user")));
+        QVERIFY(file.open(QIODevice::WriteOnly));
+        file.write(R"({"user":{"id":1}})");
+        file.close();
+        StaticTokenAuth auth{QStringLiteral("pk_1")};
+        QNetworkAccessManager session;
+        const NorvaneClient client(auth, &session, nullptr,
+                                   QUrl::fromLocalFile(root.filePath(QStringLiteral("api/v2"))));
+        const auto error = failureOf(client.get<UserResponse>(QStringLiteral("user")));
+        QVERIFY(error && error->is<NVError::InvalidResponse>());
+    }
+
+    void anAbsentUploadSessionMeansTheSessionCarriesUploads() {
+        StaticTokenAuth auth{QStringLiteral("pk_1")};
+        QNetworkAccessManager session;
+        QNetworkAccessManager uploads;
+        const QUrl base(QStringLiteral("https://api.norvane.test/api/v2"));
+        QCOMPARE(NorvaneClient(auth, &session, nullptr, base).uploadSession(), &session);
+        QCOMPARE(NorvaneClient(auth, &session, &uploads, base).uploadSession(), &uploads);
+        QCOMPARE(NorvaneClient(auth, &session, &uploads, base).session(), &session);
+    }
+
+    void aStaticTokenIsGivenAsItStands() {
+        QCOMPARE(StaticTokenAuth(QStringLiteral(" pk_1 ")).authorizationValue(),
+                 std::optional<QString>(QStringLiteral(" pk_1 ")));
+    }
+};
+
+QTEST_GUILESS_MAIN(NorvaneClientTest)
+#include "NorvaneClientTest.moc"

@@ -13,8 +13,7 @@ ServiceResponse invalid(const QString& problem) {
 
 // The posted JSON object, or the answer for a body that is none.
 std::variant<QJsonObject, ServiceResponse> postedObject(const ServiceRequest& request) {
-    QJsonParseError error;
-    const QJsonDocument document = QJsonDocument::fromJson(request.body, &error);
+    const QJsonDocument document = QJsonDocument::fromJson(request.body);
     if (!document.isObject()) {
         return invalid(QStringLiteral("The body must be a JSON object"));
     }

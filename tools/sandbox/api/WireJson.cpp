@@ -105,7 +105,6 @@ QJsonObject WireJson::folder(const Folder& folder) const {
     QJsonObject object{{QStringLiteral("id"), folder.id},
                        {QStringLiteral("name"), folder.name},
                        {QStringLiteral("hidden"), false},
-                       {QStringLiteral("task_count"), QString::number(lists.size())},
                        {QStringLiteral("space"), QJsonObject{{QStringLiteral("id"), folder.spaceID}}},
                        {QStringLiteral("lists"), lists}};
     insertArchived(object, folder.archived);
@@ -197,8 +196,8 @@ QJsonObject WireJson::attachment(const Workspace& workspace, const Attachment& a
                        {QStringLiteral("extension"), attachment.extension},
                        {QStringLiteral("url"), attachmentURL(attachment)},
                        {QStringLiteral("thumbnail_small"), QJsonValue()}};
-    // The two forms the service answers with: a string id with a numeric date, or a numeric id
-    // with its date and version as text and number the other way round.
+    // The two forms the service answers with: a string id with a version in text and a numeric
+    // date, or a numeric id with a numeric version and a date in text.
     if (workspace.attachmentIDForm == AttachmentIDForm::Number) {
         object.insert(QStringLiteral("id"), attachment.id.toLongLong());
         object.insert(QStringLiteral("version"), 1);

@@ -47,8 +47,8 @@ APIErrorBody errorBodyOf(const QByteArray& data) {
 }
 } // namespace
 
-NorvaneClient::NorvaneClient(AuthProvider& auth, QNetworkAccessManager* session, QNetworkAccessManager* uploadSession,
-                             QUrl baseURL, Sleeper sleeper, Clock clock)
+NorvaneClient::NorvaneClient(const AuthProvider& auth, QNetworkAccessManager* session,
+                             QNetworkAccessManager* uploadSession, QUrl baseURL, Sleeper sleeper, Clock clock)
     : m_auth(auth)
     , m_session(session)
     , m_uploadSession(uploadSession ? uploadSession : session)
@@ -56,20 +56,20 @@ NorvaneClient::NorvaneClient(AuthProvider& auth, QNetworkAccessManager* session,
     , m_sleeper(std::move(sleeper))
     , m_clock(std::move(clock)) {}
 
-NorvaneClient::Request NorvaneClient::buildRequest(const QByteArray& method, const QString& path,
-                                                   const QueryItems& query, std::optional<QByteArray> body) const {
+QCoro::Task<QByteArray> NorvaneClient::perform(QByteArray method, QString path, QueryItems query,
+                                               std::optional<QByteArray> body) const {
     const std::optional<QString> token = m_auth.authorizationValue();
     if (!token) {
         throw NVError(NVError::NotAuthenticated{});
     }
-    QNetworkRequest request(endpointURL(path, query));
-    request.setTransferTimeout(requestTimeoutMs);
+    Request request{QNetworkRequest(endpointURL(path, query)), std::move(method), body.value_or(QByteArray())};
+    request.request.setTransferTimeout(requestTimeoutMs);
     // The bare token, with no scheme word before it.
-    request.setRawHeader(QByteArrayLiteral("Authorization"), token->toUtf8());
+    request.request.setRawHeader(QByteArrayLiteral("Authorization"), token->toUtf8());
     if (body) {
-        request.setRawHeader(QByteArrayLiteral("Content-Type"), QByteArrayLiteral("application/json"));
+        request.request.setRawHeader(QByteArrayLiteral("Content-Type"), QByteArrayLiteral("application/json"));
     }
-    return {request, method, body.value_or(QByteArray())};
+    co_return co_await send(std::move(request), false);
 }
 
 QUrl NorvaneClient::endpointURL(const QString& path, const QueryItems& query) const {
@@ -101,7 +101,10 @@ QCoro::Task<QByteArray> NorvaneClient::send(Request request, bool isRetry) const
     if (isTransportFailure(*reply)) {
         throw NVError(NVError::Network{reply->error(), reply->errorString()});
     }
-    co_return co_await decodeResponse(*reply, isRetry, [this, request] { return send(request, true); });
+    // Built apart from the co_await: GCC 12 destroys a capturing lambda twice when it stands in the
+    // same expression as co_await (a double free).
+    Retry retry = [this, request] { return send(request, true); };
+    co_return co_await decodeResponse(*reply, isRetry, std::move(retry));
 }
 
 QCoro::Task<QByteArray> NorvaneClient::decodeResponse(QNetworkReply& reply, bool isRetry, Retry retry) const {

@@ -30,7 +30,7 @@ public:
     // `baseURL` is the API base, whose path is /api/v2. A null `uploadSession` means uploads go
     // through `session` as well. `sleeper` waits before the retry of a 429; `clock` tells the time
     // for a Retry-After date.
-    NorvaneClient(AuthProvider& auth, QNetworkAccessManager* session, QNetworkAccessManager* uploadSession,
+    NorvaneClient(const AuthProvider& auth, QNetworkAccessManager* session, QNetworkAccessManager* uploadSession,
                   QUrl baseURL, Sleeper sleeper = Sleepers::real(), Clock clock = Clocks::system());
 
     QNetworkAccessManager* session() const { return m_session; }
@@ -40,17 +40,23 @@ public:
     // GET `path` (relative to the base, no leading slash) with the query items in the given order,
     // and the answer decoded as T.
     template <Json::DecodableRecord T> QCoro::Task<T> get(QString path, QueryItems query = {}) const {
-        co_return decodeRecord<T>(co_await send(buildRequest("GET", path, query, std::nullopt), false));
+        const QByteArray answer =
+            co_await perform(QByteArrayLiteral("GET"), std::move(path), std::move(query), std::nullopt);
+        co_return decodeRecord<T>(answer);
     }
 
     // POST `body` as JSON with sorted keys, and the answer decoded as T.
     template <Json::DecodableRecord T, Json::EncodableRecord Body> QCoro::Task<T> post(QString path, Body body) const {
-        co_return decodeRecord<T>(co_await send(buildRequest("POST", path, {}, Json::serialize(body.toJson())), false));
+        const QByteArray answer =
+            co_await perform(QByteArrayLiteral("POST"), std::move(path), QueryItems(), Json::serialize(body.toJson()));
+        co_return decodeRecord<T>(answer);
     }
 
     // PUT `body` as JSON with sorted keys, and the answer decoded as T.
     template <Json::DecodableRecord T, Json::EncodableRecord Body> QCoro::Task<T> put(QString path, Body body) const {
-        co_return decodeRecord<T>(co_await send(buildRequest("PUT", path, {}, Json::serialize(body.toJson())), false));
+        const QByteArray answer =
+            co_await perform(QByteArrayLiteral("PUT"), std::move(path), QueryItems(), Json::serialize(body.toJson()));
+        co_return decodeRecord<T>(answer);
     }
 
 private:
@@ -62,9 +68,10 @@ private:
     };
     using Retry = std::function<QCoro::Task<QByteArray>()>;
 
-    // The request for `path` with the token of this moment; NVError::NotAuthenticated without one.
-    Request buildRequest(const QByteArray& method, const QString& path, const QueryItems& query,
-                         std::optional<QByteArray> body) const;
+    // Builds the request for `path` with the token of this moment and sends it; the body of its 2xx
+    // answer. Without a token, NVError::NotAuthenticated and no request.
+    QCoro::Task<QByteArray> perform(QByteArray method, QString path, QueryItems query,
+                                    std::optional<QByteArray> body) const;
     QUrl endpointURL(const QString& path, const QueryItems& query) const;
     // Runs the request on `session`; the body of a 2xx answer, or NVError.
     QCoro::Task<QByteArray> send(Request request, bool isRetry) const;
@@ -79,7 +86,7 @@ private:
         }
     }
 
-    AuthProvider& m_auth;
+    const AuthProvider& m_auth;
     QNetworkAccessManager* const m_session;
     QNetworkAccessManager* const m_uploadSession;
     const QUrl m_baseURL;

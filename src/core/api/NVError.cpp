@@ -2,6 +2,8 @@
 
 namespace {
 template <typename... Handlers> struct Overloaded : Handlers... { using Handlers::operator()...; };
+// clang 14 doesn't deduce the arguments of an aggregate template by itself.
+template <typename... Handlers> Overloaded(Handlers...) -> Overloaded<Handlers...>;
 
 QString describe(const NVError::Case& failure) {
     const QString unexpectedResponse = QStringLiteral("Unexpected response from Norvane.");

@@ -1,0 +1,46 @@
+// Every record the service answers with, decoded from the same bytes. Decoding may fail, but only
+// with DecodingError; whatever decodes must be written and read back as the same record.
+#include "api/APIErrorBody.h"
+#include "api/FieldRecords.h"
+#include "api/HierarchyRecords.h"
+#include "api/TaskAttachment.h"
+#include "api/TaskRecords.h"
+#include "api/UserRecords.h"
+#include "json/JsonDecoding.h"
+#include "json/JsonEncoding.h"
+
+#include <cstdint>
+#include <cstdlib>
+
+namespace {
+template <typename Record> void tryRecord(const QJsonValue& json) {
+    const QString root = QStringLiteral("$");
+    Record record;
+    try {
+        record = Json::decode<Record>(json, root);
+    } catch (const DecodingError&) {
+        return;
+    }
+    const QJsonValue written = Json::parse(Json::serialize(record.toJson()));
+    if (Json::decode<Record>(written, root) != record) {
+        std::abort();
+    }
+}
+
+template <typename... Records> void tryRecords(const QJsonValue& json) {
+    (tryRecord<Records>(json), ...);
+}
+} // namespace
+
+extern "C" int LLVMFuzzerTestOneInput(const uint8_t* data, size_t size) {
+    QJsonValue json;
+    try {
+        json = Json::parse(QByteArray(reinterpret_cast<const char*>(data), static_cast<qsizetype>(size)));
+    } catch (const DecodingError&) {
+        return 0;
+    }
+    tryRecords<UserResponse, MembersResponse, TeamsResponse, SpacesResponse, FoldersResponse, ListsResponse, NVList,
+               TagsResponse, FieldsResponse, TeamTasksResponse, NVTaskSummary, CreatedTask, CommentResponse,
+               APIErrorBody, TaskAttachment>(json);
+    return 0;
+}

@@ -1,0 +1,40 @@
+#include "auth/KeychainStore.h"
+
+#include "auth/KeychainStoreError.h"
+#include "support/StrictUtf8.h"
+
+namespace {
+// Coroutines of their own over a copy of the item, so that nothing refers to the caller's value
+// once they suspend.
+QCoro::Task<std::optional<QString>> readItem(KeychainStore item) {
+    const std::optional<QByteArray> bytes = co_await item.backend->read(item.service, item.account);
+    if (!bytes) {
+        co_return std::nullopt;
+    }
+    co_return strictUtf8(*bytes);
+}
+
+QCoro::Task<> writeItem(KeychainStore item, QString value) {
+    co_await item.backend->remove(item.service, item.account);
+    const int status = co_await item.backend->write(item.service, item.account, value.toUtf8());
+    if (status != 0) {
+        throw KeychainStoreError::writeFailed(status);
+    }
+}
+
+QCoro::Task<> removeItem(KeychainStore item) {
+    co_await item.backend->remove(item.service, item.account);
+}
+} // namespace
+
+QCoro::Task<std::optional<QString>> KeychainStore::read() const {
+    return readItem(*this);
+}
+
+QCoro::Task<> KeychainStore::write(QString value) const {
+    return writeItem(*this, std::move(value));
+}
+
+QCoro::Task<> KeychainStore::remove() const {
+    return removeItem(*this);
+}

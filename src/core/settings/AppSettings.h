@@ -1,0 +1,70 @@
+#pragma once
+
+#include "app/HotKeyPreset.h"
+#include "compose/TaskTemplate.h"
+#include "recording/FacecamStyle.h"
+#include "recording/RecordingQuality.h"
+#include "settings/Bookmark.h"
+#include "settings/DefaultField.h"
+#include "settings/SavedLocation.h"
+#include "settings/StorageProviderKind.h"
+#include "settings/StoredAccount.h"
+#include "json/JsonDecoding.h"
+
+#include <QJsonObject>
+#include <QList>
+#include <QMap>
+#include <QSet>
+#include <QString>
+#include <QUuid>
+#include <optional>
+
+// All that NorvaneBar remembers apart from secrets and queued work: the settings file. Each JSON key
+// is the field's name. A fresh value holds the defaults, and a missing or null key reads as its
+// default; this is the whole of the migration from older files. A present key of the wrong type or
+// an unknown raw value fails the whole file.
+struct AppSettings {
+    QSet<DefaultField> visibleDefaultFields{DefaultField::status, DefaultField::assignee, DefaultField::dueDate};
+    QSet<QString> hiddenCustomFieldIDs;
+    qint64 defaultReminderLeadMinutes = 15;
+    QList<Bookmark> bookmarks;
+    std::optional<QString> preferredWorkspaceID;
+    std::optional<SavedLocation> lastLocation;
+    HotKeyPreset hotKeyPreset = HotKeyPreset::optionShiftSpace;
+    QList<TaskTemplate> templates;
+    HotKeyPreset screenshotHotKeyPreset = HotKeyPreset::disabled;
+    std::optional<QUuid> screenshotTemplateID;
+    HotKeyPreset screenRecordingHotKeyPreset = HotKeyPreset::disabled;
+    std::optional<QUuid> screenRecordingTemplateID;
+    RecordingQuality recordingQuality = RecordingQuality::hd720;
+    bool recordingCaptureMicrophone = true;
+    bool recordingShowCursor = true;
+    bool recordingIncludeFacecam = false;
+    FacecamStyle recordingFacecamStyle;
+    qint64 recordingMaxDurationMinutes = 15;
+    bool showDueCountBadge = false;
+    StorageProviderKind storageProvider = StorageProviderKind::norvane;
+    QString cloudinaryCloudName;
+    QString cloudinaryUploadPreset;
+    QString cloudflareR2AccountID;
+    QString cloudflareR2Bucket;
+    QString cloudflareR2PublicURLBase;
+    QString googleDriveFolderID;
+    QList<StoredAccount> accounts;
+    std::optional<qint64> activeAccountID;
+    // Keyed by the user's id in decimal.
+    QMap<QString, SavedLocation> accountLocations;
+    // Keyed by the user's id in decimal.
+    QMap<QString, QString> accountPreferredWorkspaceIDs;
+    QString branchNameFormat = QStringLiteral(":taskId:_:taskName:_:username:");
+    // Override the build's addresses of the service (API base with its /api/v2 path, and web base),
+    // for the sandbox, a staging or a self-hosted service.
+    std::optional<QString> serviceAPIBaseURL;
+    std::optional<QString> serviceWebBaseURL;
+
+    // Absent optional fields are left out; all others are always written.
+    static AppSettings fromJson(const Json::JsonObject& json);
+    QJsonObject toJson() const;
+
+    bool operator==(const AppSettings&) const = default;
+};

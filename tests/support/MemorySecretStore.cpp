@@ -1,0 +1,47 @@
+#include "MemorySecretStore.h"
+
+#include <qcoro/qcorotimer.h>
+
+using namespace std::chrono_literals;
+
+QCoro::Task<std::optional<QByteArray>> MemorySecretStore::read(QString service, QString account) {
+    m_log.append(QStringLiteral("read ") + account);
+    co_await QCoro::sleepFor(m_readDelays.value(account, 0ms));
+    co_return item(service, account);
+}
+
+QCoro::Task<int> MemorySecretStore::write(QString service, QString account, QByteArray value) {
+    m_log.append(QStringLiteral("write ") + account);
+    co_await QCoro::sleepFor(0ms);
+    if (const auto failure = m_writeFailures.constFind(account); failure != m_writeFailures.cend()) {
+        co_return *failure;
+    }
+    setItem(service, account, std::move(value));
+    co_return 0;
+}
+
+QCoro::Task<> MemorySecretStore::remove(QString service, QString account) {
+    m_log.append(QStringLiteral("remove ") + account);
+    co_await QCoro::sleepFor(0ms);
+    m_items.remove({service, account});
+}
+
+std::optional<QByteArray> MemorySecretStore::item(const QString& service, const QString& account) const {
+    const auto found = m_items.constFind({service, account});
+    if (found == m_items.cend()) {
+        return std::nullopt;
+    }
+    return *found;
+}
+
+void MemorySecretStore::setItem(const QString& service, const QString& account, QByteArray value) {
+    m_items.insert({service, account}, std::move(value));
+}
+
+void MemorySecretStore::failWrites(const QString& account, int status) {
+    m_writeFailures.insert(account, status);
+}
+
+void MemorySecretStore::delayReads(const QString& account, std::chrono::milliseconds delay) {
+    m_readDelays.insert(account, delay);
+}

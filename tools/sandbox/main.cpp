@@ -23,15 +23,14 @@ int fail(const QString& message, int code) {
     std::fputs(qPrintable(QStringLiteral("norvane-sandbox: ") + message + QLatin1Char('\n')), stderr);
     return code;
 }
-} // namespace
 
-int main(int argc, char** argv) {
+int run(int argc, char** argv) {
     const QCoreApplication application(argc, argv);
     const auto parsed = SandboxOptions::parse(QCoreApplication::arguments());
     if (const QString* message = std::get_if<QString>(&parsed)) {
         return fail(*message, 2);
     }
-    const SandboxOptions& options = std::get<SandboxOptions>(parsed);
+    const auto& options = std::get<SandboxOptions>(parsed);
     auto seed = options.seedSource();
     if (const QString* problem = std::get_if<QString>(&seed)) {
         return fail(*problem, 2);
@@ -70,4 +69,14 @@ int main(int argc, char** argv) {
     printLine(QStringLiteral("ready"));
     server.run(service);
     return 0;
+}
+} // namespace
+
+int main(int argc, char** argv) {
+    try {
+        return run(argc, argv);
+    } catch (const std::exception& error) {
+        std::fputs(error.what(), stderr);
+        return 1;
+    }
 }

@@ -119,7 +119,7 @@ std::variant<QJsonArray, QString> FaultRules::add(const QJsonValue& posted) {
                                    ? posted.toObject().value(QStringLiteral("rules")).toArray()
                                    : QJsonArray{posted};
     std::vector<FaultRule> parsed;
-    for (const QJsonValue& value : objects) {
+    for (const auto& value : objects) {
         if (!value.isObject()) {
             return QStringLiteral("a rule must be an object");
         }

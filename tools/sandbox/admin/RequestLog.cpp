@@ -3,6 +3,8 @@
 #include <QDateTime>
 #include <QJsonDocument>
 
+#include <algorithm>
+
 namespace {
 // Pseudo headers that the HTTP library adds for the peer's address.
 bool isPeerHeader(const QByteArray& name) {
@@ -51,12 +53,10 @@ qint64 RequestLog::begin(const ServiceRequest& request, int inFlight) {
 
 QJsonObject* RequestLog::find(qint64 seq) {
     // Recent entries are at the back, where a finishing request is found at once.
-    for (auto entry = m_entries.rbegin(); entry != m_entries.rend(); ++entry) {
-        if (entry->value(QStringLiteral("seq")).toInteger() == seq) {
-            return &*entry;
-        }
-    }
-    return nullptr;
+    const auto entry = std::find_if(m_entries.rbegin(), m_entries.rend(), [seq](const QJsonObject& each) {
+        return each.value(QStringLiteral("seq")).toInteger() == seq;
+    });
+    return entry == m_entries.rend() ? nullptr : &*entry;
 }
 
 void RequestLog::finish(qint64 seq, const ServiceRequest& request, int status, std::optional<int> faultID) {

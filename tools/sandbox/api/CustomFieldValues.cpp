@@ -46,7 +46,7 @@ bool fits(const FieldDefinition& field, const QJsonValue& value) {
 namespace CustomFieldValues {
 
 std::optional<QString> check(const TaskList& list, const QJsonArray& values, QJsonArray& stored) {
-    for (const QJsonValue& entry : values) {
+    for (const auto& entry : values) {
         const QJsonObject object = entry.toObject();
         const QString id = object.value(QStringLiteral("id")).toString();
         if (!entry.isObject() || id.isEmpty() || !object.contains(QStringLiteral("value"))) {

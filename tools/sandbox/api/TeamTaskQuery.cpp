@@ -127,8 +127,8 @@ TeamTaskQuery::Page TeamTaskQuery::run(const StoreData& data, const Workspace& w
         return reverse ? goesBefore(*b, *a) : goesBefore(*a, *b);
     });
     Page result;
-    const qsizetype first = static_cast<qsizetype>(page) * pageSize;
-    const qsizetype total = static_cast<qsizetype>(found.size());
+    const auto first = static_cast<qsizetype>(page) * pageSize;
+    const auto total = static_cast<qsizetype>(found.size());
     for (qsizetype index = first; index < std::min(total, first + pageSize); ++index) {
         result.tasks.push_back(found[static_cast<size_t>(index)]);
     }

@@ -2,6 +2,8 @@
 
 #include <QUrl>
 
+#include <array>
+
 namespace {
 QJsonValue orNull(const std::optional<QString>& value) {
     return value ? QJsonValue(*value) : QJsonValue();
@@ -18,12 +20,12 @@ void insertArchived(QJsonObject& object, const QJsonValue& archived) {
 }
 
 QJsonValue priority(std::optional<int> level) {
-    static const char* const names[] = {"urgent", "high", "normal", "low"};
-    static const char* const colors[] = {"#f50000", "#ffcc00", "#6fddff", "#d8d8d8"};
+    static const std::array<const char*, 4> names{"urgent", "high", "normal", "low"};
+    static const std::array<const char*, 4> colors{"#f50000", "#ffcc00", "#6fddff", "#d8d8d8"};
     if (!level || *level < 1 || *level > 4) {
-        return QJsonValue();
+        return {};
     }
-    const int index = *level - 1;
+    const auto index = static_cast<size_t>(*level - 1);
     return QJsonObject{{QStringLiteral("id"), QString::number(*level)},
                        {QStringLiteral("priority"), QLatin1String(names[index])},
                        {QStringLiteral("color"), QLatin1String(colors[index])},

@@ -9,9 +9,9 @@
 
 namespace {
 
-constexpr qsizetype maximumInMemoryBody = 16 * 1024 * 1024;
+constexpr qsizetype maximumInMemoryBody = qsizetype{16} * 1024 * 1024;
 constexpr size_t workerThreads = 32;
-constexpr size_t fileChunkSize = 1024 * 1024;
+constexpr size_t fileChunkSize = size_t{1024} * 1024;
 
 // A request body read from the connection while the service asks for it.
 class ConnectionBody final : public StreamedBody {

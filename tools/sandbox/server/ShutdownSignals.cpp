@@ -1,14 +1,19 @@
 #include "server/ShutdownSignals.h"
 
 #include <pthread.h>
-#include <signal.h>
+
+#include <csignal>
 
 namespace {
+// Sent by the destructor to end the wait when no shutdown signal came.
+constexpr int wakeUp = SIGUSR1;
+
 sigset_t shutdownSignals() {
     sigset_t signals;
     sigemptyset(&signals);
     sigaddset(&signals, SIGINT);
     sigaddset(&signals, SIGTERM);
+    sigaddset(&signals, wakeUp);
     return signals;
 }
 } // namespace
@@ -21,12 +26,14 @@ ShutdownSignals::ShutdownSignals(std::function<void()> onSignal) {
     m_waiter = std::thread([signals, onSignal = std::move(onSignal)] {
         int received = 0;
         sigwait(&signals, &received);
-        onSignal();
+        if (received != wakeUp) {
+            onSignal();
+        }
     });
 }
 
 ShutdownSignals::~ShutdownSignals() {
-    // Wakes the waiter when the server ended without a signal; a signal already taken is harmless.
-    pthread_kill(m_waiter.native_handle(), SIGTERM);
+    // Wakes the waiter when the server ended without a signal; after a signal it has ended already.
+    pthread_kill(m_waiter.native_handle(), wakeUp);
     m_waiter.join();
 }

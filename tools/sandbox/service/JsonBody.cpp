@@ -98,7 +98,7 @@ std::optional<QList<qint64>> JsonBody::integers(const QString& key) {
         return std::nullopt;
     }
     QList<qint64> result;
-    for (const QJsonValue& value : *values) {
+    for (const auto& value : *values) {
         if (!isInteger(value)) {
             expect(key, QStringLiteral("an array of integers"));
             return std::nullopt;
@@ -114,7 +114,7 @@ std::optional<QStringList> JsonBody::strings(const QString& key) {
         return std::nullopt;
     }
     QStringList result;
-    for (const QJsonValue& value : *values) {
+    for (const auto& value : *values) {
         if (!value.isString()) {
             expect(key, QStringLiteral("an array of strings"));
             return std::nullopt;

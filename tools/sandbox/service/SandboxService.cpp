@@ -76,7 +76,7 @@ ServiceResponse SandboxService::handle(const ServiceRequest& request) {
     const InFlight inFlight(m_inFlight);
     const qint64 seq = m_log.begin(request, inFlight.atArrival());
     std::optional<int> faultID;
-    const ServiceResponse response = answer(request, faultID);
+    ServiceResponse response = answer(request, faultID);
     m_log.finish(seq, request, response.status, faultID);
     return response;
 }

@@ -158,7 +158,7 @@ public:
     QString add(ListSlot& slot, std::vector<qint64> assignees, Due due, bool closed,
                 const std::optional<QString>& parent = std::nullopt, const QString& customIDPrefix = {}) {
         const int index = m_count++;
-        const QString id = QStringLiteral("86a") + QString::number(0x2d0000 + index * 97, 36);
+        QString id = QStringLiteral("86a") + QString::number(0x2d0000 + index * 97, 36);
         QJsonObject task{
             {QStringLiteral("id"), id},
             {QStringLiteral("name"), name(index)},
@@ -247,13 +247,13 @@ private:
 
     QDateTime m_now;
     QDateTime m_startOfToday;
-    QRandomGenerator m_random{20240611u};
+    QRandomGenerator m_random{20240611U};
     int m_count = 0;
 };
 
 QStringList tagNames(const QJsonArray& tags) {
     QStringList names;
-    for (const QJsonValue& each : tags) {
+    for (const auto& each : tags) {
         names.append(each.toObject().value(QStringLiteral("name")).toString());
     }
     return names;
@@ -321,7 +321,7 @@ QJsonObject northwind(TaskMaker& maker) {
         // A subtask lives in its parent's list.
         ListSlot* parentSlot = nullptr;
         for (ListSlot& each : targets) {
-            for (const QJsonValue& task : each.list->value(QStringLiteral("tasks")).toArray()) {
+            for (const auto& task : each.list->value(QStringLiteral("tasks")).toArray()) {
                 if (task.toObject().value(QStringLiteral("id")).toString() == parent) {
                     parentSlot = &each;
                 }

@@ -79,7 +79,7 @@ public:
 
     // true, false, null or missing, kept as given.
     QJsonValue archived() const {
-        const QJsonValue value = m_object.value(QStringLiteral("archived"));
+        QJsonValue value = m_object.value(QStringLiteral("archived"));
         if (!value.isUndefined() && !value.isNull() && !value.isBool()) {
             fail(QStringLiteral("archived"), QStringLiteral("a boolean or null"));
         }
@@ -129,7 +129,7 @@ private:
     void readWorkspace(const SeedObject& object) {
         Workspace workspace{object.requiredString(QStringLiteral("id")), object.requiredString(QStringLiteral("name")),
                             object.string(QStringLiteral("color")), object.string(QStringLiteral("avatar"))};
-        for (const QJsonValue& member : object.array(QStringLiteral("members"))) {
+        for (const auto& member : object.array(QStringLiteral("members"))) {
             if (!JsonBody::isInteger(member)) {
                 object.fail(QStringLiteral("members"), QStringLiteral("an array of user ids"));
             }
@@ -153,7 +153,7 @@ private:
     void readSpace(const SeedObject& object, const QString& workspaceID) {
         Space space{object.requiredString(QStringLiteral("id")), workspaceID,
                     object.requiredString(QStringLiteral("name")), readStatuses(object), object.archived()};
-        for (const QJsonValue& value : object.array(QStringLiteral("tags"))) {
+        for (const auto& value : object.array(QStringLiteral("tags"))) {
             const SeedObject tag(value, object.where() + QStringLiteral(".tags[]"));
             space.tags.push_back(Tag{tag.requiredString(QStringLiteral("name")), tag.string(QStringLiteral("tag_fg")),
                                      tag.string(QStringLiteral("tag_bg"))});
@@ -179,7 +179,7 @@ private:
                           object.requiredString(QStringLiteral("name")),
                           readStatuses(object),
                           object.archived()};
-            for (const QJsonValue& value : object.array(QStringLiteral("fields"))) {
+            for (const auto& value : object.array(QStringLiteral("fields"))) {
                 list.fields.push_back(readField(SeedObject(value, object.where() + QStringLiteral(".fields[]"))));
             }
             m_data.lists.push_back(list);
@@ -197,7 +197,7 @@ private:
             return std::nullopt;
         }
         std::vector<Status> statuses;
-        for (const QJsonValue& value : *array) {
+        for (const auto& value : *array) {
             const SeedObject status(value, owner.where() + QStringLiteral(".statuses[]"));
             statuses.push_back(Status{status.requiredString(QStringLiteral("status")),
                                       status.string(QStringLiteral("color")), status.string(QStringLiteral("type"))});
@@ -212,7 +212,7 @@ private:
                               object.object(),
                               {}};
         const QJsonObject typeConfig = object.object().value(QStringLiteral("type_config")).toObject();
-        for (const QJsonValue& option : typeConfig.value(QStringLiteral("options")).toArray()) {
+        for (const auto& option : typeConfig.value(QStringLiteral("options")).toArray()) {
             field.optionIDs.append(option.toObject().value(QStringLiteral("id")).toString());
         }
         return field;
@@ -233,13 +233,13 @@ private:
         task.dueDateTime = object.boolean(QStringLiteral("due_date_time"));
         const std::optional<qint64> priority = object.integer(QStringLiteral("priority"));
         task.priority = priority ? std::optional(static_cast<int>(*priority)) : std::nullopt;
-        for (const QJsonValue& assignee : object.array(QStringLiteral("assignees"))) {
+        for (const auto& assignee : object.array(QStringLiteral("assignees"))) {
             if (!JsonBody::isInteger(assignee)) {
                 object.fail(QStringLiteral("assignees"), QStringLiteral("an array of user ids"));
             }
             task.assignees.push_back(assignee.toInteger());
         }
-        for (const QJsonValue& tag : object.array(QStringLiteral("tags"))) {
+        for (const auto& tag : object.array(QStringLiteral("tags"))) {
             task.tags.append(tag.toString());
         }
         task.parentID = object.string(QStringLiteral("parent"));

@@ -1,0 +1,85 @@
+#pragma once
+
+#include "compose/CustomValue.h"
+
+#include <QDateTime>
+#include <QMap>
+#include <QObject>
+#include <QSet>
+#include <QString>
+#include <optional>
+
+// The one task being composed in the popover. Each field notifies its own change; assigning an
+// equal value stores it silently. Submissions never read it directly: they take a frozen copy.
+class TaskDraft : public QObject {
+    Q_OBJECT
+
+public:
+    static constexpr qint64 initialReminderLeadMinutes = 15;
+
+    explicit TaskDraft(QObject* parent = nullptr);
+
+    const QString& name() const { return m_name; }
+    const QString& descriptionText() const { return m_descriptionText; }
+    const std::optional<QString>& status() const { return m_status; }
+    const QSet<qint64>& assignees() const { return m_assignees; }
+    const std::optional<int>& priority() const { return m_priority; }
+    const std::optional<QDateTime>& dueDate() const { return m_dueDate; }
+    bool includeDueTime() const { return m_includeDueTime; }
+    bool reminderEnabled() const { return m_reminderEnabled; }
+    qint64 reminderLeadMinutes() const { return m_reminderLeadMinutes; }
+    const QSet<QString>& tags() const { return m_tags; }
+    // Custom field values by field id; only non-empty values are kept.
+    const QMap<QString, CustomValue>& custom() const { return m_custom; }
+
+    void setName(const QString& name);
+    void setDescriptionText(const QString& text);
+    void setStatus(const std::optional<QString>& status);
+    void setAssignees(const QSet<qint64>& assignees);
+    void setPriority(const std::optional<int>& priority);
+    void setDueDate(const std::optional<QDateTime>& dueDate);
+    void setIncludeDueTime(bool include);
+    void setReminderEnabled(bool enabled);
+    void setReminderLeadMinutes(qint64 minutes);
+    void setTags(const QSet<QString>& tags);
+    void setCustom(const QMap<QString, CustomValue>& custom);
+
+    // Every field back to its first value, except the reminder lead, which takes the argument.
+    void reset(qint64 defaultReminderLead);
+    // Forgets what belongs to one list: status, assignees, tags and custom values.
+    void clearListSpecificValues();
+
+signals:
+    void nameChanged();
+    void descriptionTextChanged();
+    void statusChanged();
+    void assigneesChanged();
+    void priorityChanged();
+    void dueDateChanged();
+    void includeDueTimeChanged();
+    void reminderEnabledChanged();
+    void reminderLeadMinutesChanged();
+    void tagsChanged();
+    void customChanged();
+
+private:
+    template <typename T> void assign(T& field, const T& value, void (TaskDraft::*changed)()) {
+        if (field == value) {
+            return;
+        }
+        field = value;
+        emit(this->*changed)();
+    }
+
+    QString m_name;
+    QString m_descriptionText;
+    std::optional<QString> m_status;
+    QSet<qint64> m_assignees;
+    std::optional<int> m_priority;
+    std::optional<QDateTime> m_dueDate;
+    bool m_includeDueTime = true;
+    bool m_reminderEnabled = false;
+    qint64 m_reminderLeadMinutes = initialReminderLeadMinutes;
+    QSet<QString> m_tags;
+    QMap<QString, CustomValue> m_custom;
+};

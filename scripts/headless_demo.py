@@ -1,34 +1,70 @@
-"""Shows NorvaneBar on a virtual display: opens the popover with a click on its tray icon, saves screenshots
-of the screen and of the popover, and prints their paths. Run inside a desktop session."""
+"""Shows NorvaneBar on a virtual display against norvane-sandbox: opens the popover with a click on
+its tray icon, signs in with a wrong and then a demo token, starts again to show that the token was
+kept, and saves a screenshot of each step. Run inside a desktop session.
+
+usage: headless_demo.py NORVANEBAR NORVANE_SANDBOX OUTPUT_FOLDER"""
 
 import os
 import subprocess
 import sys
+import time
 
 sys.path.insert(0, os.path.join(os.path.dirname(__file__), "..", "tests", "e2e"))
+from demo_sandbox import Sandbox, write_profile  # noqa: E402
 from norvanebar_app import NorvaneBar, click, popover_window_id, wait_until, xembed_icon_window  # noqa: E402
 
+# The sandbox answers in milliseconds; this is only for the page to be drawn before its picture.
+SETTLE = 1.0
 
-def main(binary, out):
-    app = NorvaneBar(binary, out).start()
+
+def screenshot(out, name):
+    subprocess.run(["xdotool", "mousemove", "640", "700"], check=True)  # off the icon
+    time.sleep(SETTLE)
+    path = os.path.join(out, name)
+    subprocess.run(["maim", path], check=True)
+    print(f"screenshot: {path}")
+
+
+def type_into_popover(text):
+    subprocess.run(["xdotool", "key", "ctrl+a", "BackSpace"], check=True)
+    subprocess.run(["xdotool", "type", "--delay", "5", text], check=True)
+    subprocess.run(["xdotool", "key", "Return"], check=True)
+
+
+def open_from_tray(app):
+    click(wait_until(xembed_icon_window, what="the tray icon"), 1)
+    app.wait_popover(True)
+    wait_until(popover_window_id, what="the popover window")
+
+
+def main(binary, sandbox_binary, out):
+    sandbox = Sandbox(sandbox_binary, os.path.join(out, "sandbox.log"))
     try:
-        icon = wait_until(xembed_icon_window, what="the tray icon")
-        print("tray icon: in the panel at the top right")
-        click(icon, 1)
-        app.wait_popover(True)
-        window = wait_until(popover_window_id, what="the popover window")
-        subprocess.run(["xdotool", "mousemove", "640", "700"], check=True)  # off the icon
-        screen = os.path.join(out, "screen.png")
-        popover = os.path.join(out, "popover.png")
-        subprocess.run(["maim", screen], check=True)
-        subprocess.run(["maim", "--window", window, popover], check=True)
-        print(f"screenshot of the screen: {screen}")
-        print(f"screenshot of the popover: {popover}")
-        app.stop()
-        return 0
+        write_profile(os.environ["XDG_CONFIG_HOME"], sandbox)
+        token, _, name = sandbox.tokens[0]
+        print(f"norvane-sandbox: {sandbox.web} (demo token of {name}: {token})")
+
+        app = NorvaneBar(binary, out).start()
+        try:
+            open_from_tray(app)
+            screenshot(out, "1-onboarding.png")
+            type_into_popover("pk_not_a_real_token")
+            screenshot(out, "2-wrong-token.png")
+            type_into_popover(token)
+            screenshot(out, "3-signed-in.png")
+        finally:
+            app.stop()
+
+        again = NorvaneBar(binary, out).start()
+        try:
+            open_from_tray(again)
+            screenshot(out, "4-signed-in-after-restart.png")
+        finally:
+            again.stop()
     finally:
-        app.stop()
+        sandbox.stop()
+    return 0
 
 
 if __name__ == "__main__":
-    sys.exit(main(sys.argv[1], sys.argv[2]))
+    sys.exit(main(*sys.argv[1:4]))

@@ -16,9 +16,14 @@ void AppDelegate::applicationDidFinishLaunching() {
     connect(&m_trayHost, &TrayHostWatcher::hostFound, this, &AppDelegate::trayHostFound);
     connect(&m_trayHost, &TrayHostWatcher::noHostFound, this, &AppDelegate::noTrayHostFound);
 
+    m_popover.setInitialProperties({{QStringLiteral("auth"), QVariant::fromValue(&m_authModel)},
+                                    {QStringLiteral("onboarding"), QVariant::fromValue(&m_onboardingModel)}});
+    m_app.popoverController = &m_popover;
+
     m_instance.listen();
     m_control.publish();
     m_trayHost.start();
+    QCoro::connect(m_app.bootstrap(), this, [] {});
 }
 
 void AppDelegate::trayHostFound() {

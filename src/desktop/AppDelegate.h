@@ -1,15 +1,20 @@
 #pragma once
 
+#include "AuthViewModel.h"
+#include "OnboardingModel.h"
 #include "PopoverWindow.h"
 #include "StatusItem.h"
+#include "app/AppState.h"
 #include "linux/ControlService.h"
+#include "linux/SecretServiceStore.h"
 #include "linux/SingleInstance.h"
 #include "linux/TrayHostWatcher.h"
 
 #include <QObject>
 
 // Builds NorvaneBar's presence on the desktop: the tray icon once a tray host is known, the
-// popover, and the ways to reach it without the icon (a second launch, the D-Bus interface).
+// popover and its pages, and the ways to reach it without the icon (a second launch, the D-Bus
+// interface); then starts the central state.
 class AppDelegate : public QObject {
     Q_OBJECT
 
@@ -22,6 +27,10 @@ private:
     void trayHostFound();
     void noTrayHostFound();
 
+    SecretServiceStore m_secrets;
+    AppState m_app{AppEnvironment{&m_secrets}};
+    AuthViewModel m_authModel{m_app};
+    OnboardingModel m_onboardingModel{m_app};
     SingleInstance m_instance;
     ControlService m_control;
     TrayHostWatcher m_trayHost;

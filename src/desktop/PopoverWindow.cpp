@@ -46,7 +46,7 @@ PopoverWindow::PopoverWindow()
 
 void PopoverWindow::prepare() {
     if (source().isEmpty()) {
-        setSource(QUrl(QStringLiteral("qrc:/qt/qml/NorvaneBar/qml/Popover/PopoverContent.qml")));
+        setSource(QUrl(QStringLiteral("qrc:/qt/qml/NorvaneBar/qml/Popover/CapturePopoverView.qml")));
     }
 }
 

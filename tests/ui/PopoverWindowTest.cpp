@@ -1,4 +1,4 @@
-#include "PopoverWindow.h"
+#include "PopoverFixture.h"
 
 #include <QAccessible>
 #include <QCursor>
@@ -27,7 +27,8 @@ private slots:
     void initTestCase() { PopoverWindow::configureQuick(); }
 
     void loadsItsPageOnce() {
-        PopoverWindow popover;
+        PopoverFixture fixture;
+        PopoverWindow& popover = fixture.popover;
         QVERIFY(!popover.rootObject());
         popover.prepare();
         QVERIFY(popover.rootObject());
@@ -39,24 +40,29 @@ private slots:
     }
 
     void isAFramelessToolWindowOnTop() {
-        PopoverWindow popover;
+        PopoverFixture fixture;
+        PopoverWindow& popover = fixture.popover;
         QVERIFY(popover.flags().testFlag(Qt::FramelessWindowHint));
         QVERIFY(popover.flags().testFlag(Qt::Tool));
         QVERIFY(popover.flags().testFlag(Qt::WindowStaysOnTopHint));
     }
 
     void namesItsContentForAssistiveTechnology() {
-        PopoverWindow popover;
+        PopoverFixture fixture;
+        PopoverWindow& popover = fixture.popover;
         popover.prepare();
         popover.show();
         QVERIFY(QTest::qWaitForWindowExposed(&popover));
         const QStringList names = accessibleNames(popover.contentItem());
         QVERIFY2(names.contains(QStringLiteral("NorvaneBar")), qPrintable(names.join(u'|')));
-        QVERIFY(names.contains(QStringLiteral("Press Esc to close.")));
+        QVERIFY(names.contains(QStringLiteral("Connect to Norvane")));
+        QVERIFY(names.contains(QStringLiteral("Norvane personal API token")));
+        QVERIFY(names.contains(QStringLiteral("Connect")));
     }
 
     void reportsItsFirstFrameAndItsHiding() {
-        PopoverWindow popover;
+        PopoverFixture fixture;
+        PopoverWindow& popover = fixture.popover;
         QSignalSpy presented(&popover, &PopoverWindow::presentedChanged);
         popover.toggle(std::nullopt);
         QVERIFY(presented.wait(3000));
@@ -68,7 +74,8 @@ private slots:
     }
 
     void hangsBelowATrayIcon() {
-        PopoverWindow popover;
+        PopoverFixture fixture;
+        PopoverWindow& popover = fixture.popover;
         const QRect icon(1200, 0, 24, 24);
         popover.toggle(icon);
         QVERIFY(QTest::qWaitForWindowExposed(&popover));
@@ -77,7 +84,8 @@ private slots:
     }
 
     void opensBesideThePointerWithoutTrayGeometry() {
-        PopoverWindow popover;
+        PopoverFixture fixture;
+        PopoverWindow& popover = fixture.popover;
         QCursor::setPos(300, 100);
         popover.toggle(std::nullopt);
         QVERIFY(QTest::qWaitForWindowExposed(&popover));
@@ -86,7 +94,8 @@ private slots:
     }
 
     void escapeCloses() {
-        PopoverWindow popover;
+        PopoverFixture fixture;
+        PopoverWindow& popover = fixture.popover;
         popover.toggle(std::nullopt);
         QVERIFY(QTest::qWaitForWindowActive(&popover));
         QTest::keyClick(&popover, Qt::Key_Escape);
@@ -94,7 +103,8 @@ private slots:
     }
 
     void showPopoverReopensWhereItLastHung() {
-        PopoverWindow popover;
+        PopoverFixture fixture;
+        PopoverWindow& popover = fixture.popover;
         const QRect icon(1000, 0, 24, 24);
         popover.toggle(icon);
         QVERIFY(QTest::qWaitForWindowExposed(&popover));
@@ -106,7 +116,8 @@ private slots:
     }
 
     void anotherWindowTakingFocusClosesItAndAClickRightAfterDoesNotReopen() {
-        PopoverWindow popover;
+        PopoverFixture fixture;
+        PopoverWindow& popover = fixture.popover;
         popover.toggle(std::nullopt);
         QVERIFY(QTest::qWaitForWindowActive(&popover));
         QWindow other;

@@ -2,21 +2,13 @@ import QtQuick
 import QtQuick.Controls
 import QtQuick.Layouts
 
-// The popover's page. The composer, My Day and the other pages take its place as they arrive.
+// The signed-in page. The composer and My Day take their places here as they arrive.
 Pane {
     id: root
 
-    width: 380
-    height: 460
+    required property var auth
+
     padding: 16
-
-    background: Rectangle {
-        color: root.palette.window
-        border.color: root.palette.mid
-    }
-
-    Accessible.role: Accessible.Pane
-    Accessible.name: "NorvaneBar"
 
     ColumnLayout {
         anchors.fill: parent
@@ -31,9 +23,10 @@ Pane {
         }
 
         Label {
+            objectName: "signedInUser"
             Layout.fillWidth: true
             wrapMode: Text.WordWrap
-            text: qsTr("New Norvane tasks will be composed here.")
+            text: qsTr("Signed in as %1").arg(root.auth.userDisplayName)
             Accessible.name: text
         }
 

@@ -1,0 +1,105 @@
+import QtQuick
+import QtQuick.Controls
+import QtQuick.Layouts
+
+// First sign-in: the person pastes a personal API token.
+Pane {
+    id: root
+
+    required property var model
+
+    padding: 20
+    focus: true
+
+    // The token field takes the keyboard as soon as the page shows.
+    Component.onCompleted: tokenField.forceActiveFocus()
+
+    ColumnLayout {
+        anchors.fill: parent
+        spacing: 12
+
+        Label {
+            text: "Connect to Norvane"
+            font.bold: true
+            font.pixelSize: 18
+            Accessible.role: Accessible.Heading
+            Accessible.name: text
+        }
+
+        Label {
+            Layout.fillWidth: true
+            wrapMode: Text.WordWrap
+            text: "NorvaneBar creates Norvane tasks straight from your menu bar. Paste your personal API token to get started."
+            Accessible.name: text
+        }
+
+        TextField {
+            id: tokenField
+
+            objectName: "tokenField"
+            Layout.fillWidth: true
+            focus: true
+            echoMode: TextInput.Password
+            placeholderText: "Personal API token (pk_…)"
+            enabled: !root.model.isBusy
+            text: root.model.token
+            onTextEdited: root.model.token = text
+            onAccepted: root.model.connect()
+            Accessible.name: "Norvane personal API token"
+        }
+
+        Label {
+            objectName: "errorMessage"
+            Layout.fillWidth: true
+            visible: root.model.errorMessage.length > 0
+            wrapMode: Text.WordWrap
+            color: "#b3261e"
+            text: root.model.errorMessage
+            Accessible.role: Accessible.AlertMessage
+            Accessible.name: text
+        }
+
+        Button {
+            objectName: "tokenPageLink"
+            flat: true
+            leftPadding: 0
+            text: "Find your token: Norvane → Settings → Apps"
+            contentItem: Label {
+                text: parent.text
+                color: root.palette.link
+                font.underline: true
+            }
+            onClicked: Qt.openUrlExternally(root.model.tokenPageURL)
+            Accessible.role: Accessible.Link
+            Accessible.name: text
+        }
+
+        RowLayout {
+            Layout.fillWidth: true
+
+            Item {
+                Layout.fillWidth: true
+            }
+
+            BusyIndicator {
+                running: root.model.isBusy
+                visible: running
+                implicitWidth: 24
+                implicitHeight: 24
+            }
+
+            Button {
+                objectName: "connectButton"
+                text: "Connect"
+                highlighted: true
+                enabled: !root.model.isBusy && root.model.token.trim().length > 0
+                onClicked: root.model.connect()
+                Accessible.name: text
+            }
+        }
+
+        Item {
+            Layout.fillHeight: true
+        }
+    }
+}

@@ -1,0 +1,53 @@
+"""The demo profile of `make run`: a norvane-sandbox with demo data, and a settings file that points
+NorvaneBar at it, in a throw-away configuration folder so the user's own settings stay untouched."""
+
+import json
+import os
+import subprocess
+
+
+class Sandbox:
+    def __init__(self, binary, log_path):
+        self.log = open(log_path, "w", encoding="utf-8")
+        self.process = subprocess.Popen([binary, "--port", "0", "--seed", "demo"], stdout=subprocess.PIPE,
+                                        stderr=self.log, text=True)
+        self.api = self.web = None
+        self.tokens = []  # (token, user id, display name)
+        for line in self.process.stdout:
+            self.log.write(line)
+            words = line.split()
+            if not words:
+                continue
+            if words[0] == "api":
+                self.api = words[1]
+            elif words[0] == "web":
+                self.web = words[1]
+            elif words[0] == "token":
+                self.tokens.append((words[1], words[3], " ".join(words[4:])))
+            elif words[0] == "ready":
+                break
+        if not (self.api and self.web and self.tokens):
+            self.stop()
+            raise RuntimeError(f"norvane-sandbox did not start; see {log_path}")
+
+    def stop(self):
+        if self.process.poll() is None:
+            self.process.terminate()
+            self.process.wait(10)
+        self.log.close()
+
+
+def write_profile(config_home, sandbox):
+    """Settings that aim NorvaneBar at the sandbox; nothing else is set."""
+    folder = os.path.join(config_home, "NorvaneBar")
+    os.makedirs(folder, exist_ok=True)
+    path = os.path.join(folder, "settings.json")
+    settings = {}
+    if os.path.exists(path):
+        with open(path, encoding="utf-8") as f:
+            settings = json.load(f)
+    settings["serviceAPIBaseURL"] = sandbox.api
+    settings["serviceWebBaseURL"] = sandbox.web
+    with open(path, "w", encoding="utf-8") as f:
+        json.dump(settings, f, indent=4, sort_keys=True)
+    return path

@@ -1,0 +1,129 @@
+#include "PopoverFixture.h"
+#include "SandboxProcess.h"
+
+#include <QQuickItem>
+#include <QSignalSpy>
+#include <QTest>
+
+// The onboarding page and the pages that follow sign-in, against norvane-sandbox.
+class OnboardingTest : public QObject {
+    Q_OBJECT
+
+    SandboxProcess m_sandbox;
+    std::unique_ptr<PopoverFixture> m_fixture;
+
+    qsizetype userRequests() {
+        qsizetype count = 0;
+        for (const QJsonValue& request : m_sandbox.requests()) {
+            count += request[QStringLiteral("path")].toString() == QStringLiteral("/api/v2/user") ? 1 : 0;
+        }
+        return count;
+    }
+
+    // Signs in through the model and waits for the answer.
+    void connectWith(const QString& token) {
+        QSignalSpy finished(m_fixture->onboarding.get(), &OnboardingModel::finished);
+        m_fixture->onboarding->setToken(token);
+        m_fixture->onboarding->connect();
+        // A refused format answers at once, before any wait.
+        QTRY_VERIFY_WITH_TIMEOUT(finished.count() == 1, 10'000);
+    }
+
+    QString textOf(const QString& objectName) {
+        QObject* item = m_fixture->find(objectName);
+        return item ? item->property("text").toString() : QString();
+    }
+
+private slots:
+    void initTestCase() {
+        PopoverWindow::configureQuick();
+        QVERIFY2(m_sandbox.start(), qPrintable(m_sandbox.errorString()));
+    }
+
+    void init() {
+        QVERIFY(m_sandbox.reset());
+        m_fixture = std::make_unique<PopoverFixture>(m_sandbox.apiUrl(u""), m_sandbox.webUrl(u""));
+        m_fixture->popover.toggle(std::nullopt);
+        QVERIFY(QTest::qWaitForWindowExposed(&m_fixture->popover));
+    }
+
+    void cleanup() { m_fixture.reset(); }
+
+    void theFirstPageIsOnboardingWithTheTokenPageLink() {
+        QVERIFY(m_fixture->find(QStringLiteral("tokenField")));
+        QCOMPARE(m_fixture->onboarding->tokenPageURL(), m_sandbox.webUrl(u"/settings/apps"));
+    }
+
+    void theTokenFieldHasTheKeyboard() {
+        QVERIFY(QTest::qWaitForWindowActive(&m_fixture->popover));
+        auto* field = qobject_cast<QQuickItem*>(m_fixture->find(QStringLiteral("tokenField")));
+        QVERIFY(field);
+        QTRY_VERIFY(field->hasActiveFocus());
+        for (const char key : {'p', 'k', '_', 'x'}) {
+            QTest::keyClick(&m_fixture->popover, key);
+        }
+        QCOMPARE(m_fixture->onboarding->token(), QStringLiteral("pk_x"));
+    }
+
+    void pressingConnectTwiceQuicklyStartsOneSignIn() {
+        QSignalSpy finished(m_fixture->onboarding.get(), &OnboardingModel::finished);
+        m_fixture->onboarding->setToken(m_sandbox.token());
+        m_fixture->onboarding->connect();
+        QVERIFY(m_fixture->onboarding->isBusy());
+        m_fixture->onboarding->connect();
+        QVERIFY(finished.wait(10'000));
+        QVERIFY(!finished.wait(300));
+        QCOMPARE(finished.count(), 1);
+        // One sign-in asks twice: the probe of the pasted token, then the validation.
+        QCOMPARE(userRequests(), 2);
+    }
+
+    void aTokenWithATrailingNewlineSignsIn() {
+        connectWith(m_sandbox.token() + QStringLiteral("\n"));
+        QCOMPARE(m_fixture->onboarding->errorMessage(), QString());
+        QVERIFY(m_fixture->app->authState().is<AuthState::SignedIn>());
+        QCOMPARE(m_fixture->onboarding->token(), QString());
+    }
+
+    void nothingTypedStartsNothing() {
+        m_fixture->onboarding->setToken(QStringLiteral(" \n "));
+        m_fixture->onboarding->connect();
+        QVERIFY(!m_fixture->onboarding->isBusy());
+        QCOMPARE(userRequests(), 0);
+    }
+
+    void aRejectedTokenShowsTheServicesMessageUnderTheField() {
+        connectWith(QStringLiteral("pk_not_a_demo_token"));
+        const QString message = m_fixture->onboarding->errorMessage();
+        QVERIFY(!message.isEmpty());
+        QTRY_COMPARE(textOf(QStringLiteral("errorMessage")), message);
+        QVERIFY(m_fixture->find(QStringLiteral("errorMessage"))->property("visible").toBool());
+        QCOMPARE(m_fixture->onboarding->token(), QStringLiteral("pk_not_a_demo_token"));
+    }
+
+    void aBadlyShapedTokenIsRefusedWithoutAsking() {
+        connectWith(QStringLiteral("abc"));
+        QVERIFY(m_fixture->onboarding->errorMessage().startsWith(
+            QStringLiteral("That doesn't look like a Norvane personal API token.")));
+        QCOMPARE(userRequests(), 0);
+    }
+
+    void signingInShowsTheSignedInPageWithTheUsersName() {
+        connectWith(m_sandbox.token());
+        const QString name = m_fixture->app->authState().user()->displayName();
+        QTRY_COMPARE(textOf(QStringLiteral("signedInUser")), QStringLiteral("Signed in as %1").arg(name));
+        QCOMPARE(m_fixture->auth->phase(), QStringLiteral("signedIn"));
+    }
+
+    void validationShowsConnecting() {
+        QVERIFY(m_sandbox.addFault(SandboxFault::delay(QStringLiteral("/api/v2/user"), 400)));
+        m_fixture->onboarding->setToken(m_sandbox.token());
+        m_fixture->onboarding->connect();
+        QTRY_COMPARE(m_fixture->auth->phase(), QStringLiteral("validating"));
+        QTRY_VERIFY(m_fixture->popover.rootObject()->findChild<QQuickItem*>(QStringLiteral("connecting")));
+        QTRY_COMPARE(m_fixture->auth->phase(), QStringLiteral("signedIn"));
+    }
+};
+
+QTEST_MAIN(OnboardingTest)
+#include "OnboardingTest.moc"

@@ -152,6 +152,16 @@ private slots:
         QCOMPARE(m_sleeper.waits().size(), 0);
     }
 
+    void aRejectedTokenWithAChallengeStillShowsTheServicesText() {
+        SandboxFault challenged = failure(QStringLiteral("/api/v2/user"), 401, QStringLiteral("Token expired"));
+        challenged.headers.insert(QStringLiteral("WWW-Authenticate"), QStringLiteral("Basic realm=\"norvane\""));
+        QVERIFY(addFault(challenged));
+        const auto error = failureOf(client().get<UserResponse>(QStringLiteral("user")));
+        QVERIFY(error && error->is<NVError::Unauthorized>());
+        QCOMPARE(error->errorDescription(), QStringLiteral("Token expired"));
+        QCOMPARE(m_sandbox.requests().size(), 1);
+    }
+
     void aRejectedTokenWithAnEmptyErrShowsTheDefaultText() {
         QVERIFY(addFault(failure(QStringLiteral("/api/v2/user"), 401, QString())));
         const auto error = failureOf(client().get<UserResponse>(QStringLiteral("user")));

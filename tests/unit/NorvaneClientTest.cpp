@@ -13,15 +13,15 @@
 using namespace ClientTesting;
 
 namespace {
-// A session that counts the requests it is asked to make.
-class CountingSession : public QNetworkAccessManager {
+// A session that keeps every request it is asked to make.
+class RecordingSession : public QNetworkAccessManager {
 public:
-    int created = 0;
+    QList<QNetworkRequest> requests;
 
 protected:
     QNetworkReply* createRequest(Operation operation, const QNetworkRequest& request,
                                  QIODevice* outgoingData) override {
-        ++created;
+        requests.append(request);
         return QNetworkAccessManager::createRequest(operation, request, outgoingData);
     }
 };
@@ -42,22 +42,55 @@ class NorvaneClientTest : public QObject {
 private slots:
     void anAbsentTokenFailsBeforeAnyRequest() {
         NoTokenAuth auth;
-        CountingSession session;
+        RecordingSession session;
         const NorvaneClient client(auth, &session, nullptr, refusingURL());
         const auto error = failureOf(client.get<UserResponse>(QStringLiteral("user")));
         QVERIFY(error && error->is<NVError::NotAuthenticated>());
         const auto postError = failureOf(client.post<CreatedTask>(QStringLiteral("list/1/task"), CreateTaskRequest()));
         QVERIFY(postError && postError->is<NVError::NotAuthenticated>());
-        QCOMPARE(session.created, 0);
+        QCOMPARE(session.requests.size(), 0);
     }
 
     void anEmptyTokenIsStillSent() {
         StaticTokenAuth auth{QString()};
-        CountingSession session;
+        RecordingSession session;
         const NorvaneClient client(auth, &session, nullptr, refusingURL());
         const auto error = failureOf(client.get<UserResponse>(QStringLiteral("user")));
         QVERIFY(error && error->is<NVError::Network>());
-        QCOMPARE(session.created, 1);
+        QCOMPARE(session.requests.size(), 1);
+    }
+
+    void aRequestCarriesTheTokenAndTimesOutAfterAMinute() {
+        StaticTokenAuth auth{QStringLiteral("pk_1")};
+        RecordingSession session;
+        const NorvaneClient client(auth, &session, nullptr, refusingURL());
+        failureOf(client.get<UserResponse>(QStringLiteral("user")));
+        CreateTaskRequest task;
+        task.name = QStringLiteral("n");
+        failureOf(client.post<CreatedTask>(QStringLiteral("list/1/task"), task));
+        QCOMPARE(session.requests.size(), 2);
+        for (const QNetworkRequest& request : session.requests) {
+            QCOMPARE(request.transferTimeout(), 60'000);
+            QCOMPARE(request.rawHeader("Authorization"), QByteArray("pk_1"));
+        }
+        QVERIFY(!session.requests[0].hasRawHeader("Content-Type"));
+        QCOMPARE(session.requests[1].rawHeader("Content-Type"), QByteArray("application/json"));
+    }
+
+    void aPathIsAppendedAsPathComponents() {
+        StaticTokenAuth auth{QStringLiteral("pk_1")};
+        RecordingSession session;
+        const QUrl base = refusingURL();
+        QUrl withSlash = base;
+        withSlash.setPath(base.path() + u'/');
+        for (const QUrl& baseURL : {base, withSlash}) {
+            const NorvaneClient client(auth, &session, nullptr, baseURL);
+            failureOf(client.get<UserResponse>(QStringLiteral("team/9015/task"),
+                                               {{QStringLiteral("page"), QStringLiteral("0")},
+                                                {QStringLiteral("statuses[]"), QStringLiteral("to do")}}));
+            QCOMPARE(session.requests.last().url().toString(QUrl::FullyEncoded),
+                     base.toString() + QStringLiteral("/team/9015/task?page=0&statuses%5B%5D=to%20do"));
+        }
     }
 
     void aRefusedConnectionIsANetworkFailure() {

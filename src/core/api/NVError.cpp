@@ -5,8 +5,11 @@ template <typename... Handlers> struct Overloaded : Handlers... { using Handlers
 // clang 14 doesn't deduce the arguments of an aggregate template by itself.
 template <typename... Handlers> Overloaded(Handlers...) -> Overloaded<Handlers...>;
 
+QString unexpectedResponse() {
+    return QStringLiteral("Unexpected response from Norvane.");
+}
+
 QString describe(const NVError::Case& failure) {
-    const QString unexpectedResponse = QStringLiteral("Unexpected response from Norvane.");
     return std::visit(
         Overloaded{
             [](const NVError::Unauthorized& error) {
@@ -17,7 +20,7 @@ QString describe(const NVError::Case& failure) {
             },
             [](const NVError::Server& error) { return error.message; },
             [](const NVError::Network&) { return QStringLiteral("Couldn't reach Norvane. Check your connection."); },
-            [&](const NVError::Decoding&) { return unexpectedResponse; },
+            [](const NVError::Decoding&) { return unexpectedResponse(); },
             [](const NVError::NotAuthenticated&) {
                 return QStringLiteral("You're not signed in. Add your Norvane API token in Settings.");
             },
@@ -25,7 +28,7 @@ QString describe(const NVError::Case& failure) {
                 return QStringLiteral("Your Norvane workspace storage limit has been reached. Upgrade your plan or "
                                       "free up space, then try again.");
             },
-            [&](const NVError::InvalidResponse&) { return unexpectedResponse; },
+            [](const NVError::InvalidResponse&) { return unexpectedResponse(); },
         },
         failure);
 }

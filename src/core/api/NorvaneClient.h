@@ -23,6 +23,10 @@ class QNetworkReply;
 // run side by side, and each waits out its own rate limit.
 //
 // Every call fails with NVError; a 429 is retried once, after the wait the service asks for.
+//
+// Callers in a coroutine: bind a body or query built in braces to a named local before the co_await
+// (`const CreateTaskRequest body{...}; co_await client.post<CreatedTask>(path, body);`). GCC 12
+// destroys a braced temporary twice when it stands in the same expression as co_await.
 class NorvaneClient {
 public:
     using QueryItems = QList<std::pair<QString, QString>>;

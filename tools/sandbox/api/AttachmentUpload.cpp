@@ -15,7 +15,9 @@ AttachmentUpload::Outcome AttachmentUpload::receive(StreamedBody& body) const {
     bool seenAttachment = false;
     const auto abandonFile = [&](Problem problem) {
         outcome.problem = problem;
-        file.remove();
+        if (!file.fileName().isEmpty()) {
+            file.remove();
+        }
     };
     const bool wellFormed = body.readMultipart(
         [&](const MultipartPartHeader& header) {

@@ -1,0 +1,59 @@
+#include "SandboxProcess.h"
+#include "app/AppState.h"
+#include "linux/SecretServiceStore.h"
+
+#include <QJsonDocument>
+#include <QJsonObject>
+#include <QTemporaryDir>
+#include <QTest>
+
+// A token from the time of a single account moves to its account's item at the first successful
+// validation, in the session's real Secret Service.
+class LegacyTokenMigrationTest : public QObject {
+    Q_OBJECT
+
+    SandboxProcess m_sandbox;
+    SecretServiceStore m_secrets;
+
+    // What `secret-tool` finds for the item, as another program would.
+    static QString lookUp(const QString& account) {
+        QProcess tool;
+        tool.start(QStringLiteral("secret-tool"), {QStringLiteral("lookup"), QStringLiteral("server"),
+                                                   KeychainStore::appService, QStringLiteral("user"), account});
+        tool.waitForFinished(5000);
+        return QString::fromUtf8(tool.readAllStandardOutput());
+    }
+
+private slots:
+    void initTestCase() { QVERIFY2(m_sandbox.start(), qPrintable(m_sandbox.errorString())); }
+
+    void theLegacyTokenMovesToItsAccount() {
+        const SandboxProcess::Token user = m_sandbox.tokens().constFirst();
+        const QString legacyAccount = QStringLiteral("norvane-personal-token");
+        const QString accountItem = QStringLiteral("norvane-token-") + QString::number(user.userID);
+        QCOMPARE(QCoro::waitFor(m_secrets.write(KeychainStore::appService, legacyAccount, user.token.toUtf8())), 0);
+        QCoro::waitFor(m_secrets.remove(KeychainStore::appService, accountItem));
+
+        QTemporaryDir folder;
+        const QString settingsPath = folder.filePath(QStringLiteral("settings.json"));
+        QFile file(settingsPath);
+        QVERIFY(file.open(QIODevice::WriteOnly));
+        file.write(QJsonDocument(QJsonObject{{QStringLiteral("serviceAPIBaseURL"), m_sandbox.apiUrl(u"").toString()}})
+                       .toJson());
+        file.close();
+
+        AppState app(AppEnvironment{&m_secrets, settingsPath});
+        QCoro::waitFor(app.bootstrap());
+        QVERIFY(app.authState().is<AuthState::SignedIn>());
+        QCOMPARE(lookUp(accountItem), user.token);
+        QCOMPARE(lookUp(legacyAccount), QString());
+
+        // The next launch finds the token under the account.
+        AppState next(AppEnvironment{&m_secrets, settingsPath});
+        QCoro::waitFor(next.bootstrap());
+        QCOMPARE(next.authState().user()->id, user.userID);
+    }
+};
+
+QTEST_GUILESS_MAIN(LegacyTokenMigrationTest)
+#include "LegacyTokenMigrationTest.moc"

@@ -1,0 +1,25 @@
+#pragma once
+
+#include "api/FieldRecords.h"
+#include "api/HierarchyRecords.h"
+
+#include <QList>
+#include <QString>
+#include <optional>
+
+// One list a task can be created in, with its place in the tree. Its identity is the list's id;
+// equality covers every field, the whole list and every status included.
+struct ListEntry {
+    QString workspaceID;
+    QString spaceID;
+    QString spaceName;
+    // Absent, with folderName, for a list that stands directly in a space.
+    std::optional<QString> folderID;
+    std::optional<QString> folderName;
+    NVList list;
+    // The statuses of the enclosing space; empty when the space carries none.
+    QList<NVStatus> spaceStatuses;
+
+    const QString& id() const { return list.id; }
+    bool operator==(const ListEntry&) const = default;
+};

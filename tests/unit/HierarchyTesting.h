@@ -1,0 +1,34 @@
+#pragma once
+
+#include "FakeService.h"
+#include "api/NorvaneClient.h"
+#include "auth/StaticTokenAuth.h"
+
+#include <QByteArray>
+#include <QString>
+#include <QStringList>
+
+// A client on a FakeService, and JSON bodies of the tree in the service's shape.
+namespace HierarchyTesting {
+
+struct FakeClient {
+    FakeService service;
+    StaticTokenAuth auth{QStringLiteral("pk_test")};
+    NorvaneClient client{auth, &service, nullptr, FakeService::baseURL()};
+};
+
+// `{"<key>": [<items joined>]}`
+inline QByteArray wrapped(const char* key, const QStringList& items) {
+    return QStringLiteral(R"({"%1":[%2]})").arg(QString::fromLatin1(key), items.join(u',')).toUtf8();
+}
+
+// A record with id and name, and whatever else `extra` adds (`"archived":true`).
+inline QString record(const QString& id, const QString& extra = {}) {
+    return QStringLiteral(R"({"id":"%1","name":"Name %1"%2})").arg(id, extra.isEmpty() ? QString() : u',' + extra);
+}
+
+inline QString status(const QString& name) {
+    return QStringLiteral(R"({"status":"%1","color":"#000000","type":"open"})").arg(name);
+}
+
+} // namespace HierarchyTesting

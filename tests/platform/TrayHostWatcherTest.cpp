@@ -11,6 +11,7 @@ class TrayHostWatcherTest : public QObject {
     Q_OBJECT
 
     const QByteArray m_tray = qgetenv("NORVANEBAR_TRAY");
+    QTemporaryDir m_folder;
 
     static void stop(QProcess& process) {
         process.terminate();
@@ -29,48 +30,44 @@ private slots:
         QSignalSpy found(&watcher, &TrayHostWatcher::hostFound);
         QSignalSpy absent(&watcher, &TrayHostWatcher::noHostFound);
         watcher.start();
-        QVERIFY(found.wait(3000));
+        QVERIFY(found.wait(10000));
         const auto expected =
             m_tray == "sni" ? TrayHostWatcher::TrayHost::statusNotifier : TrayHostWatcher::TrayHost::xembed;
         QCOMPARE(found.takeFirst().at(0).value<TrayHostWatcher::TrayHost>(), expected);
         QCOMPARE(absent.count(), 0);
     }
 
-    void reportsAbsenceOnceThenNoticesAStatusNotifierHostStartingLater() {
+    void reportsAbsenceOnceThenNoticesAHostStartingLater_data() {
+        QTest::addColumn<QString>("program");
+        QTest::addColumn<QStringList>("arguments");
+        QTest::addColumn<TrayHostWatcher::TrayHost>("expected");
+        QTest::newRow("StatusNotifierWatcher")
+            << QStringLiteral("/usr/bin/python3")
+            << QStringList{QStringLiteral(NORVANEBAR_WATCHER_SCRIPT), m_folder.filePath(QStringLiteral("events.jsonl"))}
+            << TrayHostWatcher::TrayHost::statusNotifier;
+        QTest::newRow("XEmbed tray") << QStringLiteral("trayer")
+                                     << QStringList{QStringLiteral("--edge"), QStringLiteral("top")}
+                                     << TrayHostWatcher::TrayHost::xembed;
+    }
+    void reportsAbsenceOnceThenNoticesAHostStartingLater() {
         if (m_tray != "none") {
             QSKIP("needs a session without a tray host");
         }
+        QFETCH(QString, program);
+        QFETCH(QStringList, arguments);
+        QFETCH(TrayHostWatcher::TrayHost, expected);
         TrayHostWatcher watcher;
         QSignalSpy found(&watcher, &TrayHostWatcher::hostFound);
         QSignalSpy absent(&watcher, &TrayHostWatcher::noHostFound);
         watcher.start();
-        QVERIFY(absent.wait(3000));
+        QVERIFY(absent.wait(10000));
 
-        QTemporaryDir dir;
         QProcess host;
-        host.start(QStringLiteral("/usr/bin/python3"),
-                   {QStringLiteral(NORVANEBAR_WATCHER_SCRIPT), dir.filePath(QStringLiteral("events.jsonl"))});
-        QVERIFY(found.wait(5000));
-        QCOMPARE(found.takeFirst().at(0).value<TrayHostWatcher::TrayHost>(), TrayHostWatcher::TrayHost::statusNotifier);
+        host.start(program, arguments);
+        QVERIFY(found.wait(15000));
+        QCOMPARE(found.takeFirst().at(0).value<TrayHostWatcher::TrayHost>(), expected);
         QCOMPARE(absent.count(), 1);
         stop(host);
-    }
-
-    void noticesAnXEmbedTrayStartingLater() {
-        if (m_tray != "none") {
-            QSKIP("needs a session without a tray host");
-        }
-        TrayHostWatcher watcher;
-        QSignalSpy found(&watcher, &TrayHostWatcher::hostFound);
-        QSignalSpy absent(&watcher, &TrayHostWatcher::noHostFound);
-        watcher.start();
-        QVERIFY(absent.wait(3000));
-
-        QProcess tray;
-        tray.start(QStringLiteral("trayer"), {QStringLiteral("--edge"), QStringLiteral("top")});
-        QVERIFY(found.wait(5000));
-        QCOMPARE(found.takeFirst().at(0).value<TrayHostWatcher::TrayHost>(), TrayHostWatcher::TrayHost::xembed);
-        stop(tray);
     }
 };
 

@@ -23,12 +23,15 @@ class PopoverWindowTest : public QObject {
         return names;
     }
 
+    std::unique_ptr<PopoverFixture> m_fixture;
+
 private slots:
     void initTestCase() { PopoverWindow::configureQuick(); }
+    void init() { m_fixture = std::make_unique<PopoverFixture>(); }
+    void cleanup() { m_fixture.reset(); }
 
     void loadsItsPageOnce() {
-        PopoverFixture fixture;
-        PopoverWindow& popover = fixture.popover;
+        PopoverWindow& popover = m_fixture->popover;
         QVERIFY(!popover.rootObject());
         popover.prepare();
         QVERIFY(popover.rootObject());
@@ -40,16 +43,14 @@ private slots:
     }
 
     void isAFramelessToolWindowOnTop() {
-        PopoverFixture fixture;
-        PopoverWindow& popover = fixture.popover;
+        PopoverWindow& popover = m_fixture->popover;
         QVERIFY(popover.flags().testFlag(Qt::FramelessWindowHint));
         QVERIFY(popover.flags().testFlag(Qt::Tool));
         QVERIFY(popover.flags().testFlag(Qt::WindowStaysOnTopHint));
     }
 
     void namesItsContentForAssistiveTechnology() {
-        PopoverFixture fixture;
-        PopoverWindow& popover = fixture.popover;
+        PopoverWindow& popover = m_fixture->popover;
         popover.prepare();
         popover.show();
         QVERIFY(QTest::qWaitForWindowExposed(&popover));
@@ -61,8 +62,7 @@ private slots:
     }
 
     void reportsItsFirstFrameAndItsHiding() {
-        PopoverFixture fixture;
-        PopoverWindow& popover = fixture.popover;
+        PopoverWindow& popover = m_fixture->popover;
         QSignalSpy presented(&popover, &PopoverWindow::presentedChanged);
         popover.toggle(std::nullopt);
         QVERIFY(presented.wait(3000));
@@ -74,8 +74,7 @@ private slots:
     }
 
     void hangsBelowATrayIcon() {
-        PopoverFixture fixture;
-        PopoverWindow& popover = fixture.popover;
+        PopoverWindow& popover = m_fixture->popover;
         const QRect icon(1200, 0, 24, 24);
         popover.toggle(icon);
         QVERIFY(QTest::qWaitForWindowExposed(&popover));
@@ -84,8 +83,7 @@ private slots:
     }
 
     void opensBesideThePointerWithoutTrayGeometry() {
-        PopoverFixture fixture;
-        PopoverWindow& popover = fixture.popover;
+        PopoverWindow& popover = m_fixture->popover;
         QCursor::setPos(300, 100);
         popover.toggle(std::nullopt);
         QVERIFY(QTest::qWaitForWindowExposed(&popover));
@@ -94,8 +92,7 @@ private slots:
     }
 
     void escapeCloses() {
-        PopoverFixture fixture;
-        PopoverWindow& popover = fixture.popover;
+        PopoverWindow& popover = m_fixture->popover;
         popover.toggle(std::nullopt);
         QVERIFY(QTest::qWaitForWindowActive(&popover));
         QTest::keyClick(&popover, Qt::Key_Escape);
@@ -103,8 +100,7 @@ private slots:
     }
 
     void showPopoverReopensWhereItLastHung() {
-        PopoverFixture fixture;
-        PopoverWindow& popover = fixture.popover;
+        PopoverWindow& popover = m_fixture->popover;
         const QRect icon(1000, 0, 24, 24);
         popover.toggle(icon);
         QVERIFY(QTest::qWaitForWindowExposed(&popover));
@@ -116,8 +112,7 @@ private slots:
     }
 
     void anotherWindowTakingFocusClosesItAndAClickRightAfterDoesNotReopen() {
-        PopoverFixture fixture;
-        PopoverWindow& popover = fixture.popover;
+        PopoverWindow& popover = m_fixture->popover;
         popover.toggle(std::nullopt);
         QVERIFY(QTest::qWaitForWindowActive(&popover));
         QWindow other;

@@ -12,8 +12,8 @@
 // A frozen daemon keeps a D-Bus call waiting about 50 s, and a locked keyring may wait on a password
 // prompt: each operation gives up after its own timeout. Then a read gives absent, a write
 // timedOutStatus, and a remove nothing. qtkeychain runs its jobs one at a time, so operations
-// started behind a stuck one time out as well; the stuck job ends, and frees itself, whenever the
-// daemon answers.
+// started behind a stuck one time out as well. A job that gave up can't be called back: it still
+// reaches the daemon when it answers again, so a write reported as failed may land later.
 class SecretServiceStore : public SecretStore {
 public:
     static constexpr std::chrono::milliseconds defaultTimeout{5000};

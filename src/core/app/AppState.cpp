@@ -40,6 +40,7 @@ AppState::AppState(AppEnvironment environment, QObject* parent)
     m_uploadSession.setTransferTimeout(uploadTransferTimeoutMs);
     m_client = std::make_unique<NorvaneClient>(m_tokenProvider, &m_session, &m_uploadSession, m_addresses.apiBaseURL,
                                                m_sleeper, m_clock);
+    m_hierarchy = std::make_unique<HierarchyStore>(*m_client);
     m_draft.setReminderLeadMinutes(m_settings.settings().defaultReminderLeadMinutes);
 }
 
@@ -87,6 +88,7 @@ QCoro::Task<std::optional<QString>> AppState::validateAndLoad(qint64 generation)
         co_return std::nullopt;
     }
     if (m_lastSignedInUserID && *m_lastSignedInUserID != user.id) {
+        forgetHierarchy();
         restoreAccountNavigation(user.id);
     }
     m_lastSignedInUserID = user.id;
@@ -101,6 +103,12 @@ QCoro::Task<std::optional<QString>> AppState::validateAndLoad(qint64 generation)
         co_return std::nullopt;
     }
     setAuthState({AuthState::SignedIn{user}});
+    QCoro::Task<> workspacesLoad = m_hierarchy->loadWorkspaces(false);
+    co_await std::move(workspacesLoad);
+    if (!self || !m_authValidation.isCurrent(generation)) {
+        co_return std::nullopt;
+    }
+    co_await restoreLastLocation();
     co_return std::nullopt;
 }
 
@@ -155,6 +163,7 @@ QCoro::Task<> AppState::switchAccount(qint64 userID, bool force) {
     }
     m_tokenProvider.setCached(token);
     restoreAccountNavigation(userID);
+    forgetHierarchy();
     m_draft.reset(m_settings.settings().defaultReminderLeadMinutes);
     co_await validateAndLoad(m_authValidation.raise());
 }
@@ -192,7 +201,87 @@ void AppState::signOut() {
     m_lastSignedInUserID.reset();
     m_tokenProvider.setCached(std::nullopt);
     setAuthState({AuthState::SignedOut{}});
+    forgetHierarchy();
     m_draft.reset(m_settings.settings().defaultReminderLeadMinutes);
+}
+
+std::optional<QString> AppState::activeWorkspaceID() const {
+    if (m_currentContext) {
+        return m_currentContext->entry().workspaceID;
+    }
+    const AppSettings& settings = m_settings.settings();
+    if (settings.preferredWorkspaceID) {
+        return settings.preferredWorkspaceID;
+    }
+    if (settings.lastLocation) {
+        return settings.lastLocation->workspaceID;
+    }
+    if (!m_hierarchy->workspaces().isEmpty()) {
+        return m_hierarchy->workspaces().constFirst().id;
+    }
+    return std::nullopt;
+}
+
+QCoro::Task<> AppState::restoreLastLocation() {
+    QPointer<AppState> self(this);
+    const std::optional<SavedLocation> location = m_settings.settings().lastLocation;
+    if (!location) {
+        co_return;
+    }
+    const QList<Workspace>& workspaces = m_hierarchy->workspaces();
+    if (std::none_of(workspaces.begin(), workspaces.end(),
+                     [&location](const Workspace& workspace) { return workspace.id == location->workspaceID; })) {
+        // The workspace is gone, perhaps for now: the location stays for when it comes back.
+        co_return;
+    }
+    // Made apart from the co_await: GCC 12 destroys the temporaries of a call inside it twice.
+    QCoro::Task<> entriesLoad = m_hierarchy->loadEntries(location->workspaceID, false);
+    co_await std::move(entriesLoad);
+    if (!self) {
+        co_return;
+    }
+    if (const std::optional<ListEntry> entry = m_hierarchy->entry(location->listID)) {
+        selectLocation(*entry);
+    } else {
+        m_settings.set(&AppSettings::preferredWorkspaceID, location->workspaceID);
+    }
+}
+
+void AppState::selectLocation(const ListEntry& entry) {
+    const bool sameList = m_currentContext && m_currentContext->entry().list.id == entry.list.id;
+    QString path = entry.spaceName;
+    if (entry.folderName) {
+        path += QStringLiteral(" › ") + *entry.folderName;
+    }
+    m_settings.modify([&entry, &path](AppSettings& changed) {
+        changed.preferredWorkspaceID = entry.workspaceID;
+        changed.lastLocation = SavedLocation{entry.workspaceID, entry.list.id, entry.list.name, path};
+    });
+    if (sameList) {
+        return;
+    }
+    m_draft.clearListSpecificValues();
+    auto* context = new ListContext(entry, this);
+    setCurrentContext(context);
+    // The load never throws; a newer selection leaves it to finish on this object unseen.
+    QCoro::connect(context->load(*m_client), this, [] {});
+}
+
+void AppState::setCurrentContext(ListContext* context) {
+    if (m_currentContext == context) {
+        return;
+    }
+    if (m_currentContext) {
+        m_currentContext->deleteLater();
+    }
+    m_currentContext = context;
+    emit currentContextChanged();
+}
+
+void AppState::forgetHierarchy() {
+    setCurrentContext(nullptr);
+    m_hierarchy->setWorkspaces({});
+    m_hierarchy->setEntriesByWorkspace({});
 }
 
 void AppState::removeStoredAccount(qint64 userID) {

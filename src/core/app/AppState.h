@@ -7,10 +7,13 @@
 #include "app/ServiceAddresses.h"
 #include "auth/PersonalTokenProvider.h"
 #include "compose/TaskDraft.h"
+#include "hierarchy/HierarchyStore.h"
+#include "hierarchy/ListContext.h"
 #include "settings/SettingsStore.h"
 
 #include <QNetworkAccessManager>
 #include <QObject>
+#include <QPointer>
 #include <functional>
 #include <memory>
 #include <optional>
@@ -24,11 +27,12 @@ struct AppEnvironment {
     Clock clock = Clocks::system();
 };
 
-// The one central object: it owns the token provider, the client, the settings and the draft,
-// holds the sign-in state, and runs sign-in, validation and the account operations. Main thread
-// only; its async operations give up the thread at each wait.
+// The one central object: it owns the token provider, the client, the settings, the workspace
+// hierarchy and the draft, holds the sign-in state and the list the composer aims at, and runs sign-in, validation and
+// the account operations. Main thread only; its async operations give up the thread at each wait.
 class AppState : public QObject {
     Q_OBJECT
+    Q_PROPERTY(ListContext* currentContext READ currentContext NOTIFY currentContextChanged)
 
 public:
     explicit AppState(AppEnvironment environment, QObject* parent = nullptr);
@@ -37,10 +41,16 @@ public:
     PersonalTokenProvider& tokenProvider() { return m_tokenProvider; }
     const NorvaneClient& client() const { return *m_client; }
     SettingsStore& settings() { return m_settings; }
+    HierarchyStore& hierarchy() { return *m_hierarchy; }
     TaskDraft& draft() { return m_draft; }
     const ServiceAddresses& serviceAddresses() const { return m_addresses; }
     const AuthState& authState() const { return m_authState; }
     const AuthValidationGeneration& authValidation() const { return m_authValidation; }
+    // The list the composer creates tasks in, with what is known of it; null before a selection.
+    ListContext* currentContext() const { return m_currentContext; }
+    // The workspace to show: the current list's, else the preferred one, else the last location's,
+    // else the first known one.
+    std::optional<QString> activeWorkspaceID() const;
 
     PopoverControlling* popoverController = nullptr;
     std::function<void()> updateBadge;
@@ -59,15 +69,26 @@ public:
     // Ends the active account; other stored accounts stay, none becomes active.
     void signOut();
 
+    // Aims the composer at a list and remembers it as the last location. Another list clears the
+    // draft's list-specific values and gets a new context, loaded in the background; the same list
+    // keeps its context.
+    void selectLocation(const ListEntry& entry);
+
     // The only writer of the draft's custom values: an empty value removes the field.
     void setCustomValue(const CustomValue& value, const QString& fieldID);
 
 signals:
     void authStateChanged();
+    void currentContextChanged();
 
 private:
     QCoro::Task<std::optional<QString>> validateAndLoad(qint64 generation);
     void setAuthState(AuthState state);
+    // Selects the remembered list once its workspace's entries are known.
+    QCoro::Task<> restoreLastLocation();
+    void setCurrentContext(ListContext* context);
+    // Forgets the current list and everything loaded of the tree, when the account changes.
+    void forgetHierarchy();
     void upsertAccount(const NVUser& user);
     void stashActiveAccountNavigation();
     void restoreAccountNavigation(qint64 userID);
@@ -83,6 +104,8 @@ private:
     QNetworkAccessManager m_session;
     QNetworkAccessManager m_uploadSession;
     std::unique_ptr<NorvaneClient> m_client;
+    std::unique_ptr<HierarchyStore> m_hierarchy;
+    QPointer<ListContext> m_currentContext;
     Sleeper m_sleeper;
     Clock m_clock;
     AuthState m_authState;

@@ -1,0 +1,155 @@
+#include "ClientTesting.h"
+#include "MemorySecretStore.h"
+#include "SandboxDemo.h"
+#include "SandboxProcess.h"
+#include "app/AppState.h"
+
+#include <QJsonDocument>
+#include <QSignalSpy>
+#include <QTemporaryDir>
+#include <QTest>
+
+// The list the composer aims at: restoring it at start, selecting it, and forgetting it when the
+// account changes, against norvane-sandbox.
+class AppStateLocationTest : public QObject {
+    Q_OBJECT
+
+    SandboxProcess m_sandbox;
+    std::unique_ptr<QTemporaryDir> m_folder;
+    std::unique_ptr<MemorySecretStore> m_secrets;
+    std::unique_ptr<AppState> m_app;
+
+    QString settingsPath() const { return m_folder->filePath(QStringLiteral("settings.json")); }
+
+    // A settings file aimed at the sandbox with the first demo user active, and whatever the test adds.
+    void writeSettings(QJsonObject settings = {}) {
+        settings.insert(QStringLiteral("serviceAPIBaseURL"), m_sandbox.apiUrl(u"").toString());
+        settings.insert(QStringLiteral("serviceWebBaseURL"), m_sandbox.webUrl(u"").toString());
+        settings.insert(QStringLiteral("activeAccountID"), SandboxDemo::firstUserID);
+        QFile file(settingsPath());
+        QVERIFY(file.open(QIODevice::WriteOnly));
+        file.write(QJsonDocument(settings).toJson());
+    }
+
+    static QJsonObject location(const QString& workspaceID, const QString& listID) {
+        return {{"workspaceID", workspaceID}, {"listID", listID}, {"listName", "Old name"}, {"pathDescription", "Old"}};
+    }
+
+    // A started app, signed in as the first demo user.
+    AppState& startSignedIn() {
+        m_app = std::make_unique<AppState>(
+            AppEnvironment{m_secrets.get(), settingsPath(), ClientTesting::RecordingSleeper().sleeper()});
+        QCoro::waitFor(m_app->bootstrap());
+        return *m_app;
+    }
+
+    static void waitForContext(ListContext* context) {
+        QVERIFY(context);
+        QTRY_VERIFY(!context->isLoading());
+    }
+
+private slots:
+    void initTestCase() { QVERIFY2(m_sandbox.start(), qPrintable(m_sandbox.errorString())); }
+
+    void init() {
+        QVERIFY(m_sandbox.reset());
+        m_folder = std::make_unique<QTemporaryDir>();
+        m_secrets = std::make_unique<MemorySecretStore>();
+        m_secrets->setItem(KeychainStore::appService, QStringLiteral("norvane-token-%1").arg(SandboxDemo::firstUserID),
+                           m_sandbox.token().toUtf8());
+        writeSettings();
+    }
+
+    void cleanup() { m_app.reset(); }
+
+    void theStoredLocationIsSelectedAtStart() {
+        writeSettings({{"lastLocation", location(SandboxDemo::northwindID, SandboxDemo::releaseListID)}});
+        AppState& app = startSignedIn();
+        QVERIFY(app.authState().user());
+        QCOMPARE(app.hierarchy().workspaces().size(), 2);
+        ListContext* context = app.currentContext();
+        waitForContext(context);
+        QCOMPARE(context->entry().list.id, SandboxDemo::releaseListID);
+        QCOMPARE(app.activeWorkspaceID(), std::optional(SandboxDemo::northwindID));
+        // The stored name and path follow the service's.
+        QCOMPARE(app.settings().settings().lastLocation->pathDescription, QStringLiteral("Product › Releases"));
+    }
+
+    void aStoredLocationInAVanishedWorkspaceSurvives() {
+        const QJsonObject gone = location(QStringLiteral("404404"), QStringLiteral("1"));
+        writeSettings({{"lastLocation", gone}});
+        AppState& app = startSignedIn();
+        QCOMPARE(app.currentContext(), nullptr);
+        QCOMPARE(app.settings().settings().lastLocation->workspaceID, QStringLiteral("404404"));
+        QCOMPARE(app.settings().settings().lastLocation->listID, QStringLiteral("1"));
+    }
+
+    void aStoredListThatIsGoneLeavesItsWorkspacePreferred() {
+        writeSettings({{"lastLocation", location(SandboxDemo::fabrikamID, QStringLiteral("1"))}});
+        AppState& app = startSignedIn();
+        QCOMPARE(app.currentContext(), nullptr);
+        QCOMPARE(app.settings().settings().preferredWorkspaceID, std::optional(SandboxDemo::fabrikamID));
+    }
+
+    void selectingTheCurrentListKeepsItsContextButRewritesTheLocation() {
+        AppState& app = startSignedIn();
+        QCoro::waitFor(app.hierarchy().loadEntries(SandboxDemo::northwindID, false));
+        ListEntry entry = *app.hierarchy().entry(SandboxDemo::inboxListID);
+        app.selectLocation(entry);
+        ListContext* context = app.currentContext();
+        waitForContext(context);
+        QSignalSpy changes(&app, &AppState::currentContextChanged);
+        entry.list.name = QStringLiteral("Renamed inbox");
+        app.selectLocation(entry);
+        QCOMPARE(app.currentContext(), context);
+        QCOMPARE(changes.count(), 0);
+        QCOMPARE(app.settings().settings().lastLocation->listName, QStringLiteral("Renamed inbox"));
+    }
+
+    void selectingAListUnderNoFolderGivesThePathOfTheSpaceAlone() {
+        AppState& app = startSignedIn();
+        QCoro::waitFor(app.hierarchy().loadEntries(SandboxDemo::northwindID, false));
+        app.selectLocation(*app.hierarchy().entry(SandboxDemo::supportListID));
+        const std::optional<SavedLocation> saved = app.settings().settings().lastLocation;
+        QVERIFY(saved);
+        QCOMPARE(saved->pathDescription, QStringLiteral("Operations"));
+        QCOMPARE(app.settings().settings().preferredWorkspaceID, std::optional(SandboxDemo::northwindID));
+        waitForContext(app.currentContext());
+    }
+
+    void activeWorkspaceIDWithNothingKnownIsAbsent() {
+        m_app = std::make_unique<AppState>(AppEnvironment{m_secrets.get(), settingsPath()});
+        QCOMPARE(m_app->activeWorkspaceID(), std::nullopt);
+    }
+
+    void activeWorkspaceIDFallsBackToTheFirstWorkspace() {
+        AppState& app = startSignedIn();
+        QCOMPARE(app.activeWorkspaceID(), std::optional(app.hierarchy().workspaces().constFirst().id));
+    }
+
+    void signingOutForgetsTheListAndTheTree() {
+        writeSettings({{"lastLocation", location(SandboxDemo::northwindID, SandboxDemo::releaseListID)}});
+        AppState& app = startSignedIn();
+        waitForContext(app.currentContext());
+        app.signOut();
+        QCOMPARE(app.currentContext(), nullptr);
+        QVERIFY(app.hierarchy().workspaces().isEmpty());
+        QVERIFY(app.hierarchy().entriesByWorkspace().isEmpty());
+    }
+
+    void aForcedSwitchForgetsTheListThenRestoresIt() {
+        writeSettings({{"lastLocation", location(SandboxDemo::northwindID, SandboxDemo::releaseListID)}});
+        AppState& app = startSignedIn();
+        ListContext* before = app.currentContext();
+        waitForContext(before);
+        QSignalSpy changes(&app, &AppState::currentContextChanged);
+        QCoro::waitFor(app.switchAccount(SandboxDemo::firstUserID, true));
+        QCOMPARE(changes.count(), 2); // forgotten, then restored
+        QVERIFY(app.currentContext());
+        QCOMPARE(app.currentContext()->entry().list.id, SandboxDemo::releaseListID);
+        waitForContext(app.currentContext());
+    }
+};
+
+QTEST_GUILESS_MAIN(AppStateLocationTest)
+#include "AppStateLocationTest.moc"

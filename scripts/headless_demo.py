@@ -1,6 +1,6 @@
 """Shows NorvaneBar on a virtual display against norvane-sandbox: opens the popover with a click on
-its tray icon, signs in with a wrong and then a demo token, starts again to show that the token was
-kept, and saves a screenshot of each step. Run inside a desktop session.
+its tray icon, signs in with a wrong and then a demo token, chooses a list, starts again to show that
+the token and the list were kept, and saves a screenshot of each step. Run inside a desktop session.
 
 usage: headless_demo.py NORVANEBAR NORVANE_SANDBOX OUTPUT_FOLDER"""
 
@@ -52,13 +52,18 @@ def main(binary, sandbox_binary, out):
             screenshot(out, "2-wrong-token.png")
             type_into_popover(token)
             screenshot(out, "3-signed-in.png")
+            # The list chooser takes the keyboard with Tab and loads the lists; each Down picks the next.
+            subprocess.run(["xdotool", "key", "Tab"], check=True)
+            time.sleep(SETTLE)
+            subprocess.run(["xdotool", "key", "Down", "Down"], check=True)
+            screenshot(out, "4-list-chosen.png")
         finally:
             app.stop()
 
         again = NorvaneBar(binary, out).start()
         try:
             open_from_tray(again)
-            screenshot(out, "4-signed-in-after-restart.png")
+            screenshot(out, "5-signed-in-and-list-restored-after-restart.png")
         finally:
             again.stop()
     finally:

@@ -17,7 +17,8 @@ void AppDelegate::applicationDidFinishLaunching() {
     connect(&m_trayHost, &TrayHostWatcher::noHostFound, this, &AppDelegate::noTrayHostFound);
 
     m_popover.setInitialProperties({{QStringLiteral("auth"), QVariant::fromValue(&m_authModel)},
-                                    {QStringLiteral("onboarding"), QVariant::fromValue(&m_onboardingModel)}});
+                                    {QStringLiteral("onboarding"), QVariant::fromValue(&m_onboardingModel)},
+                                    {QStringLiteral("location"), QVariant::fromValue(&m_locationModel)}});
     m_app.popoverController = &m_popover;
 
     m_instance.listen();

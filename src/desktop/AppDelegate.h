@@ -1,6 +1,7 @@
 #pragma once
 
 #include "AuthViewModel.h"
+#include "LocationViewModel.h"
 #include "OnboardingModel.h"
 #include "PopoverWindow.h"
 #include "StatusItem.h"
@@ -31,6 +32,7 @@ private:
     AppState m_app{AppEnvironment{&m_secrets}};
     AuthViewModel m_authModel{m_app};
     OnboardingModel m_onboardingModel{m_app};
+    LocationViewModel m_locationModel{m_app};
     SingleInstance m_instance;
     ControlService m_control;
     TrayHostWatcher m_trayHost;

@@ -115,6 +115,21 @@ private slots:
         QCOMPARE(m_fixture->auth->phase(), QStringLiteral("signedIn"));
     }
 
+    void theChosenListIsShownAndRemembered() {
+        connectWith(m_sandbox.token());
+        LocationViewModel& location = *m_fixture->location;
+        location.loadEntries();
+        QTRY_VERIFY(!location.entryTitles().isEmpty());
+        QCOMPARE(location.locationTitle(), QStringLiteral("Choose workspace and list…"));
+        QCOMPARE(location.currentIndex(), -1);
+        location.select(1);
+        QCOMPARE(location.currentIndex(), 1);
+        const QString name = m_fixture->app->currentContext()->entry().list.name;
+        QVERIFY(location.entryTitles().at(1).endsWith(QStringLiteral(" › ") + name));
+        QTRY_COMPARE(textOf(QStringLiteral("locationTitle")), name);
+        QCOMPARE(m_fixture->app->settings().settings().lastLocation->listName, name);
+    }
+
     void validationShowsConnecting() {
         QVERIFY(m_sandbox.addFault(SandboxFault::delay(QStringLiteral("/api/v2/user"), 400)));
         m_fixture->onboarding->setToken(m_sandbox.token());

@@ -1,6 +1,7 @@
 #pragma once
 
 #include "AuthViewModel.h"
+#include "LocationViewModel.h"
 #include "MemorySecretStore.h"
 #include "OnboardingModel.h"
 #include "PopoverWindow.h"
@@ -31,8 +32,10 @@ struct PopoverFixture {
         app = std::make_unique<AppState>(AppEnvironment{&secrets, settingsPath});
         auth = std::make_unique<AuthViewModel>(*app);
         onboarding = std::make_unique<OnboardingModel>(*app);
+        location = std::make_unique<LocationViewModel>(*app);
         popover.setInitialProperties({{QStringLiteral("auth"), QVariant::fromValue(auth.get())},
-                                      {QStringLiteral("onboarding"), QVariant::fromValue(onboarding.get())}});
+                                      {QStringLiteral("onboarding"), QVariant::fromValue(onboarding.get())},
+                                      {QStringLiteral("location"), QVariant::fromValue(location.get())}});
     }
 
     // The item of the page with this objectName, or null.
@@ -45,5 +48,6 @@ struct PopoverFixture {
     std::unique_ptr<AppState> app;
     std::unique_ptr<AuthViewModel> auth;
     std::unique_ptr<OnboardingModel> onboarding;
+    std::unique_ptr<LocationViewModel> location;
     PopoverWindow popover;
 };

@@ -8,6 +8,7 @@ Pane {
 
     required property var auth
     required property var onboarding
+    required property var location
 
     width: 380
     height: 460
@@ -64,6 +65,7 @@ Pane {
 
         SignedInPopoverView {
             auth: root.auth
+            location: root.location
         }
     }
 }

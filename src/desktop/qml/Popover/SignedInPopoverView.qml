@@ -7,6 +7,7 @@ Pane {
     id: root
 
     required property var auth
+    required property var location
 
     padding: 16
 
@@ -28,6 +29,27 @@ Pane {
             wrapMode: Text.WordWrap
             text: qsTr("Signed in as %1").arg(root.auth.userDisplayName)
             Accessible.name: text
+        }
+
+        Label {
+            objectName: "locationTitle"
+            Layout.fillWidth: true
+            elide: Text.ElideRight
+            font.bold: true
+            text: root.location.locationTitle
+            Accessible.name: text
+        }
+
+        ComboBox {
+            objectName: "listChooser"
+            Layout.fillWidth: true
+            model: root.location.entryTitles
+            currentIndex: root.location.currentIndex
+            displayText: currentIndex < 0 ? "Choose workspace and list…" : currentText
+            onActivated: index => root.location.select(index)
+            onActiveFocusChanged: if (activeFocus) root.location.loadEntries()
+            onPressedChanged: if (pressed) root.location.loadEntries()
+            Accessible.name: "List for new tasks"
         }
 
         Item {

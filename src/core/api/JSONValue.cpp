@@ -21,7 +21,7 @@ JSONValue JSONValue::fromJson(const QJsonValue& json) {
         return string(json.toString());
     case QJsonValue::Array: {
         Array values;
-        for (const QJsonValue& element : json.toArray()) {
+        for (const auto& element : json.toArray()) {
             values.append(fromJson(element));
         }
         return array(std::move(values));
@@ -57,7 +57,7 @@ QJsonValue JSONValue::toJson() const {
                 }
                 return object;
             } else if constexpr (std::is_same_v<T, Null>) {
-                return QJsonValue(QJsonValue::Null);
+                return {QJsonValue::Null};
             } else {
                 return QJsonValue(payload);
             }

@@ -97,19 +97,32 @@ class Subject:
         return int(fields["VmRSS"]), int(fields["RssAnon"])
 
     def cpu_and_switches(self):
-        """(CPU nanoseconds, context switches) summed over the process's threads."""
-        cpu = switches = 0
+        """{thread id: (CPU nanoseconds, context switches)} of the process's threads."""
+        threads = {}
         for task in glob.glob(f"/proc/{self.process.pid}/task/*"):
             try:
                 with open(f"{task}/schedstat") as schedstat:
-                    cpu += int(schedstat.read().split()[0])
+                    cpu = int(schedstat.read().split()[0])
+                switches = 0
                 with open(f"{task}/status") as status:
                     for line in status:
                         if line.startswith(("voluntary_ctxt_switches", "nonvoluntary_ctxt_switches")):
                             switches += int(line.split()[1])
+                threads[os.path.basename(task)] = (cpu, switches)
             except OSError:
                 continue
-        return cpu, switches
+        return threads
+
+
+def idle_delta(before, after):
+    """CPU nanoseconds and context switches between two samples; a thread that ended in between
+    counts for what it did until the first sample only, one that started counts whole."""
+    cpu = switches = 0
+    for thread, (cpu_after, switches_after) in after.items():
+        cpu_before, switches_before = before.get(thread, (0, 0))
+        cpu += cpu_after - cpu_before
+        switches += switches_after - switches_before
+    return cpu, switches
 
 
 def summary(values, unit, scale=1.0):
@@ -153,10 +166,9 @@ def measure_idle(subjects, runs, seconds):
             before[subject.name] = subject.cpu_and_switches()
         time.sleep(seconds)
         for subject in subjects:
-            cpu, switches = subject.cpu_and_switches()
-            cpu0, switches0 = before[subject.name]
-            results[subject.name]["cpu"].append((cpu - cpu0) / (seconds * 1e9) * 100)
-            results[subject.name]["wakeups"].append((switches - switches0) / seconds)
+            cpu, switches = idle_delta(before[subject.name], subject.cpu_and_switches())
+            results[subject.name]["cpu"].append(cpu / (seconds * 1e9) * 100)
+            results[subject.name]["wakeups"].append(switches / seconds)
             subject.stop()
     return results
 

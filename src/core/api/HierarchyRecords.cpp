@@ -2,6 +2,24 @@
 
 #include "json/JsonEncoding.h"
 
+namespace {
+// Spaces, folders and lists share one shape: an id, a name, an optional array (statuses, or a
+// folder's lists) and an optional archived flag.
+template <typename T, typename Element> T decodeNode(const Json::JsonObject& json, const QString& arrayKey) {
+    return {json.required<QString>(QStringLiteral("id")), json.required<QString>(QStringLiteral("name")),
+            json.optional<QList<Element>>(arrayKey), json.optional<bool>(QStringLiteral("archived"))};
+}
+
+template <typename T> QJsonObject encodeNode(const T& node, const QString& arrayKey, const auto& array) {
+    return Json::ObjectBuilder()
+        .set(QStringLiteral("id"), node.id)
+        .set(QStringLiteral("name"), node.name)
+        .set(arrayKey, array)
+        .set(QStringLiteral("archived"), node.archived)
+        .object();
+}
+} // namespace
+
 Workspace Workspace::fromJson(const Json::JsonObject& json) {
     return {json.required<QString>(QStringLiteral("id")), json.required<QString>(QStringLiteral("name")),
             json.optional<QString>(QStringLiteral("color")), json.optional<QString>(QStringLiteral("avatar"))};
@@ -25,18 +43,11 @@ QJsonObject TeamsResponse::toJson() const {
 }
 
 Space Space::fromJson(const Json::JsonObject& json) {
-    return {json.required<QString>(QStringLiteral("id")), json.required<QString>(QStringLiteral("name")),
-            json.optional<QList<NVStatus>>(QStringLiteral("statuses")),
-            json.optional<bool>(QStringLiteral("archived"))};
+    return decodeNode<Space, NVStatus>(json, QStringLiteral("statuses"));
 }
 
 QJsonObject Space::toJson() const {
-    return Json::ObjectBuilder()
-        .set(QStringLiteral("id"), id)
-        .set(QStringLiteral("name"), name)
-        .set(QStringLiteral("statuses"), statuses)
-        .set(QStringLiteral("archived"), archived)
-        .object();
+    return encodeNode(*this, QStringLiteral("statuses"), statuses);
 }
 
 SpacesResponse SpacesResponse::fromJson(const Json::JsonObject& json) {
@@ -48,18 +59,11 @@ QJsonObject SpacesResponse::toJson() const {
 }
 
 NVList NVList::fromJson(const Json::JsonObject& json) {
-    return {json.required<QString>(QStringLiteral("id")), json.required<QString>(QStringLiteral("name")),
-            json.optional<QList<NVStatus>>(QStringLiteral("statuses")),
-            json.optional<bool>(QStringLiteral("archived"))};
+    return decodeNode<NVList, NVStatus>(json, QStringLiteral("statuses"));
 }
 
 QJsonObject NVList::toJson() const {
-    return Json::ObjectBuilder()
-        .set(QStringLiteral("id"), id)
-        .set(QStringLiteral("name"), name)
-        .set(QStringLiteral("statuses"), statuses)
-        .set(QStringLiteral("archived"), archived)
-        .object();
+    return encodeNode(*this, QStringLiteral("statuses"), statuses);
 }
 
 ListsResponse ListsResponse::fromJson(const Json::JsonObject& json) {
@@ -71,17 +75,11 @@ QJsonObject ListsResponse::toJson() const {
 }
 
 Folder Folder::fromJson(const Json::JsonObject& json) {
-    return {json.required<QString>(QStringLiteral("id")), json.required<QString>(QStringLiteral("name")),
-            json.optional<QList<NVList>>(QStringLiteral("lists")), json.optional<bool>(QStringLiteral("archived"))};
+    return decodeNode<Folder, NVList>(json, QStringLiteral("lists"));
 }
 
 QJsonObject Folder::toJson() const {
-    return Json::ObjectBuilder()
-        .set(QStringLiteral("id"), id)
-        .set(QStringLiteral("name"), name)
-        .set(QStringLiteral("lists"), lists)
-        .set(QStringLiteral("archived"), archived)
-        .object();
+    return encodeNode(*this, QStringLiteral("lists"), lists);
 }
 
 FoldersResponse FoldersResponse::fromJson(const Json::JsonObject& json) {

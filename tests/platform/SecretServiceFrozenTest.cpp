@@ -88,7 +88,8 @@ class SecretServiceFrozenTest : public QObject {
         }
     }
     void checkGaveUpInTime(qint64 elapsedMSecs) {
-        QVERIFY2(elapsedMSecs >= timeout.count() - 50, qPrintable(QString::number(elapsedMSecs)));
+        // Qt's coarse timers may fire up to 5 % early.
+        QVERIFY2(elapsedMSecs >= timeout.count() * 9 / 10, qPrintable(QString::number(elapsedMSecs)));
         QVERIFY2(elapsedMSecs < timeout.count() + slackMSecs, qPrintable(QString::number(elapsedMSecs)));
     }
 

@@ -1,5 +1,7 @@
 #include "linux/TrayHostWatcher.h"
 
+#include <QDBusConnection>
+#include <QDBusConnectionInterface>
 #include <QGuiApplication>
 #include <QProcess>
 #include <QSignalSpy>
@@ -68,6 +70,9 @@ private slots:
         QCOMPARE(found.takeFirst().at(0).value<TrayHostWatcher::TrayHost>(), expected);
         QCOMPARE(absent.count(), 1);
         stop(host);
+        // The next row starts only once the bus has seen this host go.
+        QTRY_VERIFY(!QDBusConnection::sessionBus().interface()->isServiceRegistered(
+            QStringLiteral("org.kde.StatusNotifierWatcher")));
     }
 };
 

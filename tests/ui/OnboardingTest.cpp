@@ -131,7 +131,10 @@ private slots:
     }
 
     void validationShowsConnecting() {
-        QVERIFY(m_sandbox.addFault(SandboxFault::delay(QStringLiteral("/api/v2/user"), 400)));
+        // Both the probe of the token and the validation that follows are slow.
+        SandboxFault slow = SandboxFault::delay(QStringLiteral("/api/v2/user"), 400);
+        slow.times = 2;
+        QVERIFY(m_sandbox.addFault(slow));
         m_fixture->onboarding->setToken(m_sandbox.token());
         m_fixture->onboarding->connect();
         QTRY_COMPARE(m_fixture->auth->phase(), QStringLiteral("validating"));

@@ -9,6 +9,7 @@ namespace {
 const QString watcherService = QStringLiteral("org.kde.StatusNotifierWatcher");
 const QString watcherPath = QStringLiteral("/StatusNotifierWatcher");
 const QString watcherInterface = QStringLiteral("org.kde.StatusNotifierWatcher");
+constexpr int answerTimeoutMs = 2000;
 } // namespace
 
 TrayHostWatcher::TrayHostWatcher(QObject* parent)
@@ -31,7 +32,8 @@ QCoro::Task<bool> TrayHostWatcher::statusNotifierHostRegistered() {
     QDBusMessage call = QDBusMessage::createMethodCall(
         watcherService, watcherPath, QStringLiteral("org.freedesktop.DBus.Properties"), QStringLiteral("Get"));
     call << watcherInterface << QStringLiteral("IsStatusNotifierHostRegistered");
-    const QDBusMessage reply = co_await QDBusConnection::sessionBus().asyncCall(call);
+    // A watcher that doesn't answer (one that is just going away, say) counts as none, soon.
+    const QDBusMessage reply = co_await QDBusConnection::sessionBus().asyncCall(call, answerTimeoutMs);
     co_return reply.type() == QDBusMessage::ReplyMessage && !reply.arguments().isEmpty() &&
         reply.arguments().constFirst().value<QDBusVariant>().variant().toBool();
 }

@@ -6,6 +6,7 @@
 #include <QUrlQuery>
 
 #include <csignal>
+#include <sys/prctl.h>
 
 SandboxProcess::~SandboxProcess() {
     if (m_process.state() != QProcess::NotRunning) {
@@ -31,6 +32,8 @@ bool SandboxProcess::start(const Options& options) {
     }
     arguments.append(options.extraArguments);
     m_process.setProcessChannelMode(QProcess::SeparateChannels);
+    // The sandbox ends with the test, also when the test crashes or is killed.
+    m_process.setChildProcessModifier([] { ::prctl(PR_SET_PDEATHSIG, SIGTERM); });
     m_process.start(executablePath(), arguments);
     if (!m_process.waitForStarted(startTimeoutMs)) {
         m_error = QStringLiteral("norvane-sandbox did not start: ") + m_process.errorString();

@@ -2,64 +2,55 @@
 
 #include "json/JsonEncoding.h"
 
+namespace {
+// A key that is present replaces the default already in `field`; a missing or null key leaves it.
+template <typename T> void readKey(const Json::JsonObject& json, const QString& key, T& field) {
+    if (std::optional<T> value = json.optional<T>(key)) {
+        field = std::move(*value);
+    }
+}
+
+// An optional field is absent when its key is missing or null.
+template <typename T> void readKey(const Json::JsonObject& json, const QString& key, std::optional<T>& field) {
+    field = json.optional<T>(key);
+}
+} // namespace
+
 AppSettings AppSettings::fromJson(const Json::JsonObject& json) {
     AppSettings settings;
-    settings.visibleDefaultFields = json.optional<QSet<DefaultField>>(QStringLiteral("visibleDefaultFields"))
-                                        .value_or(settings.visibleDefaultFields);
-    settings.hiddenCustomFieldIDs =
-        json.optional<QSet<QString>>(QStringLiteral("hiddenCustomFieldIDs")).value_or(settings.hiddenCustomFieldIDs);
-    settings.defaultReminderLeadMinutes = json.optional<qint64>(QStringLiteral("defaultReminderLeadMinutes"))
-                                              .value_or(settings.defaultReminderLeadMinutes);
-    settings.bookmarks = json.optional<QList<Bookmark>>(QStringLiteral("bookmarks")).value_or(settings.bookmarks);
-    settings.preferredWorkspaceID = json.optional<QString>(QStringLiteral("preferredWorkspaceID"));
-    settings.lastLocation = json.optional<SavedLocation>(QStringLiteral("lastLocation"));
-    settings.hotKeyPreset = json.optional<HotKeyPreset>(QStringLiteral("hotKeyPreset")).value_or(settings.hotKeyPreset);
-    settings.templates = json.optional<QList<TaskTemplate>>(QStringLiteral("templates")).value_or(settings.templates);
-    settings.screenshotHotKeyPreset =
-        json.optional<HotKeyPreset>(QStringLiteral("screenshotHotKeyPreset")).value_or(settings.screenshotHotKeyPreset);
-    settings.screenshotTemplateID = json.optional<QUuid>(QStringLiteral("screenshotTemplateID"));
-    settings.screenRecordingHotKeyPreset = json.optional<HotKeyPreset>(QStringLiteral("screenRecordingHotKeyPreset"))
-                                               .value_or(settings.screenRecordingHotKeyPreset);
-    settings.screenRecordingTemplateID = json.optional<QUuid>(QStringLiteral("screenRecordingTemplateID"));
-    settings.recordingQuality =
-        json.optional<RecordingQuality>(QStringLiteral("recordingQuality")).value_or(settings.recordingQuality);
-    settings.recordingCaptureMicrophone =
-        json.optional<bool>(QStringLiteral("recordingCaptureMicrophone")).value_or(settings.recordingCaptureMicrophone);
-    settings.recordingShowCursor =
-        json.optional<bool>(QStringLiteral("recordingShowCursor")).value_or(settings.recordingShowCursor);
-    settings.recordingIncludeFacecam =
-        json.optional<bool>(QStringLiteral("recordingIncludeFacecam")).value_or(settings.recordingIncludeFacecam);
-    settings.recordingFacecamStyle =
-        json.optional<FacecamStyle>(QStringLiteral("recordingFacecamStyle")).value_or(settings.recordingFacecamStyle);
-    settings.recordingMaxDurationMinutes = json.optional<qint64>(QStringLiteral("recordingMaxDurationMinutes"))
-                                               .value_or(settings.recordingMaxDurationMinutes);
-    settings.showDueCountBadge =
-        json.optional<bool>(QStringLiteral("showDueCountBadge")).value_or(settings.showDueCountBadge);
-    settings.storageProvider =
-        json.optional<StorageProviderKind>(QStringLiteral("storageProvider")).value_or(settings.storageProvider);
-    settings.cloudinaryCloudName =
-        json.optional<QString>(QStringLiteral("cloudinaryCloudName")).value_or(settings.cloudinaryCloudName);
-    settings.cloudinaryUploadPreset =
-        json.optional<QString>(QStringLiteral("cloudinaryUploadPreset")).value_or(settings.cloudinaryUploadPreset);
-    settings.cloudflareR2AccountID =
-        json.optional<QString>(QStringLiteral("cloudflareR2AccountID")).value_or(settings.cloudflareR2AccountID);
-    settings.cloudflareR2Bucket =
-        json.optional<QString>(QStringLiteral("cloudflareR2Bucket")).value_or(settings.cloudflareR2Bucket);
-    settings.cloudflareR2PublicURLBase = json.optional<QString>(QStringLiteral("cloudflareR2PublicURLBase"))
-                                             .value_or(settings.cloudflareR2PublicURLBase);
-    settings.googleDriveFolderID =
-        json.optional<QString>(QStringLiteral("googleDriveFolderID")).value_or(settings.googleDriveFolderID);
-    settings.accounts = json.optional<QList<StoredAccount>>(QStringLiteral("accounts")).value_or(settings.accounts);
-    settings.activeAccountID = json.optional<qint64>(QStringLiteral("activeAccountID"));
-    settings.accountLocations = json.optional<QMap<QString, SavedLocation>>(QStringLiteral("accountLocations"))
-                                    .value_or(settings.accountLocations);
-    settings.accountPreferredWorkspaceIDs =
-        json.optional<QMap<QString, QString>>(QStringLiteral("accountPreferredWorkspaceIDs"))
-            .value_or(settings.accountPreferredWorkspaceIDs);
-    settings.branchNameFormat =
-        json.optional<QString>(QStringLiteral("branchNameFormat")).value_or(settings.branchNameFormat);
-    settings.serviceAPIBaseURL = json.optional<QString>(QStringLiteral("serviceAPIBaseURL"));
-    settings.serviceWebBaseURL = json.optional<QString>(QStringLiteral("serviceWebBaseURL"));
+    readKey(json, QStringLiteral("visibleDefaultFields"), settings.visibleDefaultFields);
+    readKey(json, QStringLiteral("hiddenCustomFieldIDs"), settings.hiddenCustomFieldIDs);
+    readKey(json, QStringLiteral("defaultReminderLeadMinutes"), settings.defaultReminderLeadMinutes);
+    readKey(json, QStringLiteral("bookmarks"), settings.bookmarks);
+    readKey(json, QStringLiteral("preferredWorkspaceID"), settings.preferredWorkspaceID);
+    readKey(json, QStringLiteral("lastLocation"), settings.lastLocation);
+    readKey(json, QStringLiteral("hotKeyPreset"), settings.hotKeyPreset);
+    readKey(json, QStringLiteral("templates"), settings.templates);
+    readKey(json, QStringLiteral("screenshotHotKeyPreset"), settings.screenshotHotKeyPreset);
+    readKey(json, QStringLiteral("screenshotTemplateID"), settings.screenshotTemplateID);
+    readKey(json, QStringLiteral("screenRecordingHotKeyPreset"), settings.screenRecordingHotKeyPreset);
+    readKey(json, QStringLiteral("screenRecordingTemplateID"), settings.screenRecordingTemplateID);
+    readKey(json, QStringLiteral("recordingQuality"), settings.recordingQuality);
+    readKey(json, QStringLiteral("recordingCaptureMicrophone"), settings.recordingCaptureMicrophone);
+    readKey(json, QStringLiteral("recordingShowCursor"), settings.recordingShowCursor);
+    readKey(json, QStringLiteral("recordingIncludeFacecam"), settings.recordingIncludeFacecam);
+    readKey(json, QStringLiteral("recordingFacecamStyle"), settings.recordingFacecamStyle);
+    readKey(json, QStringLiteral("recordingMaxDurationMinutes"), settings.recordingMaxDurationMinutes);
+    readKey(json, QStringLiteral("showDueCountBadge"), settings.showDueCountBadge);
+    readKey(json, QStringLiteral("storageProvider"), settings.storageProvider);
+    readKey(json, QStringLiteral("cloudinaryCloudName"), settings.cloudinaryCloudName);
+    readKey(json, QStringLiteral("cloudinaryUploadPreset"), settings.cloudinaryUploadPreset);
+    readKey(json, QStringLiteral("cloudflareR2AccountID"), settings.cloudflareR2AccountID);
+    readKey(json, QStringLiteral("cloudflareR2Bucket"), settings.cloudflareR2Bucket);
+    readKey(json, QStringLiteral("cloudflareR2PublicURLBase"), settings.cloudflareR2PublicURLBase);
+    readKey(json, QStringLiteral("googleDriveFolderID"), settings.googleDriveFolderID);
+    readKey(json, QStringLiteral("accounts"), settings.accounts);
+    readKey(json, QStringLiteral("activeAccountID"), settings.activeAccountID);
+    readKey(json, QStringLiteral("accountLocations"), settings.accountLocations);
+    readKey(json, QStringLiteral("accountPreferredWorkspaceIDs"), settings.accountPreferredWorkspaceIDs);
+    readKey(json, QStringLiteral("branchNameFormat"), settings.branchNameFormat);
+    readKey(json, QStringLiteral("serviceAPIBaseURL"), settings.serviceAPIBaseURL);
+    readKey(json, QStringLiteral("serviceWebBaseURL"), settings.serviceWebBaseURL);
     return settings;
 }
 

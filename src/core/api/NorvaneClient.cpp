@@ -1,9 +1,14 @@
 #include "api/NorvaneClient.h"
 
-#include "api/APIErrorBody.h"
+#include "api/Multipart.h"
+#include "api/StatusFailure.h"
+#include "api/UploadResponse.h"
 #include "api/UploadRetryPolicy.h"
+#include "async/Background.h"
+#include "support/FileError.h"
 
 #include <QCoroNetworkReply>
+#include <QFile>
 #include <QNetworkAccessManager>
 #include <QNetworkReply>
 #include <algorithm>
@@ -12,8 +17,7 @@
 
 namespace {
 constexpr int requestTimeoutMs = 60'000;
-// The longest wait before the retry of a 429, and the wait when the service names none.
-constexpr double longestRateLimitWait = 120.0;
+// The wait before the retry of a 429 when the service names none.
 constexpr double defaultRateLimitWait = 2.0;
 
 struct DeleteLater {
@@ -32,19 +36,12 @@ bool isTransportFailure(const QNetworkReply& reply) {
 }
 
 std::chrono::milliseconds rateLimitWait(std::optional<double> retryAfter) {
-    const double seconds =
-        retryAfter && *retryAfter > 0 ? std::min(*retryAfter, longestRateLimitWait) : defaultRateLimitWait;
+    const double seconds = retryAfter && *retryAfter > 0
+                               ? std::min(*retryAfter, UploadRetryPolicy::longestRateLimitSeconds)
+                               : defaultRateLimitWait;
     return std::chrono::ceil<std::chrono::milliseconds>(std::chrono::duration<double>(seconds));
 }
 
-// The error body of a failed answer; a body that doesn't decode counts as one with neither field.
-APIErrorBody errorBodyOf(const QByteArray& data) {
-    try {
-        return Json::decode<APIErrorBody>(Json::parse(data), QStringLiteral("$"));
-    } catch (const DecodingError&) {
-        return {};
-    }
-}
 } // namespace
 
 NorvaneClient::NorvaneClient(const AuthProvider& auth, QNetworkAccessManager* session,
@@ -70,6 +67,18 @@ QCoro::Task<QByteArray> NorvaneClient::perform(QByteArray method, QString path, 
         request.request.setRawHeader(QByteArrayLiteral("Content-Type"), QByteArrayLiteral("application/json"));
     }
     co_return co_await send(std::move(request), false);
+}
+
+QNetworkRequest NorvaneClient::uploadRequest(const QString& path, const QString& boundary) const {
+    const std::optional<QString> token = m_auth.authorizationValue();
+    if (!token) {
+        throw NVError(NVError::NotAuthenticated{});
+    }
+    QNetworkRequest request(endpointURL(path, {}));
+    request.setTransferTimeout(requestTimeoutMs);
+    request.setRawHeader(QByteArrayLiteral("Authorization"), token->toUtf8());
+    request.setRawHeader(QByteArrayLiteral("Content-Type"), "multipart/form-data; boundary=" + boundary.toUtf8());
+    return request;
 }
 
 QUrl NorvaneClient::endpointURL(const QString& path, const QueryItems& query) const {
@@ -125,13 +134,71 @@ QCoro::Task<QByteArray> NorvaneClient::decodeResponse(QNetworkReply& reply, bool
         co_await m_sleeper(rateLimitWait(retryAfter));
         co_return co_await retry();
     }
-    const APIErrorBody body = errorBodyOf(data);
-    if (status == 401) {
-        throw NVError(NVError::Unauthorized{body.err.value_or(NVError::rejectedTokenText())});
+    throw statusFailure(status, data);
+}
+
+QCoro::Task<TaskAttachment> NorvaneClient::upload(QString path, QByteArray fileData, QString filename) const {
+    UploadAttempt attempt = [this, path, fileData, filename] { return uploadAttempt(path, fileData, filename); };
+    co_return co_await withUploadRetries(std::move(attempt));
+}
+
+QCoro::Task<TaskAttachment> NorvaneClient::uploadFromFile(QString path, QUrl fileURL, QString filename) const {
+    UploadAttempt attempt = [this, path, fileURL, filename] { return uploadFromFileAttempt(path, fileURL, filename); };
+    co_return co_await withUploadRetries(std::move(attempt));
+}
+
+QCoro::Task<TaskAttachment> NorvaneClient::withUploadRetries(UploadAttempt attempt) const {
+    for (int number = 1;; ++number) {
+        std::exception_ptr failure;
+        try {
+            QCoro::Task<TaskAttachment> task = attempt();
+            co_return co_await std::move(task);
+        } catch (...) {
+            failure = std::current_exception();
+        }
+        if (number == UploadRetryPolicy::attempts || !UploadRetryPolicy::isRetryable(failure)) {
+            std::rethrow_exception(failure);
+        }
+        co_await m_sleeper(UploadRetryPolicy::delayAfter(number, failure));
     }
-    if (body.ecode == APIErrorBody::storageLimitCode) {
-        throw NVError(NVError::StorageLimitExceeded{});
+}
+
+QCoro::Task<TaskAttachment> NorvaneClient::uploadAttempt(QString path, QByteArray fileData, QString filename) const {
+    const QString boundary = Multipart::newBoundary();
+    const QNetworkRequest request = uploadRequest(path, boundary);
+    QNetworkReply* reply = m_uploadSession->post(request, Multipart::multipartBody(boundary, filename, fileData));
+    co_return co_await uploadAnswer(reply);
+}
+
+QCoro::Task<TaskAttachment> NorvaneClient::uploadFromFileAttempt(QString path, QUrl fileURL, QString filename) const {
+    const QString boundary = Multipart::newBoundary();
+    std::function<QUrl()> write = [boundary, filename, fileURL] {
+        return Multipart::writeMultipartBody(boundary, filename, fileURL);
+    };
+    QCoro::Task<QUrl> writing = runInBackground(std::move(write));
+    const QString bodyPath = (co_await std::move(writing)).toLocalFile();
+    // The body file goes when the attempt ends, however it ends; a failed removal changes nothing.
+    const std::unique_ptr<const QString, void (*)(const QString*)> removal(
+        &bodyPath, [](const QString* file) { QFile::remove(*file); });
+    QNetworkRequest request = uploadRequest(path, boundary);
+    auto body = std::make_unique<QFile>(bodyPath);
+    if (!body->open(QIODevice::ReadOnly)) {
+        throw FileError(bodyPath, body->errorString());
     }
-    throw NVError(
-        NVError::Server{body.ecode, body.err.value_or(QStringLiteral("Norvane error (HTTP %1)").arg(status)), status});
+    request.setHeader(QNetworkRequest::ContentLengthHeader, body->size());
+    QNetworkReply* reply = m_uploadSession->post(request, body.get());
+    // The reply reads the body while it runs and takes it along when it goes.
+    body.release()->setParent(reply);
+    co_return co_await uploadAnswer(reply);
+}
+
+QCoro::Task<TaskAttachment> NorvaneClient::uploadAnswer(QNetworkReply* reply) const {
+    const std::unique_ptr<QNetworkReply, DeleteLater> owned(reply);
+    co_await reply;
+    if (isTransportFailure(*reply)) {
+        throw NVError(NVError::Network{reply->error(), reply->errorString()});
+    }
+    const QVariant status = reply->attribute(QNetworkRequest::HttpStatusCodeAttribute);
+    co_return decodeUploadResponse(reply->readAll(), status.isValid() ? std::optional(status.toInt()) : std::nullopt,
+                                   UploadRetryPolicy::retryAfter(*reply, m_clock()));
 }

@@ -1,6 +1,7 @@
 #pragma once
 
 #include "api/NVError.h"
+#include "api/TaskAttachment.h"
 #include "async/Clock.h"
 #include "async/Sleeper.h"
 #include "auth/AuthProvider.h"
@@ -22,7 +23,8 @@ class QNetworkReply;
 // so one client follows whichever account is active. All fields are fixed at creation: requests may
 // run side by side, and each waits out its own rate limit.
 //
-// Every call fails with NVError; a 429 is retried once, after the wait the service asks for.
+// Every call fails with NVError; a 429 is retried once, after the wait the service asks for. The two
+// uploads have a retry loop of their own (UploadRetryPolicy).
 //
 // Callers in a coroutine: bind a body or query built in braces to a named local before the co_await
 // (`const CreateTaskRequest body{...}; co_await client.post<CreatedTask>(path, body);`). GCC 12
@@ -63,6 +65,15 @@ public:
         co_return decodeRecord<T>(answer);
     }
 
+    // Sends one file to `path` (for a task, "task/<id>/attachment") as multipart/form-data and
+    // returns the service's attachment. Up to five attempts, as UploadRetryPolicy says, each with a
+    // new boundary; the error of the last attempt is thrown. The whole file is in memory.
+    QCoro::Task<TaskAttachment> upload(QString path, QByteArray fileData, QString filename) const;
+    // The same for a file on disk, never held whole: each attempt writes the body to a temporary file
+    // off the main thread, sends it from disk and removes it when the attempt ends. A file that can't
+    // be read fails with FileError.
+    QCoro::Task<TaskAttachment> uploadFromFile(QString path, QUrl fileURL, QString filename) const;
+
 private:
     // One request as it goes out, kept whole so that a retry sends the very same bytes.
     struct Request {
@@ -81,6 +92,15 @@ private:
     QCoro::Task<QByteArray> send(Request request, bool isRetry) const;
     // The status rules: a 2xx gives its body, a first 429 waits and calls `retry`, the rest fail.
     QCoro::Task<QByteArray> decodeResponse(QNetworkReply& reply, bool isRetry, Retry retry) const;
+
+    using UploadAttempt = std::function<QCoro::Task<TaskAttachment>()>;
+    QCoro::Task<TaskAttachment> withUploadRetries(UploadAttempt attempt) const;
+    QCoro::Task<TaskAttachment> uploadAttempt(QString path, QByteArray fileData, QString filename) const;
+    QCoro::Task<TaskAttachment> uploadFromFileAttempt(QString path, QUrl fileURL, QString filename) const;
+    // The POST of a multipart body with the token of this moment; NVError::NotAuthenticated without one.
+    QNetworkRequest uploadRequest(const QString& path, const QString& boundary) const;
+    // Waits for the upload's answer and reads it; `reply` is deleted afterwards.
+    QCoro::Task<TaskAttachment> uploadAnswer(QNetworkReply* reply) const;
 
     template <typename T> static T decodeRecord(const QByteArray& body) {
         try {

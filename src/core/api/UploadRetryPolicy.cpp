@@ -1,10 +1,14 @@
 #include "api/UploadRetryPolicy.h"
 
+#include "api/NVError.h"
+
 #include <QLocale>
 #include <QNetworkReply>
 #include <algorithm>
+#include <array>
 #include <cctype>
 #include <charconv>
+#include <cmath>
 #include <string_view>
 
 namespace {
@@ -62,4 +66,59 @@ std::optional<double> UploadRetryPolicy::retryAfter(const QNetworkReply& reply, 
         return std::nullopt;
     }
     return retryAfter(reply.rawHeader(header), now);
+}
+
+namespace {
+// The transport failures worth another attempt. The platform this client was first written for
+// names nine; Qt folds some of them into one code, which the comment beside each says.
+constexpr std::array retryableNetworkErrors{
+    QNetworkReply::TimeoutError,                     // timed out
+    QNetworkReply::OperationCanceledError,           // timed out: Qt aborts a request past its transfer timeout
+    QNetworkReply::RemoteHostClosedError,            // connection lost
+    QNetworkReply::NetworkSessionFailedError,        // not connected to the internet
+    QNetworkReply::ConnectionRefusedError,           // cannot connect to host
+    QNetworkReply::HostNotFoundError,                // cannot find host; DNS lookup failed
+    QNetworkReply::TemporaryNetworkFailureError,     // a call is active (the link dropped for a while)
+    QNetworkReply::BackgroundRequestNotAllowedError, // international roaming off; data not allowed
+};
+
+double secondsToWait(int attempt, const std::exception_ptr& error) {
+    try {
+        std::rethrow_exception(error);
+    } catch (const NVError& failure) {
+        if (const auto* limited = failure.as<NVError::RateLimited>(); limited && limited->retryAfter.value_or(0) > 0) {
+            return std::min(*limited->retryAfter, UploadRetryPolicy::longestRateLimitSeconds);
+        }
+    } catch (...) {
+    }
+    return std::min(std::pow(2.0, attempt), UploadRetryPolicy::longestBackOffSeconds);
+}
+} // namespace
+
+bool UploadRetryPolicy::isRetryable(const std::exception_ptr& error) {
+    try {
+        std::rethrow_exception(error);
+    } catch (const NVError& failure) {
+        if (failure.is<NVError::RateLimited>()) {
+            return true;
+        }
+        if (const auto* server = failure.as<NVError::Server>()) {
+            const int status = server->statusCode.value_or(0);
+            return status == 429 || (status >= 500 && status <= 599);
+        }
+        if (const auto* network = failure.as<NVError::Network>()) {
+            return isRetryableNetworkError(network->error);
+        }
+        return false;
+    } catch (...) {
+        return false;
+    }
+}
+
+bool UploadRetryPolicy::isRetryableNetworkError(QNetworkReply::NetworkError error) {
+    return std::ranges::find(retryableNetworkErrors, error) != retryableNetworkErrors.end();
+}
+
+std::chrono::milliseconds UploadRetryPolicy::delayAfter(int attempt, const std::exception_ptr& error) {
+    return std::chrono::ceil<std::chrono::milliseconds>(std::chrono::duration<double>(secondsToWait(attempt, error)));
 }

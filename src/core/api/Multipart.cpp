@@ -1,0 +1,67 @@
+#include "api/Multipart.h"
+
+#include "support/FileError.h"
+
+#include <QDir>
+#include <QFile>
+#include <QUuid>
+#include <memory>
+
+namespace {
+QString newUpperCaseUuid() {
+    return QUuid::createUuid().toString(QUuid::WithoutBraces).toUpper();
+}
+
+QByteArray head(const QString& boundary, const QString& filename) {
+    return "--" + boundary.toUtf8() + "\r\n" + "Content-Disposition: form-data; name=\"attachment\"; filename=\"" +
+           filename.toUtf8() + "\"\r\n" + "Content-Type: application/octet-stream\r\n\r\n";
+}
+
+QByteArray tail(const QString& boundary) {
+    return "\r\n--" + boundary.toUtf8() + "--\r\n";
+}
+
+void write(QFile& file, const QByteArray& bytes) {
+    if (file.write(bytes) != bytes.size()) {
+        throw FileError(file.fileName(), file.errorString());
+    }
+}
+
+std::unique_ptr<QFile> opened(const QString& path, QIODevice::OpenMode mode) {
+    // Unbuffered: the copy's own chunk is the only one held in memory.
+    auto file = std::make_unique<QFile>(path);
+    if (!file->open(mode | QIODevice::Unbuffered)) {
+        throw FileError(path, file->errorString());
+    }
+    return file;
+}
+} // namespace
+
+QString Multipart::newBoundary() {
+    return QStringLiteral("norvanebar-") + newUpperCaseUuid();
+}
+
+QByteArray Multipart::multipartBody(const QString& boundary, const QString& filename, const QByteArray& fileData) {
+    return head(boundary, filename) + fileData + tail(boundary);
+}
+
+QUrl Multipart::writeMultipartBody(const QString& boundary, const QString& filename, const QUrl& fileURL) {
+    const QString bodyPath =
+        QDir(QDir::tempPath()).filePath(QStringLiteral("norvanebar-upload-%1.multipart").arg(newUpperCaseUuid()));
+    const auto body = opened(bodyPath, QIODevice::WriteOnly | QIODevice::NewOnly);
+    write(*body, head(boundary, filename));
+    const auto source = opened(fileURL.toLocalFile(), QIODevice::ReadOnly);
+    QByteArray chunk(chunkSize, Qt::Uninitialized);
+    for (;;) {
+        const qint64 count = source->read(chunk.data(), chunkSize);
+        if (count < 0) {
+            throw FileError(source->fileName(), source->errorString());
+        }
+        if (count == 0) {
+            break;
+        }
+        write(*body, QByteArray::fromRawData(chunk.constData(), count));
+    }
+    write(*body, tail(boundary));
+    return QUrl::fromLocalFile(bodyPath);
+}

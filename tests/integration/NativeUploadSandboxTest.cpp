@@ -1,0 +1,354 @@
+// The two attachment uploads of NorvaneClient against norvane-sandbox: the multipart body as the
+// sandbox's own parser reads it back, the stored bytes, and the retry loop under injected faults,
+// with a sleeper that records its waits and returns at once.
+#include "ClientTesting.h"
+#include "SandboxDemo.h"
+#include "SandboxProcess.h"
+#include "SyncHttpClient.h"
+#include "api/NorvaneClient.h"
+#include "api/TaskRecords.h"
+#include "api/TaskRequests.h"
+#include "auth/StaticTokenAuth.h"
+#include "support/FileError.h"
+
+#include <QDir>
+#include <QFile>
+#include <QJsonArray>
+#include <QNetworkAccessManager>
+#include <QRandomGenerator>
+#include <QRegularExpression>
+#include <QTemporaryDir>
+#include <QTest>
+
+using namespace ClientTesting;
+using namespace std::chrono_literals;
+
+namespace {
+// The time the client's clock shows, for Retry-After dates.
+const QDateTime clockTime(QDate(2024, 6, 11), QTime(9, 30), Qt::UTC);
+const QString attachmentPath = QStringLiteral("/api/v2/task/*/attachment");
+
+QByteArray randomBytes(qsizetype size) {
+    QByteArray bytes(size, Qt::Uninitialized);
+    QRandomGenerator generator(7);
+    for (char& byte : bytes) {
+        byte = static_cast<char>(generator.bounded(256));
+    }
+    return bytes;
+}
+
+QString headerOf(const QJsonObject& entry, const QString& name) {
+    for (const QJsonValue& header : entry.value(QStringLiteral("headers")).toArray()) {
+        if (header[0].toString().compare(name, Qt::CaseInsensitive) == 0) {
+            return header[1].toString();
+        }
+    }
+    return {};
+}
+
+SandboxFault failing(int status, int times) {
+    SandboxFault fault = SandboxFault::answer(attachmentPath, status, times);
+    fault.method = QStringLiteral("POST");
+    return fault;
+}
+
+SandboxFault rateLimited(const QString& retryAfter) {
+    SandboxFault fault = failing(429, 1);
+    fault.headers.insert(QStringLiteral("Retry-After"), retryAfter);
+    return fault;
+}
+} // namespace
+
+class NativeUploadSandboxTest : public QObject {
+    Q_OBJECT
+
+    SandboxProcess m_sandbox;
+    QNetworkAccessManager m_session;
+    std::optional<StaticTokenAuth> m_auth;
+    RecordingSleeper m_sleeper;
+    std::optional<NorvaneClient> m_client;
+    // The client's temporary directory; every test ends with it empty.
+    QTemporaryDir m_temporary;
+    QByteArray m_previousTemporary;
+    // Files to upload, apart from the client's temporary directory.
+    QTemporaryDir m_sources;
+    int m_sourceCount = 0;
+
+    QUrl apiBase() const {
+        QUrl base = m_sandbox.baseUrl();
+        base.setPath(QStringLiteral("/api/v2"));
+        return base;
+    }
+
+    QString newTask(const QString& listID) {
+        CreateTaskRequest request;
+        request.name = QStringLiteral("Has an attachment");
+        return awaitTask(m_client->post<CreatedTask>(QStringLiteral("list/%1/task").arg(listID), request)).id;
+    }
+
+    static QString attachmentOf(const QString& taskID) { return QStringLiteral("task/%1/attachment").arg(taskID); }
+
+    QUrl sourceFile(const QByteArray& content) {
+        const QString path = m_sources.filePath(QStringLiteral("source-%1.bin").arg(++m_sourceCount));
+        QFile file(path);
+        if (!file.open(QIODevice::WriteOnly) || file.write(content) != content.size()) {
+            qFatal("can't write %s", qPrintable(path));
+        }
+        return QUrl::fromLocalFile(path);
+    }
+
+    QJsonArray uploadRequests() {
+        QJsonArray uploads;
+        for (const QJsonValue& entry : m_sandbox.requests()) {
+            if (entry[QStringLiteral("method")].toString() == QStringLiteral("POST") &&
+                entry[QStringLiteral("path")].toString().endsWith(QStringLiteral("/attachment"))) {
+                uploads.append(entry);
+            }
+        }
+        return uploads;
+    }
+
+    QByteArray stored(const TaskAttachment& attachment) {
+        SyncHttpClient http;
+        return http.get(QUrl(attachment.url.value_or(QString())), {}).body;
+    }
+
+    void verifyWaits(const QList<std::chrono::milliseconds>& expected) { QCOMPARE(m_sleeper.waits(), expected); }
+
+private slots:
+    void initTestCase() {
+        QVERIFY(m_temporary.isValid() && m_sources.isValid());
+        m_previousTemporary = qgetenv("TMPDIR");
+        qputenv("TMPDIR", QFile::encodeName(m_temporary.path()));
+        QVERIFY2(m_sandbox.start(), qPrintable(m_sandbox.errorString()));
+        m_auth.emplace(m_sandbox.token());
+    }
+
+    void cleanupTestCase() { qputenv("TMPDIR", m_previousTemporary); }
+
+    void init() {
+        QVERIFY2(m_sandbox.reset(), qPrintable(m_sandbox.errorString()));
+        m_sleeper = RecordingSleeper();
+        m_client.emplace(*m_auth, &m_session, nullptr, apiBase(), m_sleeper.sleeper(), fixedClock(clockTime));
+    }
+
+    void cleanup() { QCOMPARE(QDir(m_temporary.path()).entryList(QDir::Files | QDir::Hidden), QStringList()); }
+
+    void bothPathsSendOnePartThatTheSandboxStoresByteForByte() {
+        const QByteArray content = randomBytes(3 * 1024 * 1024 + 17);
+        const QString task = newTask(SandboxDemo::inboxListID);
+        const QString name = QStringLiteral("Überblick 2024.bin");
+        m_sandbox.clearRequests();
+
+        const TaskAttachment fromMemory = awaitTask(m_client->upload(attachmentOf(task), content, name));
+        const TaskAttachment fromFile =
+            awaitTask(m_client->uploadFromFile(attachmentOf(task), sourceFile(content), name));
+        QVERIFY(!fromMemory.id.value_or(QString()).isEmpty());
+        QVERIFY(fromFile.id != fromMemory.id);
+        QCOMPARE(stored(fromMemory), content);
+        QCOMPARE(stored(fromFile), content);
+
+        const QJsonArray uploads = uploadRequests();
+        QCOMPARE(uploads.size(), 2);
+        const QRegularExpression boundary(
+            QStringLiteral("^multipart/form-data; boundary=norvanebar-[0-9A-F]{8}(-[0-9A-F]{4}){3}-[0-9A-F]{12}$"));
+        for (const QJsonValue& upload : uploads) {
+            QCOMPARE(upload[QStringLiteral("path")].toString(), QStringLiteral("/api/v2/task/%1/attachment").arg(task));
+            QCOMPARE(headerOf(upload.toObject(), QStringLiteral("Authorization")), m_sandbox.token());
+            QVERIFY(boundary.match(headerOf(upload.toObject(), QStringLiteral("Content-Type"))).hasMatch());
+            const QJsonArray parts = upload[QStringLiteral("parts")].toArray();
+            QCOMPARE(parts.size(), 1);
+            QCOMPARE(parts[0][QStringLiteral("name")].toString(), QStringLiteral("attachment"));
+            QCOMPARE(parts[0][QStringLiteral("filename")].toString(), name);
+            QCOMPARE(parts[0][QStringLiteral("contentType")].toString(), QStringLiteral("application/octet-stream"));
+            QCOMPARE(parts[0][QStringLiteral("size")].toInteger(), content.size());
+        }
+        QCOMPARE(m_sleeper.waits().size(), 0);
+    }
+
+    void aNumericAttachmentIDIsAccepted() {
+        const QString task = newTask(SandboxDemo::labNotesListID);
+        const TaskAttachment attachment =
+            awaitTask(m_client->upload(attachmentOf(task), "lab notes", QStringLiteral("notes.txt")));
+        QVERIFY(!attachment.id.value_or(QString()).isEmpty());
+        bool isNumber = false;
+        attachment.id->toLongLong(&isNumber);
+        QVERIFY(isNumber);
+        QCOMPARE(stored(attachment), QByteArray("lab notes"));
+    }
+
+    void aServerAnswering503EveryTimeGetsFiveAttemptsWithGrowingWaits() {
+        const QString task = newTask(SandboxDemo::inboxListID);
+        QVERIFY(m_sandbox.addFault(failing(503, -1)));
+        const auto error = failureOf(
+            m_client->uploadFromFile(attachmentOf(task), sourceFile("retry me"), QStringLiteral("retry.txt")));
+        QVERIFY(error && error->is<NVError::Server>());
+        QCOMPARE(error->as<NVError::Server>()->statusCode, std::optional(503));
+        verifyWaits({2s, 4s, 8s, 16s});
+        const QJsonArray uploads = uploadRequests();
+        QCOMPARE(uploads.size(), 5);
+        // A new boundary for every attempt.
+        QSet<QString> boundaries;
+        for (const QJsonValue& upload : uploads) {
+            boundaries.insert(headerOf(upload.toObject(), QStringLiteral("Content-Type")));
+        }
+        QCOMPARE(boundaries.size(), 5);
+    }
+
+    void aFailureThatPassesIsRetriedUntilTheUploadSucceeds() {
+        const QString task = newTask(SandboxDemo::inboxListID);
+        QVERIFY(m_sandbox.addFault(failing(502, 2)));
+        const TaskAttachment attachment =
+            awaitTask(m_client->upload(attachmentOf(task), "third time", QStringLiteral("lucky.txt")));
+        QCOMPARE(stored(attachment), QByteArray("third time"));
+        verifyWaits({2s, 4s});
+        QCOMPARE(uploadRequests().size(), 3);
+    }
+
+    void aRateLimitAskingFor300SecondsWaits120() {
+        const QString task = newTask(SandboxDemo::inboxListID);
+        QVERIFY(m_sandbox.addFault(rateLimited(QStringLiteral("300"))));
+        awaitTask(m_client->upload(attachmentOf(task), "x", QStringLiteral("x.txt")));
+        verifyWaits({120s});
+    }
+
+    void aRateLimitAskingForAFractionWaitsExactlyThat() {
+        const QString task = newTask(SandboxDemo::inboxListID);
+        QVERIFY(m_sandbox.addFault(rateLimited(QStringLiteral("1.5"))));
+        awaitTask(m_client->upload(attachmentOf(task), "x", QStringLiteral("x.txt")));
+        verifyWaits({1500ms});
+    }
+
+    void aRateLimitAskingForZeroOrNothingWaitsByTheExponentialRule() {
+        const QString task = newTask(SandboxDemo::inboxListID);
+        QVERIFY(m_sandbox.addFault(rateLimited(QStringLiteral("0"))));
+        QVERIFY(m_sandbox.addFault(failing(429, 1)));
+        awaitTask(m_client->upload(attachmentOf(task), "x", QStringLiteral("x.txt")));
+        verifyWaits({2s, 4s});
+    }
+
+    void aRateLimitWithADateInThePastWaitsByTheExponentialRule() {
+        const QString task = newTask(SandboxDemo::inboxListID);
+        QVERIFY(m_sandbox.addFault(rateLimited(QStringLiteral("Tue, 11 Jun 2024 09:29:00 GMT"))));
+        awaitTask(m_client->upload(attachmentOf(task), "x", QStringLiteral("x.txt")));
+        verifyWaits({2s});
+    }
+
+    void aRateLimitWithADateAheadWaitsUntilThen() {
+        const QString task = newTask(SandboxDemo::inboxListID);
+        QVERIFY(m_sandbox.addFault(rateLimited(QStringLiteral("Tue, 11 Jun 2024 09:30:45 GMT"))));
+        awaitTask(m_client->upload(attachmentOf(task), "x", QStringLiteral("x.txt")));
+        verifyWaits({45s});
+    }
+
+    void theStorageLimitIsNotRetried() {
+        const QString task = newTask(SandboxDemo::inboxListID);
+        QVERIFY(m_sandbox.setStorageQuota(4));
+        const auto error = failureOf(m_client->uploadFromFile(attachmentOf(task), sourceFile("too big for the quota"),
+                                                              QStringLiteral("big.txt")));
+        QVERIFY(error && error->is<NVError::StorageLimitExceeded>());
+        QCOMPARE(error->errorDescription(), QStringLiteral("Your Norvane workspace storage limit has been reached. "
+                                                           "Upgrade your plan or free up space, then try again."));
+        QCOMPARE(uploadRequests().size(), 1);
+        QCOMPARE(m_sleeper.waits().size(), 0);
+    }
+
+    void aFailureWithAnotherStatusIsNotRetried() {
+        const QString task = newTask(SandboxDemo::inboxListID);
+        SandboxFault tooLarge = failing(413, 1);
+        tooLarge.err = QStringLiteral("File too large");
+        tooLarge.ecode = QString();
+        QVERIFY(m_sandbox.addFault(tooLarge));
+        const auto error = failureOf(m_client->upload(attachmentOf(task), "x", QStringLiteral("x.txt")));
+        QVERIFY(error && error->is<NVError::Server>());
+        QCOMPARE(*error->as<NVError::Server>(), (NVError::Server{QString(), QStringLiteral("File too large"), 413}));
+        QCOMPARE(uploadRequests().size(), 1);
+    }
+
+    void aSuccessStatusCarryingAnErrorIsAServerError() {
+        const QString task = newTask(SandboxDemo::inboxListID);
+        SandboxFault fault = failing(200, 1);
+        fault.bodyText = QStringLiteral(R"({"err":"Attachment rejected by a scan","ECODE":"ATTACH_003","url":0})");
+        QVERIFY(m_sandbox.addFault(fault));
+        const auto error = failureOf(m_client->upload(attachmentOf(task), "x", QStringLiteral("x.txt")));
+        QVERIFY(error && error->is<NVError::Server>());
+        QCOMPARE(*error->as<NVError::Server>(),
+                 (NVError::Server{QStringLiteral("ATTACH_003"), QStringLiteral("Attachment rejected by a scan"), 200}));
+        QCOMPARE(uploadRequests().size(), 1);
+    }
+
+    void aSuccessStatusWithoutAnAttachmentIDIsNotAnAttachment() {
+        const QString task = newTask(SandboxDemo::inboxListID);
+        SandboxFault fault = failing(200, 1);
+        fault.bodyText = QStringLiteral(R"({"err":"Quota","ECODE":"X"})");
+        QVERIFY(m_sandbox.addFault(fault));
+        const auto error = failureOf(m_client->upload(attachmentOf(task), "x", QStringLiteral("x.txt")));
+        QVERIFY(error && error->is<NVError::Decoding>());
+        QCOMPARE(error->as<NVError::Decoding>()->description,
+                 QStringLiteral("Upload response was not a valid Norvane attachment"));
+    }
+
+    void aRejectedTokenIsNotRetried() {
+        const StaticTokenAuth wrongToken(QStringLiteral("pk_not_a_real_token"));
+        const NorvaneClient client(wrongToken, &m_session, nullptr, apiBase(), m_sleeper.sleeper());
+        const auto error = failureOf(
+            client.uploadFromFile(attachmentOf(QStringLiteral("1")), sourceFile("x"), QStringLiteral("x.txt")));
+        QVERIFY(error && error->is<NVError::Unauthorized>());
+        QCOMPARE(uploadRequests().size(), 1);
+        QCOMPARE(m_sleeper.waits().size(), 0);
+    }
+
+    void withoutATokenNothingIsSentAndTheBodyFileIsRemoved() {
+        const NoTokenAuth noToken;
+        const NorvaneClient client(noToken, &m_session, nullptr, apiBase(), m_sleeper.sleeper());
+        const auto error = failureOf(
+            client.uploadFromFile(attachmentOf(QStringLiteral("1")), sourceFile("x"), QStringLiteral("x.txt")));
+        QVERIFY(error && error->is<NVError::NotAuthenticated>());
+        QCOMPARE(uploadRequests().size(), 0);
+        QCOMPARE(m_sleeper.waits().size(), 0);
+    }
+
+    void aDroppedConnectionIsRetried() {
+        const QString task = newTask(SandboxDemo::inboxListID);
+        SandboxFault drop = SandboxFault::dropConnection(attachmentPath);
+        QVERIFY(m_sandbox.addFault(drop));
+        const TaskAttachment attachment = awaitTask(
+            m_client->uploadFromFile(attachmentOf(task), sourceFile("after a drop"), QStringLiteral("d.txt")));
+        QCOMPARE(stored(attachment), QByteArray("after a drop"));
+        verifyWaits({2s});
+    }
+
+    void aRefusedConnectionIsRetriedAndTheLastErrorThrown() {
+        QUrl closed = apiBase();
+        closed.setPort(1);
+        const NorvaneClient client(*m_auth, &m_session, nullptr, closed, m_sleeper.sleeper());
+        const auto error = failureOf(client.upload(attachmentOf(QStringLiteral("1")), "x", QStringLiteral("x.txt")));
+        QVERIFY(error && error->is<NVError::Network>());
+        QCOMPARE(error->as<NVError::Network>()->error, QNetworkReply::ConnectionRefusedError);
+        verifyWaits({2s, 4s, 8s, 16s});
+    }
+
+    void aMissingFileFailsAtOnceWithoutARequest() {
+        const QString task = newTask(SandboxDemo::inboxListID);
+        const QUrl missing = QUrl::fromLocalFile(m_sources.filePath(QStringLiteral("gone.bin")));
+        bool threwFileError = false;
+        try {
+            awaitTask(m_client->uploadFromFile(attachmentOf(task), missing, QStringLiteral("gone.bin")));
+        } catch (const FileError& error) {
+            threwFileError = error.path() == missing.toLocalFile();
+        }
+        QVERIFY(threwFileError);
+        QCOMPARE(uploadRequests().size(), 0);
+        QCOMPARE(m_sleeper.waits().size(), 0);
+        // A body file whose writing failed stays where it is; this test's cleanup expects none.
+        const QStringList left = QDir(m_temporary.path()).entryList(QDir::Files);
+        QCOMPARE(left.size(), 1);
+        QVERIFY(QRegularExpression(QStringLiteral("^norvanebar-upload-[0-9A-F-]{36}\\.multipart$"))
+                    .match(left.first())
+                    .hasMatch());
+        QVERIFY(QFile::remove(m_temporary.filePath(left.first())));
+    }
+};
+
+QTEST_GUILESS_MAIN(NativeUploadSandboxTest)
+#include "NativeUploadSandboxTest.moc"

@@ -1,14 +1,18 @@
-"""Attachment upload benchmark of norvane-sandbox: one file of 1 GiB sent with
-`curl -F attachment=@FILE` to a demo task, while the server's resident memory is watched.
+"""Attachment upload benchmark: one file of 1 GiB sent with `curl -F attachment=@FILE` to a demo
+task of norvane-sandbox, while the server's resident memory is watched; then, with --client, the
+same file sent by NorvaneBar's streaming upload path to the same sandbox.
 
   peak RSS growth    VmHWM during the upload (reset through clear_refs just before) minus VmRSS
                      before it; the upload is streamed to disk, so the target is under 32 MiB
   throughput         the file's size over curl's total time, on loopback
+  native/curl        the client's wall time over curl's (target at most 2.0: the client writes a
+                     multipart body file before it sends), the client's own peak RSS growth
+                     (target at most 16 MiB), and no temporary file left behind
 
 Prints one figure a line as "name value unit". Exits 1 when the upload fails, the stored file
 differs in size, or the growth misses the target.
 
-usage: sandbox_upload.py SANDBOX [--size-mib N] [--target-mib N]"""
+usage: sandbox_upload.py SANDBOX [--client NATIVE_UPLOAD_CLIENT] [--size-mib N] [--target-mib N]"""
 
 import argparse
 import json
@@ -62,11 +66,47 @@ def write_file(path, size):
             file.write(os.urandom(CHUNK))
 
 
+def run_client(client, base, token, task, source, folder):
+    """The native client's figures as a dict of name to value, or None when the upload failed."""
+    temporary = os.path.join(folder, "client-tmp")
+    os.mkdir(temporary)
+    result = subprocess.run([client, f"{base}/api/v2", token, str(task), source],
+                            env=dict(os.environ, TMPDIR=temporary), capture_output=True, text=True, check=False)
+    sys.stderr.write(result.stderr)
+    if result.returncode != 0:
+        return None
+    figures = {line.split()[0]: line.split()[1] for line in result.stdout.splitlines()}
+    figures["native_temporary_dir_entries"] = str(len(os.listdir(temporary)))
+    return figures
+
+
+def report_client(native, curl_seconds, arguments):
+    if native is None:
+        print("native_upload_result fail")
+        return False
+    ratio = float(native["native_upload_time"]) / curl_seconds
+    growth = float(native["native_rss_growth"])
+    for name in ("native_upload_time", "native_rss_before", "native_rss_peak", "native_rss_growth"):
+        unit = "s" if name.endswith("time") else "MiB"
+        print(f"{name} {native[name]} {unit}")
+    print(f"native_upload_time_ratio_to_curl {ratio:.2f} x (target at most {arguments.client_ratio_target})")
+    print(f"native_rss_growth_target {arguments.client_target_mib} MiB")
+    print(f"native_temporary_files_left {native['native_temporary_dir_entries']} files")
+    print(f"native_upload_stored {native['native_upload_stored']} bytes")
+    ok = (native["native_upload_stored"] == str(arguments.size_mib * CHUNK) and ratio <= arguments.client_ratio_target and growth <= arguments.client_target_mib
+          and native["native_temporary_dir_entries"] == "0")
+    print(f"native_upload_result {'pass' if ok else 'fail'}")
+    return ok
+
+
 def main():
     parser = argparse.ArgumentParser(description=__doc__.splitlines()[0])
     parser.add_argument("sandbox")
     parser.add_argument("--size-mib", type=int, default=1024)
     parser.add_argument("--target-mib", type=int, default=32)
+    parser.add_argument("--client")
+    parser.add_argument("--client-ratio-target", type=float, default=2.0)
+    parser.add_argument("--client-target-mib", type=int, default=16)
     arguments = parser.parse_args()
     size = arguments.size_mib * CHUNK
 
@@ -101,6 +141,11 @@ def main():
             sampler.join()
             peak = max(status_kib(process.pid, "VmHWM"), sampled_peak[0])
             stored = [os.path.getsize(os.path.join(data, name)) for name in os.listdir(data)]
+            native = run_client(arguments.client, base, token, task, source, folder) if arguments.client else None
+            if native is not None:
+                # Besides curl's file and the client's small warm-up, the client's own copy.
+                sizes = [os.path.getsize(os.path.join(data, name)) for name in os.listdir(data)]
+                native["native_upload_stored"] = str(size if sizes.count(size) == 2 else 0)
         finally:
             process.send_signal(signal.SIGTERM)
             process.wait(timeout=30)
@@ -117,6 +162,8 @@ def main():
     print(f"sandbox_rss_growth_target {arguments.target_mib} MiB")
     ok = curl.stdout == "200" and stored == [size] and growth_mib < arguments.target_mib
     print(f"sandbox_upload_result {'pass' if ok else 'fail'}")
+    if native is not None:
+        ok = report_client(native, seconds, arguments) and ok
     return 0 if ok else 1
 
 

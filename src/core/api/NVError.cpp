@@ -1,9 +1,8 @@
 #include "api/NVError.h"
 
+#include "support/Overloaded.h"
+
 namespace {
-template <typename... Handlers> struct Overloaded : Handlers... { using Handlers::operator()...; };
-// clang 14 doesn't deduce the arguments of an aggregate template by itself.
-template <typename... Handlers> Overloaded(Handlers...) -> Overloaded<Handlers...>;
 
 QString unexpectedResponse() {
     return QStringLiteral("Unexpected response from Norvane.");

@@ -1,6 +1,10 @@
 #pragma once
 
+#include "api/TaskRequests.h"
+#include "async/Clock.h"
 #include "compose/CustomValue.h"
+#include "settings/DefaultField.h"
+#include "submit/BulkSubmitJobPayload.h"
 
 #include <QDateTime>
 #include <QMap>
@@ -17,7 +21,8 @@ class TaskDraft : public QObject {
 public:
     static constexpr qint64 initialReminderLeadMinutes = 15;
 
-    explicit TaskDraft(QObject* parent = nullptr);
+    // The clock decides whether a reminder would already lie in the past.
+    explicit TaskDraft(Clock clock = Clocks::system(), QObject* parent = nullptr);
 
     const QString& name() const { return m_name; }
     const QString& descriptionText() const { return m_descriptionText; }
@@ -49,6 +54,18 @@ public:
     // Forgets what belongs to one list: status, assignees, tags and custom values.
     void clearListSpecificValues();
 
+    // The body of creating the task. Name, description and custom values always go; a standard
+    // field goes only when visible and set. A due date without a millisecond count (an invalid
+    // QDateTime) counts as no due date.
+    CreateTaskRequest buildRequest(const QSet<DefaultField>& visibleFields) const;
+    // When the local reminder should fire: the due time less the lead, if a reminder is wanted, the
+    // due date carries a time and that moment is still ahead. Hidden due dates count too.
+    std::optional<QDateTime> reminderFireDate() const;
+    // A frozen job creating one task per non-blank line, each trimmed, all with the draft's fields;
+    // nothing when no line is left. The reminder stays out.
+    std::optional<BulkSubmitJobPayload> bulkSnapshot(const QString& listID, const QString& lines,
+                                                     const QSet<DefaultField>& visibleFields) const;
+
 signals:
     void nameChanged();
     void descriptionTextChanged();
@@ -63,6 +80,10 @@ signals:
     void customChanged();
 
 private:
+    // A due date is set and has a millisecond count. An invalid QDateTime has none; no valid one
+    // lies outside the range of a 64-bit count of milliseconds.
+    bool hasDueInstant() const { return m_dueDate && m_dueDate->isValid(); }
+
     template <typename T> void assign(T& field, const T& value, void (TaskDraft::*changed)()) {
         if (field == value) {
             return;
@@ -82,4 +103,5 @@ private:
     qint64 m_reminderLeadMinutes = initialReminderLeadMinutes;
     QSet<QString> m_tags;
     QMap<QString, CustomValue> m_custom;
+    Clock m_clock;
 };

@@ -1,7 +1,9 @@
 #include "compose/TaskDraft.h"
 #include "json/JsonEncoding.h"
 
+#include <QFile>
 #include <QSignalSpy>
+#include <QTemporaryDir>
 #include <QTest>
 #include <limits>
 
@@ -19,6 +21,20 @@ QByteArray body(const CreateTaskRequest& request) {
     return Json::serialize(request.toJson());
 }
 
+StagedAttachment attachment(const QString& filename) {
+    return {QUuid::createUuid(), QUrl::fromLocalFile(QStringLiteral("/nowhere/") + filename), filename};
+}
+
+// An attachment whose file holds its own name. A file that could not be written shows up in the
+// test as a missing file.
+StagedAttachment stagedFile(const QTemporaryDir& folder, const QString& filename) {
+    QFile file(folder.filePath(filename));
+    if (file.open(QIODevice::WriteOnly)) {
+        file.write(filename.toUtf8());
+    }
+    return {QUuid::createUuid(), QUrl::fromLocalFile(file.fileName()), filename, false, false, file.size()};
+}
+
 // A draft with every field set and a due time two hours ahead of the clock.
 void fill(TaskDraft& draft) {
     draft.setName(QStringLiteral("Write report"));
@@ -30,6 +46,7 @@ void fill(TaskDraft& draft) {
     draft.setReminderEnabled(true);
     draft.setTags({QStringLiteral("b"), QStringLiteral("a")});
     draft.setCustom({{QStringLiteral("cf-1"), CustomValue::text(QStringLiteral("x"))}});
+    draft.setAttachments({attachment(QStringLiteral("a.png"))});
 }
 
 // Makes the change twice and expects one notification.
@@ -289,7 +306,7 @@ private slots:
                               draft.buildRequest(visible)}));
     }
 
-    // Notifications and reset.
+    // Notifications, attachments, reset.
 
     void settersNotifyOnlyOnChange() {
         notifiesOnceForTheSameChangeTwice(&TaskDraft::nameChanged,
@@ -314,13 +331,51 @@ private slots:
         notifiesOnceForTheSameChangeTwice(&TaskDraft::customChanged, [](TaskDraft& draft) {
             draft.setCustom({{QStringLiteral("f"), CustomValue::checkbox(true)}});
         });
+        const QList<StagedAttachment> attachments{attachment(QStringLiteral("a.png"))};
+        notifiesOnceForTheSameChangeTwice(&TaskDraft::attachmentsChanged,
+                                          [&attachments](TaskDraft& draft) { draft.setAttachments(attachments); });
     }
 
-    void resetEmptiesEveryFieldAndTakesTheLead() {
+    void attachmentsAreAppendedInOrderAndAnEmptyAppendIsSilent() {
+        TaskDraft draft(fixedClock());
+        QSignalSpy changed(&draft, &TaskDraft::attachmentsChanged);
+        const StagedAttachment first = attachment(QStringLiteral("1.png"));
+        const StagedAttachment second = attachment(QStringLiteral("2.mov"));
+        const StagedAttachment third = attachment(QStringLiteral("3.txt"));
+        draft.appendAttachments({first});
+        draft.appendAttachments({second, third});
+        draft.appendAttachments({});
+        QCOMPARE(draft.attachments(), QList<StagedAttachment>({first, second, third}));
+        QCOMPARE(changed.count(), 2);
+    }
+
+    void removingAnAttachmentDropsOnlyItAndLeavesItsFile() {
+        QTemporaryDir folder;
+        const StagedAttachment kept = stagedFile(folder, QStringLiteral("kept.png"));
+        const StagedAttachment other = attachment(QStringLiteral("other.png"));
+        TaskDraft draft(fixedClock());
+        draft.setAttachments({other, kept});
+        QSignalSpy changed(&draft, &TaskDraft::attachmentsChanged);
+        draft.removeAttachment(QUuid::createUuid());
+        QCOMPARE(changed.count(), 0);
+        draft.removeAttachment(kept.id);
+        QCOMPARE(draft.attachments(), QList<StagedAttachment>({other}));
+        QCOMPARE(changed.count(), 1);
+        QVERIFY(QFile::exists(kept.fileURL.toLocalFile()));
+    }
+
+    void resetEmptiesEveryFieldTakesTheLeadAndLeavesFiles() {
+        QTemporaryDir folder;
+        const StagedAttachment kept = stagedFile(folder, QStringLiteral("kept.png"));
         TaskDraft draft(fixedClock());
         fill(draft);
         draft.setIncludeDueTime(false);
+        draft.appendAttachments({kept});
+        QSignalSpy attachmentsChanged(&draft, &TaskDraft::attachmentsChanged);
         draft.reset(30);
+        QCOMPARE(draft.attachments(), QList<StagedAttachment>());
+        QCOMPARE(attachmentsChanged.count(), 1);
+        QVERIFY(QFile::exists(kept.fileURL.toLocalFile()));
         TaskDraft fresh(fixedClock());
         QCOMPARE(draft.buildRequest(allFields), fresh.buildRequest(allFields));
         QCOMPARE(draft.includeDueTime(), true);
@@ -329,10 +384,14 @@ private slots:
         QCOMPARE(draft.dueDate(), std::nullopt);
     }
 
-    void clearingListValuesKeepsTheRest() {
+    void clearingListValuesKeepsAttachmentsAndTheRest() {
         TaskDraft draft(fixedClock());
         fill(draft);
+        const QList<StagedAttachment> attachments = draft.attachments();
+        QSignalSpy attachmentsChanged(&draft, &TaskDraft::attachmentsChanged);
         draft.clearListSpecificValues();
+        QCOMPARE(draft.attachments(), attachments);
+        QCOMPARE(attachmentsChanged.count(), 0);
         QCOMPARE(body(draft.buildRequest(allFields)),
                  QByteArray(R"({"due_date":1773151200000,"due_date_time":true,)"
                             R"("markdown_description":"Line one\nline two","name":"Write report","priority":2})"));

@@ -45,6 +45,20 @@ void TaskDraft::setTags(const QSet<QString>& tags) {
 void TaskDraft::setCustom(const QMap<QString, CustomValue>& custom) {
     assign(m_custom, custom, &TaskDraft::customChanged);
 }
+void TaskDraft::setAttachments(const QList<StagedAttachment>& attachments) {
+    assign(m_attachments, attachments, &TaskDraft::attachmentsChanged);
+}
+
+void TaskDraft::appendAttachments(const QList<StagedAttachment>& attachments) {
+    setAttachments(m_attachments + attachments);
+}
+
+void TaskDraft::removeAttachment(const QUuid& id) {
+    QList<StagedAttachment> remaining = m_attachments;
+    remaining.removeIf([&id](const StagedAttachment& attachment) { return attachment.id == id; });
+    setAttachments(remaining);
+}
+
 void TaskDraft::reset(qint64 defaultReminderLead) {
     setName({});
     setDescriptionText({});
@@ -53,6 +67,7 @@ void TaskDraft::reset(qint64 defaultReminderLead) {
     setReminderEnabled(false);
     setReminderLeadMinutes(defaultReminderLead);
     setPriority(std::nullopt);
+    setAttachments({});
     clearListSpecificValues();
 }
 

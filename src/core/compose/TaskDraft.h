@@ -5,12 +5,15 @@
 #include "compose/CustomValue.h"
 #include "settings/DefaultField.h"
 #include "submit/BulkSubmitJobPayload.h"
+#include "submit/StagedAttachment.h"
 
 #include <QDateTime>
+#include <QList>
 #include <QMap>
 #include <QObject>
 #include <QSet>
 #include <QString>
+#include <QUuid>
 #include <optional>
 
 // The one task being composed in the popover. Each field notifies its own change; assigning an
@@ -36,6 +39,9 @@ public:
     const QSet<QString>& tags() const { return m_tags; }
     // Custom field values by field id; only non-empty values are kept.
     const QMap<QString, CustomValue>& custom() const { return m_custom; }
+    // Files attached so far, in the order added. The draft owns none of them: dropping one from the
+    // list, or resetting, leaves the staged file where it is.
+    const QList<StagedAttachment>& attachments() const { return m_attachments; }
 
     void setName(const QString& name);
     void setDescriptionText(const QString& text);
@@ -48,6 +54,10 @@ public:
     void setReminderLeadMinutes(qint64 minutes);
     void setTags(const QSet<QString>& tags);
     void setCustom(const QMap<QString, CustomValue>& custom);
+    void setAttachments(const QList<StagedAttachment>& attachments);
+    void appendAttachments(const QList<StagedAttachment>& attachments);
+    // Drops the attachment with that id from the list, if there is one; its file stays.
+    void removeAttachment(const QUuid& id);
 
     // Every field back to its first value, except the reminder lead, which takes the argument.
     void reset(qint64 defaultReminderLead);
@@ -62,7 +72,7 @@ public:
     // due date carries a time and that moment is still ahead. Hidden due dates count too.
     std::optional<QDateTime> reminderFireDate() const;
     // A frozen job creating one task per non-blank line, each trimmed, all with the draft's fields;
-    // nothing when no line is left. The reminder stays out.
+    // nothing when no line is left. Attachments and the reminder stay out.
     std::optional<BulkSubmitJobPayload> bulkSnapshot(const QString& listID, const QString& lines,
                                                      const QSet<DefaultField>& visibleFields) const;
 
@@ -78,6 +88,7 @@ signals:
     void reminderLeadMinutesChanged();
     void tagsChanged();
     void customChanged();
+    void attachmentsChanged();
 
 private:
     // A due date is set and has a millisecond count. An invalid QDateTime has none; no valid one
@@ -103,5 +114,6 @@ private:
     qint64 m_reminderLeadMinutes = initialReminderLeadMinutes;
     QSet<QString> m_tags;
     QMap<QString, CustomValue> m_custom;
+    QList<StagedAttachment> m_attachments;
     Clock m_clock;
 };

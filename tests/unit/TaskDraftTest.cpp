@@ -1,7 +1,10 @@
 #include "compose/TaskDraft.h"
+#include "TemporaryFolderTesting.h"
 #include "json/JsonEncoding.h"
 
 #include <QFile>
+#include <QFileInfo>
+#include <QRegularExpression>
 #include <QSignalSpy>
 #include <QTemporaryDir>
 #include <QTest>
@@ -25,14 +28,11 @@ StagedAttachment attachment(const QString& filename) {
     return {QUuid::createUuid(), QUrl::fromLocalFile(QStringLiteral("/nowhere/") + filename), filename};
 }
 
-// An attachment whose file holds its own name. A file that could not be written shows up in the
-// test as a missing file.
+// An attachment whose file holds its own name.
 StagedAttachment stagedFile(const QTemporaryDir& folder, const QString& filename) {
-    QFile file(folder.filePath(filename));
-    if (file.open(QIODevice::WriteOnly)) {
-        file.write(filename.toUtf8());
-    }
-    return {QUuid::createUuid(), QUrl::fromLocalFile(file.fileName()), filename, false, false, file.size()};
+    const QByteArray bytes = filename.toUtf8();
+    const QString path = writtenFile(folder.filePath(filename), bytes);
+    return {QUuid::createUuid(), QUrl::fromLocalFile(path), filename, false, false, bytes.size()};
 }
 
 // A draft with every field set and a due time two hours ahead of the clock.
@@ -273,6 +273,89 @@ private slots:
             draft.setReminderLeadMinutes(lead);
             QCOMPARE(draft.reminderFireDate(), std::nullopt);
         }
+    }
+
+    // Snapshots.
+
+    void aSnapshotPinsCopiesWithNewIdsInTheTemporaryFolder() {
+        QTemporaryDir staged;
+        const TemporaryFolderOverride temporary;
+        TaskDraft draft(fixedClock());
+        const QList<StagedAttachment> originals{stagedFile(staged, QStringLiteral("first.png")),
+                                                stagedFile(staged, QStringLiteral("second clip.mov"))};
+        draft.setAttachments(originals);
+        const std::optional<SubmitJobPayload> payload = draft.snapshot(QStringLiteral("L1"), allFields);
+        QVERIFY(payload);
+        QCOMPARE(payload->attachments.size(), originals.size());
+        QCOMPARE(temporary.fileNames().size(), originals.size());
+        for (qsizetype i = 0; i < originals.size(); ++i) {
+            const StagedAttachment& original = originals.at(i);
+            const StagedAttachment& copy = payload->attachments.at(i);
+            QCOMPARE_NE(copy.id, original.id);
+            QCOMPARE(copy.filename, original.filename);
+            const QString copyName = QFileInfo(copy.fileURL.toLocalFile()).fileName();
+            QVERIFY(temporary.fileNames().contains(copyName));
+            const QRegularExpression pinnedName(
+                QStringLiteral("^norvanebar-job-[0-9A-F]{8}(-[0-9A-F]{4}){3}-[0-9A-F]{12}-") +
+                QRegularExpression::escape(original.filename) + QLatin1Char('$'));
+            QVERIFY2(pinnedName.match(copyName).hasMatch(), qPrintable(copyName));
+            QCOMPARE(fileContents(copy.fileURL.toLocalFile()), original.filename.toUtf8());
+        }
+        QCOMPARE(draft.attachments(), originals);
+    }
+
+    void oneVanishedAttachmentGivesNoSnapshot() {
+        QTemporaryDir staged;
+        const TemporaryFolderOverride temporary;
+        TaskDraft draft(fixedClock());
+        draft.setName(QStringLiteral("Task"));
+        const StagedAttachment gone = stagedFile(staged, QStringLiteral("gone.png"));
+        draft.setAttachments(
+            {stagedFile(staged, QStringLiteral("a.png")), gone, stagedFile(staged, QStringLiteral("b.png"))});
+        QVERIFY(QFile::remove(gone.fileURL.toLocalFile()));
+        QCOMPARE(draft.snapshot(QStringLiteral("L1"), allFields), std::nullopt);
+        // The other two were copied all the same, and their copies are left behind.
+        QCOMPARE(temporary.fileNames().size(), 2);
+    }
+
+    void aSnapshotCarriesTheTrimmedNameTheRequestAndTheReminder() {
+        const TemporaryFolderOverride temporary;
+        TaskDraft draft(fixedClock());
+        fill(draft);
+        draft.setAttachments({});
+        draft.setName(QStringLiteral(" \tWrite report\n"));
+        const QSet<DefaultField> visible{DefaultField::status, DefaultField::tags};
+        QCOMPARE(draft.snapshot(QStringLiteral("L1"), visible), (SubmitJobPayload{QStringLiteral("L1"),
+                                                                                  QStringLiteral("Write report"),
+                                                                                  draft.buildRequest(visible),
+                                                                                  {},
+                                                                                  now.addSecs(105 * 60)}));
+    }
+
+    void laterEditsDoNotReachASnapshot() {
+        QTemporaryDir staged;
+        const TemporaryFolderOverride temporary;
+        QDateTime clockTime = now;
+        TaskDraft draft([&clockTime] { return clockTime; });
+        fill(draft);
+        const StagedAttachment original = stagedFile(staged, QStringLiteral("notes.txt"));
+        draft.setAttachments({original});
+        const CreateTaskRequest request = draft.buildRequest(allFields);
+        const std::optional<SubmitJobPayload> payload = draft.snapshot(QStringLiteral("L1"), allFields);
+        QVERIFY(payload);
+
+        draft.setName(QStringLiteral("Next task"));
+        draft.setTags({QStringLiteral("other")});
+        draft.removeAttachment(original.id);
+        QVERIFY(QFile::remove(original.fileURL.toLocalFile()));
+        clockTime = now.addDays(1);
+        draft.reset(0);
+
+        QCOMPARE(payload->taskName, QStringLiteral("Write report"));
+        QCOMPARE(payload->request, request);
+        QCOMPARE(payload->reminderFireDate, now.addSecs(105 * 60));
+        QCOMPARE(payload->attachments.size(), 1);
+        QCOMPARE(fileContents(payload->attachments.at(0).fileURL.toLocalFile()), QByteArray("notes.txt"));
     }
 
     // Bulk snapshots.

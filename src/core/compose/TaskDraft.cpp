@@ -1,5 +1,7 @@
 #include "compose/TaskDraft.h"
 
+#include "submit/AttachmentStaging.h"
+
 #include <QRegularExpression>
 #include <QtNumeric>
 #include <algorithm>
@@ -132,6 +134,23 @@ std::optional<QDateTime> TaskDraft::reminderFireDate() const {
         return std::nullopt;
     }
     return candidate;
+}
+
+std::optional<SubmitJobPayload> TaskDraft::snapshot(const QString& listID,
+                                                    const QSet<DefaultField>& visibleFields) const {
+    // Every submission pins, since a foreground one may be moved to the background at any moment.
+    // All files are tried even after a failure.
+    QList<StagedAttachment> pinned;
+    for (const StagedAttachment& attachment : m_attachments) {
+        if (std::optional<StagedAttachment> copy = AttachmentStaging::pinForBackgroundJob(attachment)) {
+            pinned.append(std::move(*copy));
+        }
+    }
+    if (pinned.size() != m_attachments.size()) {
+        return std::nullopt;
+    }
+    return SubmitJobPayload{listID, m_name.trimmed(), buildRequest(visibleFields), std::move(pinned),
+                            reminderFireDate()};
 }
 
 std::optional<BulkSubmitJobPayload> TaskDraft::bulkSnapshot(const QString& listID, const QString& lines,

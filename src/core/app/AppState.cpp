@@ -34,6 +34,7 @@ AppState::AppState(AppEnvironment environment, QObject* parent)
     : QObject(parent)
     , m_tokenProvider(environment.secrets)
     , m_settings(environment.settingsPath.isEmpty() ? SettingsStore::defaultFilePath() : environment.settingsPath)
+    , m_draft(environment.clock)
     , m_addresses(ServiceAddresses::from(m_settings.settings()))
     , m_sleeper(std::move(environment.sleeper))
     , m_clock(std::move(environment.clock)) {

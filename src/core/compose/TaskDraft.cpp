@@ -1,7 +1,18 @@
 #include "compose/TaskDraft.h"
 
-TaskDraft::TaskDraft(QObject* parent)
-    : QObject(parent) {}
+#include "submit/AttachmentStaging.h"
+
+#include <QRegularExpression>
+#include <QtNumeric>
+#include <algorithm>
+
+// Names, descriptions and bulk lines are trimmed with QString::trimmed: it drops what QChar::isSpace
+// calls space, that is U+0009 to U+000D, U+0085 and every Unicode separator (Zs, Zl, Zp), so white
+// space and newlines of every kind.
+
+TaskDraft::TaskDraft(Clock clock, QObject* parent)
+    : QObject(parent)
+    , m_clock(std::move(clock)) {}
 
 void TaskDraft::setName(const QString& name) {
     assign(m_name, name, &TaskDraft::nameChanged);
@@ -36,6 +47,19 @@ void TaskDraft::setTags(const QSet<QString>& tags) {
 void TaskDraft::setCustom(const QMap<QString, CustomValue>& custom) {
     assign(m_custom, custom, &TaskDraft::customChanged);
 }
+void TaskDraft::setAttachments(const QList<StagedAttachment>& attachments) {
+    assign(m_attachments, attachments, &TaskDraft::attachmentsChanged);
+}
+
+void TaskDraft::appendAttachments(const QList<StagedAttachment>& attachments) {
+    setAttachments(m_attachments + attachments);
+}
+
+void TaskDraft::removeAttachment(const QUuid& id) {
+    QList<StagedAttachment> remaining = m_attachments;
+    remaining.removeIf([&id](const StagedAttachment& attachment) { return attachment.id == id; });
+    setAttachments(remaining);
+}
 
 void TaskDraft::reset(qint64 defaultReminderLead) {
     setName({});
@@ -45,6 +69,7 @@ void TaskDraft::reset(qint64 defaultReminderLead) {
     setReminderEnabled(false);
     setReminderLeadMinutes(defaultReminderLead);
     setPriority(std::nullopt);
+    setAttachments({});
     clearListSpecificValues();
 }
 
@@ -53,4 +78,94 @@ void TaskDraft::clearListSpecificValues() {
     setAssignees({});
     setTags({});
     setCustom({});
+}
+
+CreateTaskRequest TaskDraft::buildRequest(const QSet<DefaultField>& visibleFields) const {
+    CreateTaskRequest request;
+    request.name = m_name.trimmed();
+    if (QString description = m_descriptionText.trimmed(); !description.isEmpty()) {
+        request.markdownDescription = std::move(description);
+    }
+    if (visibleFields.contains(DefaultField::status)) {
+        request.status = m_status;
+    }
+    if (visibleFields.contains(DefaultField::assignee) && !m_assignees.isEmpty()) {
+        request.assignees = QList<qint64>(m_assignees.begin(), m_assignees.end());
+    }
+    if (visibleFields.contains(DefaultField::priority)) {
+        request.priority = m_priority;
+    }
+    if (visibleFields.contains(DefaultField::tags) && !m_tags.isEmpty()) {
+        QList<QString> tags(m_tags.begin(), m_tags.end());
+        std::sort(tags.begin(), tags.end());
+        request.tags = std::move(tags);
+    }
+    if (visibleFields.contains(DefaultField::dueDate) && hasDueInstant()) {
+        // QDateTime keeps whole milliseconds, so the count needs no truncation.
+        request.dueDate = m_dueDate->toMSecsSinceEpoch();
+        request.dueDateTime = m_includeDueTime;
+    }
+    // QMap walks its keys in ascending order, so the list comes out sorted by id.
+    QList<CreateTaskRequest::CustomFieldValue> customFields;
+    for (auto it = m_custom.begin(); it != m_custom.end(); ++it) {
+        if (std::optional<JSONValue> value = it.value().jsonValue()) {
+            customFields.append({it.key(), std::move(*value)});
+        }
+    }
+    if (!customFields.isEmpty()) {
+        request.customFields = std::move(customFields);
+    }
+    return request;
+}
+
+std::optional<QDateTime> TaskDraft::reminderFireDate() const {
+    if (!m_reminderEnabled || !m_includeDueTime || !hasDueInstant()) {
+        return std::nullopt;
+    }
+    // A lead that would take the count out of range gives no reminder rather than an overflow.
+    qint64 leadMSecs = 0;
+    qint64 fireMSecs = 0;
+    if (qMulOverflow(m_reminderLeadMinutes, qint64(60'000), &leadMSecs) ||
+        qSubOverflow(m_dueDate->toMSecsSinceEpoch(), leadMSecs, &fireMSecs)) {
+        return std::nullopt;
+    }
+    QDateTime candidate = QDateTime::fromMSecsSinceEpoch(fireMSecs, Qt::UTC);
+    if (candidate <= m_clock()) {
+        return std::nullopt;
+    }
+    return candidate;
+}
+
+std::optional<SubmitJobPayload> TaskDraft::snapshot(const QString& listID,
+                                                    const QSet<DefaultField>& visibleFields) const {
+    // Every submission pins, since a foreground one may be moved to the background at any moment.
+    // All files are tried even after a failure.
+    QList<StagedAttachment> pinned;
+    for (const StagedAttachment& attachment : m_attachments) {
+        if (std::optional<StagedAttachment> copy = AttachmentStaging::pinForBackgroundJob(attachment)) {
+            pinned.append(std::move(*copy));
+        }
+    }
+    if (pinned.size() != m_attachments.size()) {
+        return std::nullopt;
+    }
+    return SubmitJobPayload{listID, m_name.trimmed(), buildRequest(visibleFields), std::move(pinned),
+                            reminderFireDate()};
+}
+
+std::optional<BulkSubmitJobPayload> TaskDraft::bulkSnapshot(const QString& listID, const QString& lines,
+                                                            const QSet<DefaultField>& visibleFields) const {
+    // Every character of the Unicode newline set breaks a line: LF, VT, FF, CR, NEL, LS and PS. A
+    // CRLF gives an empty piece between its two halves, dropped below like any blank line.
+    static const QRegularExpression newline(QStringLiteral("[\\x{000A}-\\x{000D}\\x{0085}\\x{2028}\\x{2029}]"));
+    QList<QString> taskNames;
+    for (const QString& piece : lines.split(newline)) {
+        if (QString name = piece.trimmed(); !name.isEmpty()) {
+            taskNames.append(std::move(name));
+        }
+    }
+    if (taskNames.isEmpty()) {
+        return std::nullopt;
+    }
+    return BulkSubmitJobPayload{listID, std::move(taskNames), buildRequest(visibleFields)};
 }

@@ -1,12 +1,20 @@
 #pragma once
 
+#include "api/TaskRequests.h"
+#include "async/Clock.h"
 #include "compose/CustomValue.h"
+#include "settings/DefaultField.h"
+#include "submit/BulkSubmitJobPayload.h"
+#include "submit/StagedAttachment.h"
+#include "submit/SubmitJobPayload.h"
 
 #include <QDateTime>
+#include <QList>
 #include <QMap>
 #include <QObject>
 #include <QSet>
 #include <QString>
+#include <QUuid>
 #include <optional>
 
 // The one task being composed in the popover. Each field notifies its own change; assigning an
@@ -17,7 +25,8 @@ class TaskDraft : public QObject {
 public:
     static constexpr qint64 initialReminderLeadMinutes = 15;
 
-    explicit TaskDraft(QObject* parent = nullptr);
+    // The clock decides whether a reminder would already lie in the past.
+    explicit TaskDraft(Clock clock = Clocks::system(), QObject* parent = nullptr);
 
     const QString& name() const { return m_name; }
     const QString& descriptionText() const { return m_descriptionText; }
@@ -31,6 +40,9 @@ public:
     const QSet<QString>& tags() const { return m_tags; }
     // Custom field values by field id; only non-empty values are kept.
     const QMap<QString, CustomValue>& custom() const { return m_custom; }
+    // Files attached so far, in the order added. The draft owns none of them: dropping one from the
+    // list, or resetting, leaves the staged file where it is.
+    const QList<StagedAttachment>& attachments() const { return m_attachments; }
 
     void setName(const QString& name);
     void setDescriptionText(const QString& text);
@@ -43,11 +55,30 @@ public:
     void setReminderLeadMinutes(qint64 minutes);
     void setTags(const QSet<QString>& tags);
     void setCustom(const QMap<QString, CustomValue>& custom);
+    void setAttachments(const QList<StagedAttachment>& attachments);
+    void appendAttachments(const QList<StagedAttachment>& attachments);
+    // Drops the attachment with that id from the list, if there is one; its file stays.
+    void removeAttachment(const QUuid& id);
 
     // Every field back to its first value, except the reminder lead, which takes the argument.
     void reset(qint64 defaultReminderLead);
     // Forgets what belongs to one list: status, assignees, tags and custom values.
     void clearListSpecificValues();
+
+    // The body of creating the task. Name, description and custom values always go; a standard
+    // field goes only when visible and set. A due date without a millisecond count (an invalid
+    // QDateTime) counts as no due date.
+    CreateTaskRequest buildRequest(const QSet<DefaultField>& visibleFields) const;
+    // When the local reminder should fire: the due time less the lead, if a reminder is wanted, the
+    // due date carries a time and that moment is still ahead. Hidden due dates count too.
+    std::optional<QDateTime> reminderFireDate() const;
+    // A frozen job creating the task, with private copies of the files and the reminder instant of
+    // this moment. Nothing when any file can't be copied; the copies that were made are left behind.
+    std::optional<SubmitJobPayload> snapshot(const QString& listID, const QSet<DefaultField>& visibleFields) const;
+    // A frozen job creating one task per non-blank line, each trimmed, all with the draft's fields;
+    // nothing when no line is left. Attachments and the reminder stay out.
+    std::optional<BulkSubmitJobPayload> bulkSnapshot(const QString& listID, const QString& lines,
+                                                     const QSet<DefaultField>& visibleFields) const;
 
 signals:
     void nameChanged();
@@ -61,8 +92,13 @@ signals:
     void reminderLeadMinutesChanged();
     void tagsChanged();
     void customChanged();
+    void attachmentsChanged();
 
 private:
+    // A due date is set and has a millisecond count. An invalid QDateTime has none; no valid one
+    // lies outside the range of a 64-bit count of milliseconds.
+    bool hasDueInstant() const { return m_dueDate && m_dueDate->isValid(); }
+
     template <typename T> void assign(T& field, const T& value, void (TaskDraft::*changed)()) {
         if (field == value) {
             return;
@@ -82,4 +118,6 @@ private:
     qint64 m_reminderLeadMinutes = initialReminderLeadMinutes;
     QSet<QString> m_tags;
     QMap<QString, CustomValue> m_custom;
+    QList<StagedAttachment> m_attachments;
+    Clock m_clock;
 };

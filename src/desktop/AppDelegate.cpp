@@ -18,7 +18,8 @@ void AppDelegate::applicationDidFinishLaunching() {
 
     m_popover.setInitialProperties({{QStringLiteral("auth"), QVariant::fromValue(&m_authModel)},
                                     {QStringLiteral("onboarding"), QVariant::fromValue(&m_onboardingModel)},
-                                    {QStringLiteral("location"), QVariant::fromValue(&m_locationModel)}});
+                                    {QStringLiteral("location"), QVariant::fromValue(&m_locationModel)},
+                                    {QStringLiteral("attachments"), QVariant::fromValue(&m_attachmentsModel)}});
     m_app.popoverController = &m_popover;
 
     m_instance.listen();

@@ -1,5 +1,7 @@
 #pragma once
 
+#include "AttachmentInput.h"
+#include "AttachmentListModel.h"
 #include "AuthViewModel.h"
 #include "LocationViewModel.h"
 #include "OnboardingModel.h"
@@ -11,6 +13,7 @@
 #include "linux/SingleInstance.h"
 #include "linux/TrayHostWatcher.h"
 
+#include <QGuiApplication>
 #include <QObject>
 
 // Builds NorvaneBar's presence on the desktop: the tray icon once a tray host is known, the
@@ -33,9 +36,11 @@ private:
     AuthViewModel m_authModel{m_app};
     OnboardingModel m_onboardingModel{m_app};
     LocationViewModel m_locationModel{m_app};
+    AttachmentListModel m_attachmentsModel{m_app.draft()};
     SingleInstance m_instance;
     ControlService m_control;
     TrayHostWatcher m_trayHost;
     StatusItem m_statusItem;
     PopoverWindow m_popover;
+    AttachmentInput m_attachmentInput{m_popover, m_attachmentsModel, *QGuiApplication::clipboard()};
 };

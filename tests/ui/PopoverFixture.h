@@ -1,5 +1,7 @@
 #pragma once
 
+#include "AttachmentInput.h"
+#include "AttachmentListModel.h"
 #include "AuthViewModel.h"
 #include "LocationViewModel.h"
 #include "MemorySecretStore.h"
@@ -7,6 +9,7 @@
 #include "PopoverWindow.h"
 #include "app/AppState.h"
 
+#include <QGuiApplication>
 #include <QJsonDocument>
 #include <QJsonObject>
 #include <QQuickItem>
@@ -33,9 +36,12 @@ struct PopoverFixture {
         auth = std::make_unique<AuthViewModel>(*app);
         onboarding = std::make_unique<OnboardingModel>(*app);
         location = std::make_unique<LocationViewModel>(*app);
+        attachments = std::make_unique<AttachmentListModel>(app->draft());
+        attachmentInput = std::make_unique<AttachmentInput>(popover, *attachments, *QGuiApplication::clipboard());
         popover.setInitialProperties({{QStringLiteral("auth"), QVariant::fromValue(auth.get())},
                                       {QStringLiteral("onboarding"), QVariant::fromValue(onboarding.get())},
-                                      {QStringLiteral("location"), QVariant::fromValue(location.get())}});
+                                      {QStringLiteral("location"), QVariant::fromValue(location.get())},
+                                      {QStringLiteral("attachments"), QVariant::fromValue(attachments.get())}});
     }
 
     // The item of the page with this objectName, or null.
@@ -49,5 +55,7 @@ struct PopoverFixture {
     std::unique_ptr<AuthViewModel> auth;
     std::unique_ptr<OnboardingModel> onboarding;
     std::unique_ptr<LocationViewModel> location;
+    std::unique_ptr<AttachmentListModel> attachments;
     PopoverWindow popover;
+    std::unique_ptr<AttachmentInput> attachmentInput;
 };

@@ -9,6 +9,7 @@ Pane {
     required property var auth
     required property var onboarding
     required property var location
+    required property var attachments
 
     width: 380
     height: 460
@@ -66,6 +67,7 @@ Pane {
         SignedInPopoverView {
             auth: root.auth
             location: root.location
+            attachments: root.attachments
         }
     }
 }

@@ -8,6 +8,7 @@ Pane {
 
     required property var auth
     required property var location
+    required property var attachments
 
     padding: 16
 
@@ -52,8 +53,43 @@ Pane {
             Accessible.name: "List for new tasks"
         }
 
-        Item {
+        Label {
+            objectName: "attachmentCount"
+            visible: root.attachments.count > 0
+            text: root.attachments.count + " attachments"
+            opacity: 0.7
+            Accessible.name: text
+        }
+
+        ListView {
+            id: attachmentList
+
+            objectName: "attachmentList"
+            Layout.fillWidth: true
             Layout.fillHeight: true
+            clip: true
+            spacing: 6
+            model: root.attachments
+            activeFocusOnTab: count > 0
+            keyNavigationEnabled: true
+            Accessible.role: Accessible.List
+            Accessible.name: "Attachments"
+
+            delegate: AttachmentRow {
+                width: attachmentList.width
+                onRemoveRequested: root.attachments.remove(this.index)
+            }
+
+            Label {
+                anchors.centerIn: parent
+                width: parent.width
+                visible: attachmentList.count === 0
+                horizontalAlignment: Text.AlignHCenter
+                wrapMode: Text.WordWrap
+                opacity: 0.6
+                text: "Paste or drop files here to attach them."
+                Accessible.name: text
+            }
         }
 
         Label {
@@ -61,6 +97,24 @@ Pane {
             opacity: 0.7
             wrapMode: Text.WordWrap
             text: qsTr("Press Esc to close.")
+            Accessible.name: text
+        }
+    }
+
+    Rectangle {
+        objectName: "dropOverlay"
+        anchors.fill: parent
+        visible: root.attachments.isDropTargeted
+        color: Qt.rgba(root.palette.highlight.r, root.palette.highlight.g, root.palette.highlight.b, 0.15)
+        border.color: root.palette.highlight
+        border.width: 2
+        radius: 6
+
+        Label {
+            anchors.centerIn: parent
+            text: "Drop to attach"
+            font.bold: true
+            font.pixelSize: 16
             Accessible.name: text
         }
     }

@@ -1,0 +1,48 @@
+#pragma once
+
+#include "compose/TaskDraft.h"
+
+#include <QAbstractListModel>
+#include <QList>
+
+// The draft's attachments as rows for the popover: name, size and what the size limits say of it.
+// Also tells the page while a drag with files is over the popover.
+class AttachmentListModel : public QAbstractListModel {
+    Q_OBJECT
+    Q_PROPERTY(int count READ count NOTIFY countChanged)
+    Q_PROPERTY(bool isDropTargeted READ isDropTargeted NOTIFY isDropTargetedChanged)
+
+public:
+    enum Role {
+        FilenameRole = Qt::UserRole + 1,
+        // "524.3 MB", or empty for an image staged from memory.
+        SizeTextRole,
+        // The size warning or rejection, or empty.
+        NoteRole,
+        // "image", "video" or "file".
+        KindRole,
+    };
+
+    explicit AttachmentListModel(TaskDraft& draft, QObject* parent = nullptr);
+
+    int rowCount(const QModelIndex& parent = {}) const override;
+    QVariant data(const QModelIndex& index, int role) const override;
+    QHash<int, QByteArray> roleNames() const override;
+
+    int count() const { return rowCount(); }
+    bool isDropTargeted() const { return m_isDropTargeted; }
+    void setDropTargeted(bool targeted);
+
+    // Adds to the end of the draft's list.
+    void append(const QList<StagedAttachment>& attachments);
+    // Takes the row out of the draft; its file stays where it is.
+    Q_INVOKABLE void remove(int row);
+
+signals:
+    void countChanged();
+    void isDropTargetedChanged();
+
+private:
+    TaskDraft& m_draft;
+    bool m_isDropTargeted = false;
+};

@@ -2,11 +2,9 @@
 #include "submit/AttachmentStaging.h"
 #include "submit/PasteboardContents.h"
 
-#include <QFutureWatcher>
+#include "async/Background.h"
+
 #include <QImageReader>
-#include <QPromise>
-#include <QThreadPool>
-#include <memory>
 
 namespace DropHandling {
 
@@ -23,20 +21,10 @@ bool handle(const QMimeData& data, QObject* context, std::function<void(QList<St
     if (contents.isEmpty()) {
         return false;
     }
-    // The watcher belongs to the context, so the result reaches its thread and is dropped with it.
-    auto* watcher = new QFutureWatcher<QList<StagedAttachment>>(context);
-    QObject::connect(watcher, &QFutureWatcherBase::finished, watcher, [watcher, completion = std::move(completion)] {
-        completion(watcher->result());
-        watcher->deleteLater();
-    });
-    // Shared because the pool takes a copyable function and a promise only moves.
-    auto promise = std::make_shared<QPromise<QList<StagedAttachment>>>();
-    watcher->setFuture(promise->future());
-    promise->start();
-    QThreadPool::globalInstance()->start([promise, contents] {
-        promise->addResult(AttachmentStaging::stage(contents));
-        promise->finish();
-    });
+    // Encoding an image can take a while, so staging runs on the pool; the result comes back on the
+    // context's thread, and not at all once the context is gone.
+    std::function<QList<StagedAttachment>()> staging = [contents] { return AttachmentStaging::stage(contents); };
+    QCoro::connect(runInBackground(std::move(staging)), context, std::move(completion));
     return true;
 }
 

@@ -65,7 +65,7 @@ private slots:
         QCOMPARE(Multipart::multipartBody(boundary, QStringLiteral("notes.txt"), "hello\r\n"), expected);
     }
 
-    void theFilenameGoesOutAsUtf8WithoutEscaping() {
+    void aFilenameWithADoubleQuoteGoesOutUnescapedAsUtf8() {
         const QByteArray body =
             Multipart::multipartBody(boundary, QStringLiteral("Plan \"final\" – ü\\.pdf"), QByteArray());
         QVERIFY(body.contains("filename=\"Plan \"final\" \xe2\x80\x93 \xc3\xbc\\.pdf\"\r\n"));

@@ -1,8 +1,8 @@
 #include "submit/DropHandling.h"
-#include "submit/AttachmentStaging.h"
-#include "submit/PasteboardContents.h"
 
 #include "async/Background.h"
+#include "submit/AttachmentStaging.h"
+#include "submit/PasteboardContents.h"
 
 #include <QImageReader>
 

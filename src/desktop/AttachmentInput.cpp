@@ -22,16 +22,13 @@ bool offersPastableAttachments(const QMimeData& data) {
     return offersFileURL(data) || (!data.hasText() && data.hasImage());
 }
 
-// Told by the formats alone, so that a drag moving over the window decodes nothing.
-bool offersDroppableAttachments(const QMimeData& data) {
-    return offersFileURL(data) || data.hasImage();
-}
 } // namespace
 
 AttachmentInput::AttachmentInput(QWindow& popover, AttachmentListModel& attachments, QClipboard& clipboard)
     : m_popover(popover)
     , m_attachments(attachments)
-    , m_clipboard(clipboard) {
+    , m_clipboard(clipboard)
+    , m_dropTypes(DropHandling::acceptedTypes()) {
     popover.installEventFilter(this);
 }
 
@@ -45,7 +42,10 @@ bool AttachmentInput::eventFilter(QObject* watched, QEvent* event) {
     case QEvent::DragEnter:
     case QEvent::DragMove: {
         auto& drag = static_cast<QDragMoveEvent&>(*event);
-        const bool usable = offersDroppableAttachments(*drag.mimeData());
+        // Told by the formats alone, so that a drag moving over the window decodes nothing.
+        const QMimeData& data = *drag.mimeData();
+        const bool usable =
+            std::ranges::any_of(m_dropTypes, [&data](const QString& type) { return data.hasFormat(type); });
         m_attachments.setDropTargeted(usable);
         if (usable) {
             drag.acceptProposedAction();

@@ -1,6 +1,7 @@
 #pragma once
 
 #include <QObject>
+#include <QStringList>
 
 class AttachmentListModel;
 class QClipboard;
@@ -28,4 +29,6 @@ private:
     QWindow& m_popover;
     AttachmentListModel& m_attachments;
     QClipboard& m_clipboard;
+    // The formats a drop may bring: file URLs, then images.
+    const QStringList m_dropTypes;
 };

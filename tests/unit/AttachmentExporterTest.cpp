@@ -49,10 +49,6 @@ private slots:
         QVERIFY(failure);
         QVERIFY(!failure->isEmpty());
     }
-
-    void theAlertTitleSaysTheFileCouldNotBeSaved() {
-        QCOMPARE(AttachmentExporter::saveFailureTitle, QStringLiteral("Couldn't save file"));
-    }
 };
 
 QTEST_GUILESS_MAIN(AttachmentExporterTest)

@@ -1,5 +1,4 @@
 #include "api/UploadRetryPolicy.h"
-#include "api/AttachmentUploadError.h"
 #include "api/NVError.h"
 #include "support/FileError.h"
 #include "json/DecodingError.h"
@@ -50,9 +49,7 @@ private slots:
         }
     }
 
-    void aMissingFileAndOtherErrorsAreNotRetried() {
-        QVERIFY(
-            !UploadRetryPolicy::isRetryable(thrown(AttachmentUploadError(AttachmentUploadError::Case::fileMissing))));
+    void fileErrorsAndAnythingElseAreNotRetried() {
         QVERIFY(!UploadRetryPolicy::isRetryable(thrown(FileError(QStringLiteral("/x"), QStringLiteral("gone")))));
         QVERIFY(!UploadRetryPolicy::isRetryable(thrown(DecodingError(QStringLiteral("$"), QStringLiteral("bad")))));
         QVERIFY(!UploadRetryPolicy::isRetryable(thrown(42)));

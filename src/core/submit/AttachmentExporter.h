@@ -7,9 +7,6 @@
 // Saving an attachment where the user picks; the view asks for the place and shows the failure.
 namespace AttachmentExporter {
 
-// The title of the alert that shows a failure of copyReplacing().
-inline const QString saveFailureTitle = QStringLiteral("Couldn't save file");
-
 // Copies the local file `fileURL` to `destination`, removing any file there first. A destination
 // that already is the source is left as it is, since removing it would lose the file. On failure,
 // the system's description of it, to show to the user.

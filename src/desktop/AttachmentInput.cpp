@@ -27,8 +27,7 @@ bool offersPastableAttachments(const QMimeData& data) {
 AttachmentInput::AttachmentInput(QWindow& popover, AttachmentListModel& attachments, QClipboard& clipboard)
     : m_popover(popover)
     , m_attachments(attachments)
-    , m_clipboard(clipboard)
-    , m_dropTypes(DropHandling::acceptedTypes()) {
+    , m_clipboard(clipboard) {
     popover.installEventFilter(this);
 }
 
@@ -42,7 +41,11 @@ bool AttachmentInput::eventFilter(QObject* watched, QEvent* event) {
     case QEvent::DragEnter:
     case QEvent::DragMove: {
         auto& drag = static_cast<QDragMoveEvent&>(*event);
-        // Told by the formats alone, so that a drag moving over the window decodes nothing.
+        // Told by the formats alone, so that a drag moving over the window decodes nothing. The
+        // list asks the image plugins, so it is made at the first drag rather than at start-up.
+        if (m_dropTypes.isEmpty()) {
+            m_dropTypes = DropHandling::acceptedTypes();
+        }
         const QMimeData& data = *drag.mimeData();
         const bool usable =
             std::ranges::any_of(m_dropTypes, [&data](const QString& type) { return data.hasFormat(type); });

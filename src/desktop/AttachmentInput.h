@@ -30,5 +30,5 @@ private:
     AttachmentListModel& m_attachments;
     QClipboard& m_clipboard;
     // The formats a drop may bring: file URLs, then images.
-    const QStringList m_dropTypes;
+    QStringList m_dropTypes;
 };

@@ -4,14 +4,21 @@
 #include "support/Overloaded.h"
 
 namespace {
+// A picture pasted from memory is staged without a size, but its file is already written, so the list
+// shows the size of that file.
+std::optional<qint64> shownSize(const StagedAttachment& attachment) {
+    return attachment.fileSizeBytes ? attachment.fileSizeBytes : AttachmentSizeLimits::fileSize(attachment.fileURL);
+}
+
 QString noteOn(const StagedAttachment& attachment) {
-    if (!attachment.fileSizeBytes) {
+    const std::optional<qint64> size = shownSize(attachment);
+    if (!size) {
         return {};
     }
     return std::visit(Overloaded{[](const AttachmentSizeLimits::Ok&) { return QString(); },
                                  [](const AttachmentSizeLimits::Warning& warning) { return warning.message; },
                                  [](const AttachmentSizeLimits::Rejected& rejected) { return rejected.message; }},
-                      AttachmentSizeLimits::validate(*attachment.fileSizeBytes));
+                      AttachmentSizeLimits::validate(*size));
 }
 
 QString kindOf(const StagedAttachment& attachment) {
@@ -44,9 +51,10 @@ QVariant AttachmentListModel::data(const QModelIndex& index, int role) const {
     switch (role) {
     case FilenameRole:
         return attachment.filename;
-    case SizeTextRole:
-        return attachment.fileSizeBytes ? AttachmentSizeLimits::formattedByteCount(*attachment.fileSizeBytes)
-                                        : QString();
+    case SizeTextRole: {
+        const std::optional<qint64> size = shownSize(attachment);
+        return size ? AttachmentSizeLimits::formattedByteCount(*size) : QString();
+    }
     case NoteRole:
         return noteOn(attachment);
     case KindRole:

@@ -1,8 +1,10 @@
 #include "PopoverFixture.h"
 #include "SandboxProcess.h"
+#include "submit/AttachmentSizeLimits.h"
 
 #include <QClipboard>
 #include <QFile>
+#include <QFileInfo>
 #include <QImage>
 #include <QMimeData>
 #include <QQuickItem>
@@ -135,6 +137,27 @@ private slots:
         QVERIFY(draft().attachments().first().isImage);
         QVERIFY(draft().attachments().first().filename.startsWith(QStringLiteral("Pasted image ")));
         QCOMPARE(role(0, AttachmentListModel::KindRole), QStringLiteral("image"));
+    }
+
+    void aPastedPictureIsListedWithTheSizeOfItsWrittenFile() {
+        // Noise does not compress, so the written file is large enough to show a size above 0 MB.
+        QImage noise(400, 300, QImage::Format_RGB32);
+        quint32 state = 1;
+        for (int y = 0; y < noise.height(); ++y) {
+            for (int x = 0; x < noise.width(); ++x) {
+                state = state * 1'664'525u + 1'013'904'223u;
+                noise.setPixel(x, y, state >> 8);
+            }
+        }
+        auto* data = new QMimeData;
+        data->setImageData(noise);
+        QGuiApplication::clipboard()->setMimeData(data);
+        pressPaste();
+        QCOMPARE(draft().attachments().size(), 1);
+        const qint64 written = QFileInfo(draft().attachments().first().fileURL.toLocalFile()).size();
+        QVERIFY(written > 100'000);
+        QCOMPARE(role(0, AttachmentListModel::SizeTextRole), AttachmentSizeLimits::formattedByteCount(written));
+        QCOMPARE(role(0, AttachmentListModel::NoteRole), QString());
     }
 
     void anImageThatComesWithTextIsNotPasted() {

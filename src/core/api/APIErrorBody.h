@@ -2,6 +2,7 @@
 
 #include "json/JsonDecoding.h"
 
+#include <QByteArray>
 #include <QJsonObject>
 #include <QString>
 #include <optional>
@@ -15,6 +16,8 @@ struct APIErrorBody {
     std::optional<QString> ecode;
 
     static APIErrorBody fromJson(const Json::JsonObject& json);
+    // The error body of an answer; one that doesn't decode counts as one with neither field.
+    static APIErrorBody fromAnswer(const QByteArray& data);
     QJsonObject toJson() const;
     bool operator==(const APIErrorBody&) const = default;
 };

@@ -1,17 +1,12 @@
 #include "api/Multipart.h"
 
 #include "support/FileError.h"
+#include "support/GeneratedNames.h"
 
-#include <QDir>
 #include <QFile>
-#include <QUuid>
 #include <memory>
 
 namespace {
-QString newUpperCaseUuid() {
-    return QUuid::createUuid().toString(QUuid::WithoutBraces).toUpper();
-}
-
 QByteArray head(const QString& boundary, const QString& filename) {
     return "--" + boundary.toUtf8() + "\r\n" + "Content-Disposition: form-data; name=\"attachment\"; filename=\"" +
            filename.toUtf8() + "\"\r\n" + "Content-Type: application/octet-stream\r\n\r\n";
@@ -38,7 +33,11 @@ std::unique_ptr<QFile> opened(const QString& path, QIODevice::OpenMode mode) {
 } // namespace
 
 QString Multipart::newBoundary() {
-    return QStringLiteral("norvanebar-") + newUpperCaseUuid();
+    return QStringLiteral("norvanebar-") + upperCaseUuid();
+}
+
+QByteArray Multipart::contentType(const QString& boundary) {
+    return "multipart/form-data; boundary=" + boundary.toUtf8();
 }
 
 QByteArray Multipart::multipartBody(const QString& boundary, const QString& filename, const QByteArray& fileData) {
@@ -46,8 +45,7 @@ QByteArray Multipart::multipartBody(const QString& boundary, const QString& file
 }
 
 QUrl Multipart::writeMultipartBody(const QString& boundary, const QString& filename, const QUrl& fileURL) {
-    const QString bodyPath =
-        QDir(QDir::tempPath()).filePath(QStringLiteral("norvanebar-upload-%1.multipart").arg(newUpperCaseUuid()));
+    const QString bodyPath = temporaryPath(QStringLiteral("norvanebar-upload-%1.multipart").arg(upperCaseUuid()));
     const auto body = opened(bodyPath, QIODevice::WriteOnly | QIODevice::NewOnly);
     write(*body, head(boundary, filename));
     const auto source = opened(fileURL.toLocalFile(), QIODevice::ReadOnly);

@@ -18,6 +18,9 @@ constexpr qint64 chunkSize = 1'048'576;
 // "norvanebar-" and a new UUID in upper case: a new one for every attempt.
 QString newBoundary();
 
+// The Content-Type of a body with this boundary.
+QByteArray contentType(const QString& boundary);
+
 // The whole body around `fileData`.
 QByteArray multipartBody(const QString& boundary, const QString& filename, const QByteArray& fileData);
 

@@ -11,6 +11,7 @@
 #include <QFile>
 #include <QNetworkAccessManager>
 #include <QNetworkReply>
+#include <QScopeGuard>
 #include <algorithm>
 #include <cmath>
 #include <memory>
@@ -35,6 +36,12 @@ bool isTransportFailure(const QNetworkReply& reply) {
            error < QNetworkReply::ContentAccessDenied || error == QNetworkReply::ProtocolFailure;
 }
 
+void throwIfTransportFailed(const QNetworkReply& reply) {
+    if (isTransportFailure(reply)) {
+        throw NVError(NVError::Network{reply.error(), reply.errorString()});
+    }
+}
+
 std::chrono::milliseconds rateLimitWait(std::optional<double> retryAfter) {
     const double seconds = retryAfter && *retryAfter > 0
                                ? std::min(*retryAfter, UploadRetryPolicy::longestRateLimitSeconds)
@@ -55,29 +62,24 @@ NorvaneClient::NorvaneClient(const AuthProvider& auth, QNetworkAccessManager* se
 
 QCoro::Task<QByteArray> NorvaneClient::perform(QByteArray method, QString path, QueryItems query,
                                                std::optional<QByteArray> body) const {
-    const std::optional<QString> token = m_auth.authorizationValue();
-    if (!token) {
-        throw NVError(NVError::NotAuthenticated{});
-    }
-    Request request{QNetworkRequest(endpointURL(path, query)), std::move(method), body.value_or(QByteArray())};
-    request.request.setTransferTimeout(requestTimeoutMs);
-    // The bare token, with no scheme word before it.
-    request.request.setRawHeader(QByteArrayLiteral("Authorization"), token->toUtf8());
-    if (body) {
-        request.request.setRawHeader(QByteArrayLiteral("Content-Type"), QByteArrayLiteral("application/json"));
-    }
+    Request request{authorizedRequest(path, query, body ? QByteArrayLiteral("application/json") : QByteArray()),
+                    std::move(method), body.value_or(QByteArray())};
     co_return co_await send(std::move(request), false);
 }
 
-QNetworkRequest NorvaneClient::uploadRequest(const QString& path, const QString& boundary) const {
+QNetworkRequest NorvaneClient::authorizedRequest(const QString& path, const QueryItems& query,
+                                                 const QByteArray& contentType) const {
     const std::optional<QString> token = m_auth.authorizationValue();
     if (!token) {
         throw NVError(NVError::NotAuthenticated{});
     }
-    QNetworkRequest request(endpointURL(path, {}));
+    QNetworkRequest request(endpointURL(path, query));
     request.setTransferTimeout(requestTimeoutMs);
+    // The bare token, with no scheme word before it.
     request.setRawHeader(QByteArrayLiteral("Authorization"), token->toUtf8());
-    request.setRawHeader(QByteArrayLiteral("Content-Type"), "multipart/form-data; boundary=" + boundary.toUtf8());
+    if (!contentType.isEmpty()) {
+        request.setRawHeader(QByteArrayLiteral("Content-Type"), contentType);
+    }
     return request;
 }
 
@@ -107,9 +109,7 @@ QCoro::Task<QByteArray> NorvaneClient::send(Request request, bool isRetry) const
         request.method == "GET" ? m_session->get(request.request)
                                 : m_session->sendCustomRequest(request.request, request.method, request.body));
     co_await reply.get();
-    if (isTransportFailure(*reply)) {
-        throw NVError(NVError::Network{reply->error(), reply->errorString()});
-    }
+    throwIfTransportFailed(*reply);
     // Built apart from the co_await: GCC 12 destroys a capturing lambda twice when it stands in the
     // same expression as co_await (a double free).
     Retry retry = [this, request] { return send(request, true); };
@@ -165,7 +165,7 @@ QCoro::Task<TaskAttachment> NorvaneClient::withUploadRetries(UploadAttempt attem
 
 QCoro::Task<TaskAttachment> NorvaneClient::uploadAttempt(QString path, QByteArray fileData, QString filename) const {
     const QString boundary = Multipart::newBoundary();
-    const QNetworkRequest request = uploadRequest(path, boundary);
+    const QNetworkRequest request = authorizedRequest(path, {}, Multipart::contentType(boundary));
     QNetworkReply* reply = m_uploadSession->post(request, Multipart::multipartBody(boundary, filename, fileData));
     co_return co_await uploadAnswer(reply);
 }
@@ -178,9 +178,8 @@ QCoro::Task<TaskAttachment> NorvaneClient::uploadFromFileAttempt(QString path, Q
     QCoro::Task<QUrl> writing = runInBackground(std::move(write));
     const QString bodyPath = (co_await std::move(writing)).toLocalFile();
     // The body file goes when the attempt ends, however it ends; a failed removal changes nothing.
-    const std::unique_ptr<const QString, void (*)(const QString*)> removal(
-        &bodyPath, [](const QString* file) { QFile::remove(*file); });
-    QNetworkRequest request = uploadRequest(path, boundary);
+    const auto removal = qScopeGuard([&bodyPath] { QFile::remove(bodyPath); });
+    QNetworkRequest request = authorizedRequest(path, {}, Multipart::contentType(boundary));
     auto body = std::make_unique<QFile>(bodyPath);
     if (!body->open(QIODevice::ReadOnly)) {
         throw FileError(bodyPath, body->errorString());
@@ -195,9 +194,7 @@ QCoro::Task<TaskAttachment> NorvaneClient::uploadFromFileAttempt(QString path, Q
 QCoro::Task<TaskAttachment> NorvaneClient::uploadAnswer(QNetworkReply* reply) const {
     const std::unique_ptr<QNetworkReply, DeleteLater> owned(reply);
     co_await reply;
-    if (isTransportFailure(*reply)) {
-        throw NVError(NVError::Network{reply->error(), reply->errorString()});
-    }
+    throwIfTransportFailed(*reply);
     const QVariant status = reply->attribute(QNetworkRequest::HttpStatusCodeAttribute);
     co_return decodeUploadResponse(reply->readAll(), status.isValid() ? std::optional(status.toInt()) : std::nullopt,
                                    UploadRetryPolicy::retryAfter(*reply, m_clock()));

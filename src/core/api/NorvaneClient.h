@@ -87,6 +87,10 @@ private:
     // answer. Without a token, NVError::NotAuthenticated and no request.
     QCoro::Task<QByteArray> perform(QByteArray method, QString path, QueryItems query,
                                     std::optional<QByteArray> body) const;
+    // The request for `path` with the token of this moment and, unless empty, the content type.
+    // Without a token, NVError::NotAuthenticated.
+    QNetworkRequest authorizedRequest(const QString& path, const QueryItems& query,
+                                      const QByteArray& contentType) const;
     QUrl endpointURL(const QString& path, const QueryItems& query) const;
     // Runs the request on `session`; the body of a 2xx answer, or NVError.
     QCoro::Task<QByteArray> send(Request request, bool isRetry) const;
@@ -97,8 +101,6 @@ private:
     QCoro::Task<TaskAttachment> withUploadRetries(UploadAttempt attempt) const;
     QCoro::Task<TaskAttachment> uploadAttempt(QString path, QByteArray fileData, QString filename) const;
     QCoro::Task<TaskAttachment> uploadFromFileAttempt(QString path, QUrl fileURL, QString filename) const;
-    // The POST of a multipart body with the token of this moment; NVError::NotAuthenticated without one.
-    QNetworkRequest uploadRequest(const QString& path, const QString& boundary) const;
     // Waits for the upload's answer and reads it; `reply` is deleted afterwards.
     QCoro::Task<TaskAttachment> uploadAnswer(QNetworkReply* reply) const;
 

@@ -2,19 +2,8 @@
 
 #include "api/APIErrorBody.h"
 
-namespace {
-// A body that doesn't decode counts as one with neither field.
-APIErrorBody errorBodyOf(const QByteArray& data) {
-    try {
-        return Json::decode<APIErrorBody>(Json::parse(data), QStringLiteral("$"));
-    } catch (const DecodingError&) {
-        return {};
-    }
-}
-} // namespace
-
 NVError statusFailure(int status, const QByteArray& body) {
-    const APIErrorBody error = errorBodyOf(body);
+    const APIErrorBody error = APIErrorBody::fromAnswer(body);
     if (status == 401) {
         return NVError(NVError::Unauthorized{error.err.value_or(NVError::rejectedTokenText())});
     }

@@ -20,12 +20,8 @@ TaskAttachment decodeSuccess(const QByteArray& data, int status) {
         }
         return attachment;
     } catch (const DecodingError& attachmentError) {
-        try {
-            const auto error = Json::decode<APIErrorBody>(Json::parse(data), QStringLiteral("$"));
-            if (!error.err.value_or(QString()).isEmpty()) {
-                throw NVError(NVError::Server{error.ecode, *error.err, status});
-            }
-        } catch (const DecodingError&) {
+        if (const APIErrorBody error = APIErrorBody::fromAnswer(data); !error.err.value_or(QString()).isEmpty()) {
+            throw NVError(NVError::Server{error.ecode, *error.err, status});
         }
         throw NVError::decoding(attachmentError);
     }

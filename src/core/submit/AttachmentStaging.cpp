@@ -1,6 +1,7 @@
 #include "submit/AttachmentStaging.h"
 #include "submit/AttachmentExporter.h"
 #include "submit/AttachmentSizeLimits.h"
+#include "support/GeneratedNames.h"
 
 #include <QDir>
 #include <QFile>
@@ -18,16 +19,6 @@ const QSet<QString> imageExtensions{QStringLiteral("png"),  QStringLiteral("jpg"
 const QSet<QString> videoExtensions{QStringLiteral("mov"), QStringLiteral("mp4"), QStringLiteral("m4v")};
 
 namespace {
-// Read on every call, so a changed TMPDIR takes effect at once.
-QString temporaryPath(const QString& name) {
-    return QDir(QDir::tempPath()).filePath(name);
-}
-
-// Upper case, as a UUID is spelled where these names come from.
-QString uuidText(const QUuid& uuid) {
-    return uuid.toString(QUuid::WithoutBraces).toUpper();
-}
-
 QString localTimestamp(const QDateTime& now) {
     return QLocale().toString(now.toLocalTime(), QStringLiteral("yyyy-MM-dd 'at' HH.mm.ss"));
 }
@@ -59,7 +50,7 @@ std::optional<StagedAttachment> stage(const QImage& image, const std::optional<Q
     const QString name = suggestedName.value_or(timestampedName());
     const QUuid id = QUuid::createUuid();
     // QSaveFile leaves no partial file behind when encoding or writing fails.
-    QSaveFile file(temporaryPath(QStringLiteral("norvanebar-") + uuidText(id) + QLatin1Char('-') + name));
+    QSaveFile file(temporaryPath(QStringLiteral("norvanebar-") + upperCaseUuid(id) + QLatin1Char('-') + name));
     if (!file.open(QIODevice::WriteOnly) || !image.save(&file, "PNG") || !file.commit()) {
         return std::nullopt;
     }
@@ -94,7 +85,7 @@ std::optional<StagedAttachment> stage(const QUrl& recordingAt, double duration, 
     }
     const QString source = recordingAt.toLocalFile();
     const QString destination =
-        temporaryPath(QStringLiteral("norvanebar-recording-") + uuidText(QUuid::createUuid()) + QStringLiteral(".mov"));
+        temporaryPath(QStringLiteral("norvanebar-recording-") + upperCaseUuid() + QStringLiteral(".mov"));
     // QFile::rename copies and removes when the two lie on different file systems.
     if (!(move ? QFile::rename(source, destination) : QFile::copy(source, destination))) {
         return std::nullopt;
@@ -110,8 +101,8 @@ std::optional<StagedAttachment> stage(const QUrl& recordingAt, double duration, 
 }
 
 std::optional<StagedAttachment> pinForBackgroundJob(const StagedAttachment& attachment) {
-    const QUrl destination = QUrl::fromLocalFile(temporaryPath(
-        QStringLiteral("norvanebar-job-") + uuidText(QUuid::createUuid()) + QLatin1Char('-') + attachment.filename));
+    const QUrl destination = QUrl::fromLocalFile(
+        temporaryPath(QStringLiteral("norvanebar-job-") + upperCaseUuid() + QLatin1Char('-') + attachment.filename));
     // Fails as well when the source is gone.
     if (AttachmentExporter::copyReplacing(attachment.fileURL, destination)) {
         return std::nullopt;

@@ -13,8 +13,6 @@ public:
 
     const QString& path() const { return m_path; }
     const QString& reason() const { return m_reason; }
-    // What the user is shown.
-    QString errorDescription() const { return QStringLiteral("Couldn't use the file %1: %2").arg(m_path, m_reason); }
 
 private:
     QString m_path;

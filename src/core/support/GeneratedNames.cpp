@@ -1,0 +1,11 @@
+#include "support/GeneratedNames.h"
+
+#include <QDir>
+
+QString temporaryPath(const QString& name) {
+    return QDir(QDir::tempPath()).filePath(name);
+}
+
+QString upperCaseUuid(const QUuid& uuid) {
+    return uuid.toString(QUuid::WithoutBraces).toUpper();
+}

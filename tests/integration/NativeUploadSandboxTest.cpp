@@ -74,12 +74,6 @@ class NativeUploadSandboxTest : public QObject {
     QTemporaryDir m_sources;
     int m_sourceCount = 0;
 
-    QUrl apiBase() const {
-        QUrl base = m_sandbox.baseUrl();
-        base.setPath(QStringLiteral("/api/v2"));
-        return base;
-    }
-
     QString newTask(const QString& listID) {
         CreateTaskRequest request;
         request.name = QStringLiteral("Has an attachment");
@@ -129,7 +123,8 @@ private slots:
     void init() {
         QVERIFY2(m_sandbox.reset(), qPrintable(m_sandbox.errorString()));
         m_sleeper = RecordingSleeper();
-        m_client.emplace(*m_auth, &m_session, nullptr, apiBase(), m_sleeper.sleeper(), fixedClock(clockTime));
+        m_client.emplace(*m_auth, &m_session, nullptr, m_sandbox.apiUrl(u""), m_sleeper.sleeper(),
+                         fixedClock(clockTime));
     }
 
     void cleanup() { QCOMPARE(QDir(m_temporary.path()).entryList(QDir::Files | QDir::Hidden), QStringList()); }
@@ -290,7 +285,7 @@ private slots:
 
     void aRejectedTokenIsNotRetried() {
         const StaticTokenAuth wrongToken(QStringLiteral("pk_not_a_real_token"));
-        const NorvaneClient client(wrongToken, &m_session, nullptr, apiBase(), m_sleeper.sleeper());
+        const NorvaneClient client(wrongToken, &m_session, nullptr, m_sandbox.apiUrl(u""), m_sleeper.sleeper());
         const auto error = failureOf(
             client.uploadFromFile(attachmentOf(QStringLiteral("1")), sourceFile("x"), QStringLiteral("x.txt")));
         QVERIFY(error && error->is<NVError::Unauthorized>());
@@ -300,7 +295,7 @@ private slots:
 
     void withoutATokenNothingIsSentAndTheBodyFileIsRemoved() {
         const NoTokenAuth noToken;
-        const NorvaneClient client(noToken, &m_session, nullptr, apiBase(), m_sleeper.sleeper());
+        const NorvaneClient client(noToken, &m_session, nullptr, m_sandbox.apiUrl(u""), m_sleeper.sleeper());
         const auto error = failureOf(
             client.uploadFromFile(attachmentOf(QStringLiteral("1")), sourceFile("x"), QStringLiteral("x.txt")));
         QVERIFY(error && error->is<NVError::NotAuthenticated>());
@@ -319,7 +314,7 @@ private slots:
     }
 
     void aRefusedConnectionIsRetriedAndTheLastErrorThrown() {
-        QUrl closed = apiBase();
+        QUrl closed = m_sandbox.apiUrl(u"");
         closed.setPort(1);
         const NorvaneClient client(*m_auth, &m_session, nullptr, closed, m_sleeper.sleeper());
         const auto error = failureOf(client.upload(attachmentOf(QStringLiteral("1")), "x", QStringLiteral("x.txt")));

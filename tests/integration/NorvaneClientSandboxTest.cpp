@@ -70,12 +70,6 @@ class NorvaneClientSandboxTest : public QObject {
     RecordingSleeper m_sleeper;
     std::optional<NorvaneClient> m_client;
 
-    QUrl apiBase() const {
-        QUrl base = m_sandbox.baseUrl();
-        base.setPath(QStringLiteral("/api/v2"));
-        return base;
-    }
-
     const NorvaneClient& client() const { return *m_client; }
 
     bool addFault(const SandboxFault& fault) {
@@ -105,12 +99,13 @@ private slots:
     void init() {
         QVERIFY2(m_sandbox.reset(), qPrintable(m_sandbox.errorString()));
         m_sleeper = RecordingSleeper();
-        m_client.emplace(*m_auth, &m_session, nullptr, apiBase(), m_sleeper.sleeper(), fixedClock(clockTime));
+        m_client.emplace(*m_auth, &m_session, nullptr, m_sandbox.apiUrl(u""), m_sleeper.sleeper(),
+                         fixedClock(clockTime));
     }
 
     void anAbsentTokenSendsNoRequest() {
         NoTokenAuth auth;
-        const NorvaneClient client(auth, &m_session, nullptr, apiBase(), m_sleeper.sleeper());
+        const NorvaneClient client(auth, &m_session, nullptr, m_sandbox.apiUrl(u""), m_sleeper.sleeper());
         const auto get = failureOf(client.get<UserResponse>(QStringLiteral("user")));
         QVERIFY(get && get->is<NVError::NotAuthenticated>());
         CreateTaskRequest task;
@@ -138,7 +133,7 @@ private slots:
 
     void aRejectedTokenShowsTheServicesOwnText() {
         const StaticTokenAuth wrongToken(QStringLiteral("pk_not_a_real_token"));
-        const NorvaneClient client(wrongToken, &m_session, nullptr, apiBase(), m_sleeper.sleeper());
+        const NorvaneClient client(wrongToken, &m_session, nullptr, m_sandbox.apiUrl(u""), m_sleeper.sleeper());
         const auto rejected = failureOf(client.get<UserResponse>(QStringLiteral("user")));
         QVERIFY(rejected && rejected->is<NVError::Unauthorized>());
         QCOMPARE(rejected->errorDescription(), QStringLiteral("Token invalid"));

@@ -41,10 +41,8 @@ private slots:
     }
 
     void init() {
-        QVERIFY(m_sandbox.reset());
-        m_fixture = std::make_unique<PopoverFixture>(m_sandbox.apiUrl(u""), m_sandbox.webUrl(u""));
-        m_fixture->popover.toggle(std::nullopt);
-        QVERIFY(QTest::qWaitForWindowExposed(&m_fixture->popover));
+        m_fixture = PopoverFixture::shownAgainst(m_sandbox);
+        QVERIFY(m_fixture);
     }
 
     void cleanup() { m_fixture.reset(); }

@@ -7,6 +7,7 @@
 #include "MemorySecretStore.h"
 #include "OnboardingModel.h"
 #include "PopoverWindow.h"
+#include "SandboxProcess.h"
 #include "app/AppState.h"
 
 #include <QGuiApplication>
@@ -14,6 +15,7 @@
 #include <QJsonObject>
 #include <QQuickItem>
 #include <QTemporaryDir>
+#include <QTest>
 #include <QUrl>
 #include <memory>
 
@@ -42,6 +44,17 @@ struct PopoverFixture {
                                       {QStringLiteral("onboarding"), QVariant::fromValue(onboarding.get())},
                                       {QStringLiteral("location"), QVariant::fromValue(location.get())},
                                       {QStringLiteral("attachments"), QVariant::fromValue(attachments.get())}});
+    }
+
+    // A fixture aimed at a freshly reset sandbox, its popover shown; null when the sandbox can't be
+    // reset or the window doesn't appear.
+    static std::unique_ptr<PopoverFixture> shownAgainst(SandboxProcess& sandbox) {
+        if (!sandbox.reset()) {
+            return nullptr;
+        }
+        auto fixture = std::make_unique<PopoverFixture>(sandbox.apiUrl(u""), sandbox.webUrl(u""));
+        fixture->popover.toggle(std::nullopt);
+        return QTest::qWaitForWindowExposed(&fixture->popover) ? std::move(fixture) : nullptr;
     }
 
     // The item of the page with this objectName, or null.

@@ -26,12 +26,12 @@ function(norvanebar_add_test name)
     endif()
 endfunction()
 
-# norvanebar_qt_test(<name> LABEL <label> SOURCES <files...> LIBRARIES <libs...> [DESKTOP])
-# A Qt Test executable named after the test, run as one CTest test.
+# norvanebar_qt_test(<name> LABEL <label> SOURCES <files...> [LIBRARIES <libs...>] [DESKTOP])
+# A Qt Test executable named after the test, run as one CTest test; it links the test kit.
 function(norvanebar_qt_test name)
     cmake_parse_arguments(arg "DESKTOP" "LABEL;TIMEOUT" "SOURCES;LIBRARIES;ENVIRONMENT" ${ARGN})
     add_executable(${name} ${arg_SOURCES})
-    target_link_libraries(${name} PRIVATE Qt6::Test ${arg_LIBRARIES})
+    target_link_libraries(${name} PRIVATE Qt6::Test norvanebar_test_support ${arg_LIBRARIES})
     set(desktop "")
     if(arg_DESKTOP)
         set(desktop DESKTOP)

@@ -1,5 +1,5 @@
-#include "AppDelegate.h"
 #include "linux/SingleInstance.h"
+#include "shell/AppDelegate.h"
 
 #include <QApplication>
 

@@ -1,4 +1,4 @@
-#include "app/InstanceMessage.h"
+#include "shell/InstanceMessage.h"
 
 #include <cstdint>
 #include <cstdlib>

@@ -1,15 +1,15 @@
 #pragma once
 
 #include "api/NorvaneClient.h"
-#include "app/AuthState.h"
-#include "app/AuthValidationGeneration.h"
-#include "app/PopoverControlling.h"
 #include "app/ServiceAddresses.h"
+#include "auth/AuthState.h"
+#include "auth/AuthValidationGeneration.h"
 #include "auth/PersonalTokenProvider.h"
 #include "compose/TaskDraft.h"
 #include "hierarchy/HierarchyStore.h"
 #include "hierarchy/ListContext.h"
 #include "settings/SettingsStore.h"
+#include "shell/PopoverControlling.h"
 
 #include <QNetworkAccessManager>
 #include <QObject>

@@ -1,6 +1,6 @@
 #include "compose/TaskDraft.h"
 
-#include "submit/AttachmentStaging.h"
+#include "compose/AttachmentStaging.h"
 
 #include <QRegularExpression>
 #include <QtNumeric>

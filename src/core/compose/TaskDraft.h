@@ -3,9 +3,9 @@
 #include "api/TaskRequests.h"
 #include "async/Clock.h"
 #include "compose/CustomValue.h"
+#include "compose/StagedAttachment.h"
 #include "settings/DefaultField.h"
 #include "submit/BulkSubmitJobPayload.h"
-#include "submit/StagedAttachment.h"
 #include "submit/SubmitJobPayload.h"
 
 #include <QDateTime>

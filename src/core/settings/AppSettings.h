@@ -1,6 +1,5 @@
 #pragma once
 
-#include "app/HotKeyPreset.h"
 #include "compose/TaskTemplate.h"
 #include "recording/FacecamStyle.h"
 #include "recording/RecordingQuality.h"
@@ -9,6 +8,7 @@
 #include "settings/SavedLocation.h"
 #include "settings/StorageProviderKind.h"
 #include "settings/StoredAccount.h"
+#include "shell/HotKeyPreset.h"
 #include "json/JsonDecoding.h"
 
 #include <QJsonObject>

@@ -1,7 +1,7 @@
 #pragma once
 
 #include "api/TaskRequests.h"
-#include "submit/StagedAttachment.h"
+#include "compose/StagedAttachment.h"
 
 #include <QDateTime>
 #include <QList>

@@ -1,6 +1,6 @@
 #pragma once
 
-#include "app/InstanceMessage.h"
+#include "shell/InstanceMessage.h"
 
 #include <QLocalServer>
 #include <QObject>

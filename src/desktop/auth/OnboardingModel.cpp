@@ -1,0 +1,59 @@
+#include "auth/OnboardingModel.h"
+
+#include <QPointer>
+
+OnboardingModel::OnboardingModel(AppState& app, QObject* parent)
+    : QObject(parent)
+    , m_app(app) {}
+
+void OnboardingModel::setToken(const QString& token) {
+    if (m_token != token) {
+        m_token = token;
+        emit tokenChanged();
+    }
+}
+
+QUrl OnboardingModel::tokenPageURL() const {
+    QUrl url = m_app.serviceAddresses().webBaseURL;
+    url.setPath(url.path() + QStringLiteral("/settings/apps"));
+    return url;
+}
+
+void OnboardingModel::connect() {
+    const QString trimmed = m_token.trimmed();
+    if (trimmed.isEmpty() || m_isBusy) {
+        return;
+    }
+    setBusy(true);
+    setErrorMessage({});
+    QCoro::connect(signIn(trimmed), this, [] {});
+}
+
+QCoro::Task<> OnboardingModel::signIn(QString token) {
+    QPointer<OnboardingModel> self(this);
+    QCoro::Task<std::optional<QString>> signingIn = m_app.signIn(std::move(token));
+    const std::optional<QString> message = co_await std::move(signingIn);
+    if (!self) {
+        co_return;
+    }
+    setErrorMessage(message.value_or(QString()));
+    if (!message) {
+        setToken({}); // signed in: the token now lives in the secret store only
+    }
+    setBusy(false);
+    emit finished();
+}
+
+void OnboardingModel::setErrorMessage(const QString& message) {
+    if (m_errorMessage != message) {
+        m_errorMessage = message;
+        emit errorMessageChanged();
+    }
+}
+
+void OnboardingModel::setBusy(bool busy) {
+    if (m_isBusy != busy) {
+        m_isBusy = busy;
+        emit isBusyChanged();
+    }
+}

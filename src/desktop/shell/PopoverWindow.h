@@ -1,0 +1,41 @@
+#pragma once
+
+#include "shell/PopoverControlling.h"
+#include "shell/PopoverToggle.h"
+
+#include <QQuickView>
+#include <QRect>
+#include <optional>
+
+// The frameless window that hangs from the tray icon and holds NorvaneBar's pages. It closes on
+// Escape and when another window takes the focus.
+class PopoverWindow : public QQuickView, public PopoverControlling {
+    Q_OBJECT
+
+public:
+    PopoverWindow();
+
+    // Qt Quick settings every popover relies on; called once, before any window exists.
+    static void configureQuick();
+
+    void showPopover() override;
+
+public slots:
+    // Loads the content once; showing the popover does it too when it has not happened yet.
+    void prepare();
+    void toggle(std::optional<QRect> anchor);
+
+signals:
+    // True once the first frame after showing is on screen, false when hidden.
+    void presentedChanged(bool presented);
+
+protected:
+    void keyPressEvent(QKeyEvent* event) override;
+
+private:
+    void showAt(std::optional<QRect> anchor);
+
+    PopoverToggle m_toggle;
+    std::optional<QRect> m_anchor;
+    bool m_presented = false;
+};

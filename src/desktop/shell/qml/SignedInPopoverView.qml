@@ -1,0 +1,122 @@
+import QtQuick
+import QtQuick.Controls
+import QtQuick.Layouts
+import NorvaneBar
+
+// The signed-in page. The composer and My Day take their places here as they arrive.
+Pane {
+    id: root
+
+    required property var auth
+    required property var location
+    required property var attachments
+
+    padding: 16
+
+    ColumnLayout {
+        anchors.fill: parent
+        spacing: 12
+
+        Label {
+            text: "NorvaneBar"
+            font.bold: true
+            font.pixelSize: 18
+            Accessible.role: Accessible.Heading
+            Accessible.name: text
+        }
+
+        Label {
+            objectName: "signedInUser"
+            Layout.fillWidth: true
+            wrapMode: Text.WordWrap
+            text: qsTr("Signed in as %1").arg(root.auth.userDisplayName)
+            Accessible.name: text
+        }
+
+        Label {
+            objectName: "locationTitle"
+            Layout.fillWidth: true
+            elide: Text.ElideRight
+            font.bold: true
+            text: root.location.locationTitle
+            Accessible.name: text
+        }
+
+        ComboBox {
+            objectName: "listChooser"
+            Layout.fillWidth: true
+            model: root.location.entryTitles
+            currentIndex: root.location.currentIndex
+            displayText: currentIndex < 0 ? "Choose workspace and list…" : currentText
+            onActivated: index => root.location.select(index)
+            onActiveFocusChanged: if (activeFocus) root.location.loadEntries()
+            onPressedChanged: if (pressed) root.location.loadEntries()
+            Accessible.name: "List for new tasks"
+        }
+
+        Label {
+            objectName: "attachmentCount"
+            visible: root.attachments.count > 0
+            text: root.attachments.count + " attachments"
+            opacity: 0.7
+            Accessible.name: text
+        }
+
+        ListView {
+            id: attachmentList
+
+            objectName: "attachmentList"
+            Layout.fillWidth: true
+            Layout.fillHeight: true
+            clip: true
+            spacing: 6
+            model: root.attachments
+            activeFocusOnTab: count > 0
+            keyNavigationEnabled: true
+            Accessible.role: Accessible.List
+            Accessible.name: "Attachments"
+
+            delegate: AttachmentRow {
+                width: attachmentList.width
+                onRemoveRequested: root.attachments.remove(this.index)
+            }
+
+            Label {
+                anchors.centerIn: parent
+                width: parent.width
+                visible: attachmentList.count === 0
+                horizontalAlignment: Text.AlignHCenter
+                wrapMode: Text.WordWrap
+                opacity: 0.6
+                text: "Paste or drop files here to attach them."
+                Accessible.name: text
+            }
+        }
+
+        Label {
+            Layout.fillWidth: true
+            opacity: 0.7
+            wrapMode: Text.WordWrap
+            text: qsTr("Press Esc to close.")
+            Accessible.name: text
+        }
+    }
+
+    Rectangle {
+        objectName: "dropOverlay"
+        anchors.fill: parent
+        visible: root.attachments.isDropTargeted
+        color: Qt.rgba(root.palette.highlight.r, root.palette.highlight.g, root.palette.highlight.b, 0.15)
+        border.color: root.palette.highlight
+        border.width: 2
+        radius: 6
+
+        Label {
+            anchors.centerIn: parent
+            text: "Drop to attach"
+            font.bold: true
+            font.pixelSize: 16
+            Accessible.name: text
+        }
+    }
+}

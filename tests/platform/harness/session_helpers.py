@@ -1,0 +1,75 @@
+"""Small helpers for the tests that run inside a desktop session."""
+
+import json
+import os
+import subprocess
+import time
+
+import dbus
+import dbus.mainloop.glib
+from gi.repository import GLib
+
+HARNESS = os.path.join(os.path.dirname(os.path.dirname(os.path.dirname(os.path.abspath(__file__)))), "harness")
+
+dbus.mainloop.glib.DBusGMainLoop(set_as_default=True)
+
+
+def bus():
+    """The session's bus (shared connection, dispatching through GLib)."""
+    return dbus.SessionBus()
+
+
+def name_has_owner(name):
+    return bool(bus().name_has_owner(name))
+
+
+def read_json_lines(path):
+    with open(path, encoding="utf-8") as lines:
+        return [json.loads(line) for line in lines if line.strip()]
+
+
+def selection_owner(selection):
+    """The window id owning an X selection on $DISPLAY, or None."""
+    result = subprocess.run(["/usr/bin/python3", os.path.join(HARNESS, "x_selection_owner.py"), selection],
+                            capture_output=True, text=True, timeout=10)
+    if result.returncode == 2:
+        raise RuntimeError("cannot open the display: " + result.stderr)
+    return result.stdout.strip() if result.returncode == 0 else None
+
+
+def plain(value):
+    if isinstance(value, dbus.Boolean):
+        return bool(value)
+    if isinstance(value, (int,)):
+        return int(value)
+    if isinstance(value, str):
+        return str(value)
+    if isinstance(value, (list, tuple)):
+        return [plain(v) for v in value]
+    return value
+
+
+class SignalCatcher:
+    """Records the named signals of one interface from the moment it is created."""
+
+    def __init__(self, interface, members):
+        self.signals = []
+        self._matches = []
+        for member in members:
+            self._matches.append(bus().add_signal_receiver(
+                lambda *args, member=member: self.signals.append((member, tuple(plain(a) for a in args))),
+                signal_name=member, dbus_interface=interface))
+
+    def wait_for(self, count, keep=lambda member, args: True, timeout=5.0, settle=0.05):
+        """Returns the kept signals once `count` arrived (plus any in the next `settle` seconds)."""
+        context = GLib.MainContext.default()
+        deadline = time.monotonic() + timeout
+        kept = lambda: [s for s in self.signals if keep(*s)]  # noqa: E731
+        while len(kept()) < count and time.monotonic() < deadline:
+            context.iteration(False) or time.sleep(0.005)
+        settle_until = time.monotonic() + settle
+        while time.monotonic() < settle_until:
+            context.iteration(False) or time.sleep(0.005)
+        for match in self._matches:
+            match.remove()
+        return kept()

@@ -2,6 +2,7 @@
 // latency on every request, against the ideal of one spaces request and one round of two requests
 // per space; and the time of entry(forListID) over 5,000 cached entries, against a plain scan of
 // one flat array.
+#include "RunTask.h"
 #include "SandboxProcess.h"
 #include "auth/StaticTokenAuth.h"
 #include "hierarchy/HierarchyStore.h"
@@ -69,7 +70,7 @@ int benchLoadEntries() {
     QNetworkAccessManager session;
     const NorvaneClient client(auth, &session, nullptr, sandbox.apiUrl(u""));
     HierarchyStore store(client);
-    QCoro::waitFor(store.loadEntries(workspaceID, true)); // warm-up: connections opened
+    runTask(store.loadEntries(workspaceID, true)); // warm-up: connections opened
     // The baseline without injected latency shows what the sandbox and the machine cost.
     for (const int latency : {0, latencyMs}) {
         if (latency > 0 && !sandbox.addFault({.path = "/api/v2/**", .times = -1, .delayMs = latency})) {
@@ -79,7 +80,7 @@ int benchLoadEntries() {
         for (int run = 0; run < loadRuns; ++run) {
             QElapsedTimer timer;
             timer.start();
-            QCoro::waitFor(store.loadEntries(workspaceID, true));
+            runTask(store.loadEntries(workspaceID, true));
             times.append(static_cast<double>(timer.nsecsElapsed()) / 1e6);
         }
         if (store.lastError() || store.entriesByWorkspace().value(workspaceID).size() != 2 * spaceCount) {

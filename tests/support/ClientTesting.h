@@ -1,5 +1,6 @@
 #pragma once
 
+#include "RunTask.h"
 #include "api/NVError.h"
 #include "async/Clock.h"
 #include "async/Sleeper.h"
@@ -8,44 +9,23 @@
 #include <QCoroTask>
 #include <QList>
 #include <chrono>
-#include <exception>
 #include <memory>
 #include <optional>
 
-// What tests of NorvaneClient share: running a request to its end, a sleeper that records its waits
-// and returns at once, a fixed clock, and a provider without a token.
+// What tests of NorvaneClient share: the failure a request ends with, a sleeper that records its
+// waits and returns at once, a fixed clock, and a provider without a token.
 namespace ClientTesting {
 
 namespace detail {
-// The references point into awaitTask's frame, which blocks until this coroutine has ended.
-template <typename T> QCoro::Task<> capture(QCoro::Task<T> task, std::optional<T>& value, std::exception_ptr& failure) {
-    try {
-        value = co_await std::move(task);
-    } catch (...) {
-        failure = std::current_exception();
-    }
-}
-
 inline QCoro::Task<> finished() {
     co_return;
 }
 } // namespace detail
 
-// Runs the task in a nested event loop; its result, or its exception thrown again.
-template <typename T> T awaitTask(QCoro::Task<T> task) {
-    std::optional<T> value;
-    std::exception_ptr failure;
-    QCoro::waitFor(detail::capture(std::move(task), value, failure));
-    if (failure) {
-        std::rethrow_exception(failure);
-    }
-    return std::move(*value);
-}
-
 // The NVError the task ends with; absent when it succeeds or fails otherwise.
 template <typename T> std::optional<NVError> failureOf(QCoro::Task<T> task) {
     try {
-        awaitTask(std::move(task));
+        runTask(std::move(task));
     } catch (const NVError& error) {
         return error;
     } catch (...) {

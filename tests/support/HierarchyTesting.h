@@ -1,6 +1,7 @@
 #pragma once
 
 #include "FakeService.h"
+#include "RunTask.h"
 #include "api/NorvaneClient.h"
 #include "auth/StaticTokenAuth.h"
 

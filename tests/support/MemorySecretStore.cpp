@@ -6,13 +6,15 @@ using namespace std::chrono_literals;
 
 QCoro::Task<std::optional<QByteArray>> MemorySecretStore::read(QString service, QString account) {
     m_log.append(QStringLiteral("read ") + account);
+    const InFlight operation(m_inFlight);
     co_await QCoro::sleepFor(m_readDelays.value(account, 0ms));
     co_return item(service, account);
 }
 
 QCoro::Task<int> MemorySecretStore::write(QString service, QString account, QByteArray value) {
     m_log.append(QStringLiteral("write ") + account);
-    co_await QCoro::sleepFor(0ms);
+    const InFlight operation(m_inFlight);
+    co_await QCoro::sleepFor(m_writeDelays.value(account, 0ms));
     if (const auto failure = m_writeFailures.constFind(account); failure != m_writeFailures.cend()) {
         co_return *failure;
     }
@@ -22,6 +24,7 @@ QCoro::Task<int> MemorySecretStore::write(QString service, QString account, QByt
 
 QCoro::Task<> MemorySecretStore::remove(QString service, QString account) {
     m_log.append(QStringLiteral("remove ") + account);
+    const InFlight operation(m_inFlight);
     co_await QCoro::sleepFor(0ms);
     m_items.remove({service, account});
 }
@@ -44,4 +47,8 @@ void MemorySecretStore::failWrites(const QString& account, int status) {
 
 void MemorySecretStore::delayReads(const QString& account, std::chrono::milliseconds delay) {
     m_readDelays.insert(account, delay);
+}
+
+void MemorySecretStore::delayWrites(const QString& account, std::chrono::milliseconds delay) {
+    m_writeDelays.insert(account, delay);
 }

@@ -8,7 +8,7 @@
 #include <chrono>
 
 // A secret store in memory for tests: items by service and account word, write failures and slow
-// reads on demand, and a log of what was asked. Each operation yields to the event loop before it
+// reads and writes on demand, and a log of what was asked. Each operation yields to the event loop before it
 // acts, as a real store answers later.
 class MemorySecretStore : public SecretStore {
 public:
@@ -24,15 +24,32 @@ public:
     void failWrites(const QString& account, int status);
     // From now on reads of this account answer only after the delay.
     void delayReads(const QString& account, std::chrono::milliseconds delay);
+    // From now on writes of this account store their value only after the delay.
+    void delayWrites(const QString& account, std::chrono::milliseconds delay);
 
     // Operations in the order asked: "read <account>", "write <account>", "remove <account>".
     const QStringList& log() const { return m_log; }
+    // Operations that have not answered yet.
+    int inFlight() const { return m_inFlight; }
 
 private:
     using Key = QPair<QString, QString>;
+    // Counts an operation from its start to its answer.
+    struct InFlight {
+        explicit InFlight(int& count)
+            : m_count(count) {
+            ++m_count;
+        }
+        ~InFlight() { --m_count; }
+        InFlight(const InFlight&) = delete;
+        InFlight& operator=(const InFlight&) = delete;
+        int& m_count;
+    };
 
     QMap<Key, QByteArray> m_items;
     QMap<QString, int> m_writeFailures;
     QMap<QString, std::chrono::milliseconds> m_readDelays;
+    QMap<QString, std::chrono::milliseconds> m_writeDelays;
     QStringList m_log;
+    int m_inFlight = 0;
 };

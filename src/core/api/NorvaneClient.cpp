@@ -60,6 +60,10 @@ NorvaneClient::NorvaneClient(const AuthProvider& auth, QNetworkAccessManager* se
     , m_sleeper(std::move(sleeper))
     , m_clock(std::move(clock)) {}
 
+NorvaneClient NorvaneClient::withAuth(const AuthProvider& auth) const {
+    return {auth, m_session, nullptr, m_baseURL, m_sleeper, m_clock};
+}
+
 QCoro::Task<QByteArray> NorvaneClient::perform(QByteArray method, QString path, QueryItems query,
                                                std::optional<QByteArray> body) const {
     Request request{authorizedRequest(path, query, body ? QByteArrayLiteral("application/json") : QByteArray()),

@@ -42,6 +42,9 @@ public:
     QNetworkAccessManager* session() const { return m_session; }
     QNetworkAccessManager* uploadSession() const { return m_uploadSession; }
     const QUrl& baseURL() const { return m_baseURL; }
+    // A client of the same service that asks `auth` for its token, with uploads through the
+    // ordinary session. `auth` must outlive it.
+    NorvaneClient withAuth(const AuthProvider& auth) const;
 
     // GET `path` (relative to the base, no leading slash) with the query items in the given order,
     // and the answer decoded as T.

@@ -2,20 +2,18 @@
 
 #include "api/NorvaneClient.h"
 #include "app/ServiceAddresses.h"
-#include "auth/AuthState.h"
-#include "auth/AuthValidationGeneration.h"
+#include "auth/AuthController.h"
 #include "auth/PersonalTokenProvider.h"
 #include "compose/TaskDraft.h"
 #include "hierarchy/HierarchyStore.h"
-#include "hierarchy/ListContext.h"
+#include "hierarchy/LocationMemory.h"
 #include "settings/SettingsStore.h"
 #include "shell/PopoverControlling.h"
+#include "shell/PopoverTab.h"
 
 #include <QNetworkAccessManager>
 #include <QObject>
-#include <QPointer>
 #include <functional>
-#include <memory>
 #include <optional>
 
 // What the desktop hands the central state: the secret store, and seams for tests.
@@ -27,88 +25,63 @@ struct AppEnvironment {
     Clock clock = Clocks::system();
 };
 
-// The one central object: it owns the token provider, the client, the settings, the workspace
-// hierarchy and the draft, holds the sign-in state and the list the composer aims at, and runs sign-in, validation and
-// the account operations. Main thread only; its async operations give up the thread at each wait.
+// The one central object and the place where NorvaneBar is put together: it builds the token
+// provider, the client, the settings, the workspace hierarchy, the draft and the feature objects that
+// work on them, and offers their operations under one roof. Each operation is a call into the
+// feature that owns it: sign-in and accounts in AuthController, the composer's list in
+// LocationMemory. Main thread only.
 class AppState : public QObject {
     Q_OBJECT
     Q_PROPERTY(ListContext* currentContext READ currentContext NOTIFY currentContextChanged)
+    Q_PROPERTY(PopoverTab activeTab READ activeTab WRITE setActiveTab NOTIFY activeTabChanged)
 
 public:
     explicit AppState(AppEnvironment environment, QObject* parent = nullptr);
     ~AppState() override;
 
     PersonalTokenProvider& tokenProvider() { return m_tokenProvider; }
-    const NorvaneClient& client() const { return *m_client; }
+    const NorvaneClient& client() const { return m_client; }
     SettingsStore& settings() { return m_settings; }
-    HierarchyStore& hierarchy() { return *m_hierarchy; }
+    HierarchyStore& hierarchy() { return m_hierarchy; }
     TaskDraft& draft() { return m_draft; }
+    AuthController& auth() { return m_auth; }
+    LocationMemory& location() { return m_location; }
     const ServiceAddresses& serviceAddresses() const { return m_addresses; }
-    const AuthState& authState() const { return m_authState; }
-    const AuthValidationGeneration& authValidation() const { return m_authValidation; }
-    // The list the composer creates tasks in, with what is known of it; null before a selection.
-    ListContext* currentContext() const { return m_currentContext; }
-    // The workspace to show: the current list's, else the preferred one, else the last location's,
-    // else the first known one.
-    std::optional<QString> activeWorkspaceID() const;
+
+    const AuthState& authState() const { return m_auth.authState(); }
+    const AuthValidationGeneration& authValidation() const { return m_auth.authValidation(); }
+    ListContext* currentContext() const { return m_location.currentContext(); }
+    std::optional<QString> activeWorkspaceID() const { return m_location.activeWorkspaceID(); }
+    PopoverTab activeTab() const { return m_activeTab; }
+    void setActiveTab(PopoverTab tab);
 
     PopoverControlling* popoverController = nullptr;
     std::function<void()> updateBadge;
 
-    // Activates the stored account and, when it has a token, validates it in the background.
-    // Returns at once; the task is kept so a test can await it.
-    QCoro::Task<> bootstrap();
-    // Checks a pasted token with the service, stores it for its account and makes that account
-    // active. Absent on success, else the message to show beside the token field.
-    QCoro::Task<std::optional<QString>> signIn(QString token);
-    // Makes another stored account active and validates it; `force` goes through even when that
-    // account is already signed in.
-    QCoro::Task<> switchAccount(qint64 userID, bool force = false);
-    // Forgets one stored account; when it is the active one, the first remaining one takes over.
-    QCoro::Task<> removeAccount(qint64 userID);
-    // Ends the active account; other stored accounts stay, none becomes active.
-    void signOut();
-
-    // Aims the composer at a list and remembers it as the last location. Another list clears the
-    // draft's list-specific values and gets a new context, loaded in the background; the same list
-    // keeps its context.
-    void selectLocation(const ListEntry& entry);
-
+    QCoro::Task<> bootstrap() { return m_auth.bootstrap(); }
+    QCoro::Task<std::optional<QString>> signIn(QString token) { return m_auth.signIn(std::move(token)); }
+    QCoro::Task<> switchAccount(qint64 userID, bool force = false) { return m_auth.switchAccount(userID, force); }
+    QCoro::Task<> removeAccount(qint64 userID) { return m_auth.removeAccount(userID); }
+    void signOut() { m_auth.signOut(); }
+    void selectLocation(const ListEntry& entry) { m_location.selectLocation(entry); }
     // The only writer of the draft's custom values: an empty value removes the field.
-    void setCustomValue(const CustomValue& value, const QString& fieldID);
+    void setCustomValue(const CustomValue& value, const QString& fieldID) { m_draft.setCustomValue(value, fieldID); }
 
 signals:
     void authStateChanged();
     void currentContextChanged();
+    void activeTabChanged();
 
 private:
-    QCoro::Task<std::optional<QString>> validateAndLoad(qint64 generation);
-    void setAuthState(AuthState state);
-    // Selects the remembered list once its workspace's entries are known.
-    QCoro::Task<> restoreLastLocation();
-    void setCurrentContext(ListContext* context);
-    // Forgets the current list and everything loaded of the tree, when the account changes.
-    void forgetHierarchy();
-    void upsertAccount(const NVUser& user);
-    void stashActiveAccountNavigation();
-    void restoreAccountNavigation(qint64 userID);
-    // The id of the account that is active by sign-in state or, failing that, by the settings.
-    std::optional<qint64> activeUserID() const;
-    // Drops the account from the list and from the navigation memory.
-    void removeStoredAccount(qint64 userID);
-
     PersonalTokenProvider m_tokenProvider;
     SettingsStore m_settings;
     TaskDraft m_draft;
     ServiceAddresses m_addresses;
     QNetworkAccessManager m_session;
     QNetworkAccessManager m_uploadSession;
-    std::unique_ptr<NorvaneClient> m_client;
-    std::unique_ptr<HierarchyStore> m_hierarchy;
-    QPointer<ListContext> m_currentContext;
-    Sleeper m_sleeper;
-    Clock m_clock;
-    AuthState m_authState;
-    AuthValidationGeneration m_authValidation;
-    std::optional<qint64> m_lastSignedInUserID;
+    NorvaneClient m_client;
+    HierarchyStore m_hierarchy;
+    LocationMemory m_location;
+    AuthController m_auth;
+    PopoverTab m_activeTab = PopoverTab::compose;
 };

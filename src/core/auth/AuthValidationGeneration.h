@@ -1,12 +1,8 @@
 #pragma once
 
-#include <QtGlobal>
+#include "async/LatestWins.h"
 
 // Guards against stale validations: each validation carries the number it was given, and only the
-// one whose number still equals `current` may touch state. Raised, never lowered.
-struct AuthValidationGeneration {
-    qint64 current = 0;
-
-    qint64 raise() { return ++current; }
-    bool isCurrent(qint64 generation) const { return generation == current; }
-};
+// one whose number still equals the current one may touch state. Sign-in, an account switch and
+// sign-out raise it; it is never lowered.
+class AuthValidationGeneration : public LatestWins {};

@@ -21,7 +21,7 @@ std::optional<QString> PersonalTokenProvider::cached() const {
 }
 
 void PersonalTokenProvider::setCached(std::optional<QString> token) {
-    ++m_assignments;
+    m_assignments.raise();
     assignCached(std::move(token));
 }
 
@@ -35,7 +35,7 @@ std::optional<QString> PersonalTokenProvider::authorizationValue() const {
 }
 
 QCoro::Task<> PersonalTokenProvider::activate(std::optional<qint64> userID) {
-    const quint64 activation = ++m_assignments;
+    const qint64 activation = m_assignments.raise();
     const QPointer<PersonalTokenProvider> self(this);
     const KeychainStore legacy = m_legacyKeychain;
     std::optional<QString> token;
@@ -45,7 +45,7 @@ QCoro::Task<> PersonalTokenProvider::activate(std::optional<qint64> userID) {
     if (!token) {
         token = co_await legacy.read();
     }
-    if (self && self->m_assignments == activation) {
+    if (self && self->m_assignments.isCurrent(activation)) {
         self->assignCached(std::move(token));
     }
 }

@@ -1,5 +1,6 @@
 #pragma once
 
+#include "async/LatestWins.h"
 #include "auth/AuthProvider.h"
 #include "auth/KeychainStore.h"
 
@@ -55,5 +56,5 @@ private:
     mutable QMutex m_mutex;
     std::optional<QString> m_cached; // guarded by m_mutex
     // Raised by each activation and assignment; an activation assigns only while it is the latest.
-    quint64 m_assignments = 0;
+    LatestWins m_assignments;
 };

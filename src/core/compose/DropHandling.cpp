@@ -1,6 +1,7 @@
 #include "compose/DropHandling.h"
 
 #include "async/Background.h"
+#include "async/StartTask.h"
 #include "compose/AttachmentStaging.h"
 #include "compose/PasteboardContents.h"
 
@@ -24,7 +25,7 @@ bool handle(const QMimeData& data, QObject* context, std::function<void(QList<St
     // Encoding an image can take a while, so staging runs on the pool; the result comes back on the
     // context's thread, and not at all once the context is gone.
     std::function<QList<StagedAttachment>()> staging = [contents] { return AttachmentStaging::stage(contents); };
-    QCoro::connect(runInBackground(std::move(staging)), context, std::move(completion));
+    startTask(context, runInBackground(std::move(staging)), std::move(completion));
     return true;
 }
 

@@ -47,6 +47,16 @@ void TaskDraft::setTags(const QSet<QString>& tags) {
 void TaskDraft::setCustom(const QMap<QString, CustomValue>& custom) {
     assign(m_custom, custom, &TaskDraft::customChanged);
 }
+void TaskDraft::setCustomValue(const CustomValue& value, const QString& fieldID) {
+    QMap<QString, CustomValue> custom = m_custom;
+    if (value.isEmpty()) {
+        custom.remove(fieldID);
+    } else {
+        custom.insert(fieldID, value);
+    }
+    setCustom(custom);
+}
+
 void TaskDraft::setAttachments(const QList<StagedAttachment>& attachments) {
     assign(m_attachments, attachments, &TaskDraft::attachmentsChanged);
 }

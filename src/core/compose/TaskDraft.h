@@ -55,6 +55,8 @@ public:
     void setReminderLeadMinutes(qint64 minutes);
     void setTags(const QSet<QString>& tags);
     void setCustom(const QMap<QString, CustomValue>& custom);
+    // The value entered for one custom field; an empty value removes the field.
+    void setCustomValue(const CustomValue& value, const QString& fieldID);
     void setAttachments(const QList<StagedAttachment>& attachments);
     void appendAttachments(const QList<StagedAttachment>& attachments);
     // Drops the attachment with that id from the list, if there is one; its file stays.

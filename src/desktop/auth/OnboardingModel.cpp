@@ -1,5 +1,7 @@
 #include "auth/OnboardingModel.h"
 
+#include "async/StartTask.h"
+
 #include <QPointer>
 
 OnboardingModel::OnboardingModel(AppState& app, QObject* parent)
@@ -26,7 +28,7 @@ void OnboardingModel::connect() {
     }
     setBusy(true);
     setErrorMessage({});
-    QCoro::connect(signIn(trimmed), this, [] {});
+    startTask(this, signIn(trimmed));
 }
 
 QCoro::Task<> OnboardingModel::signIn(QString token) {

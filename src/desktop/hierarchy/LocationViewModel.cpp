@@ -1,5 +1,7 @@
 #include "hierarchy/LocationViewModel.h"
 
+#include "async/StartTask.h"
+
 LocationViewModel::LocationViewModel(AppState& app, QObject* parent)
     : QObject(parent)
     , m_app(app) {
@@ -54,6 +56,6 @@ void LocationViewModel::select(int index) {
 void LocationViewModel::loadEntries() {
     const std::optional<QString> workspaceID = m_app.activeWorkspaceID();
     if (m_app.authState().is<AuthState::SignedIn>() && workspaceID) {
-        QCoro::connect(m_app.hierarchy().loadEntries(*workspaceID, false), this, [] {});
+        startTask(this, m_app.hierarchy().loadEntries(*workspaceID, false));
     }
 }

@@ -1,5 +1,7 @@
 #include "shell/AppDelegate.h"
 
+#include "async/StartTask.h"
+
 #include <QTimer>
 #include <cstdio>
 
@@ -25,7 +27,7 @@ void AppDelegate::applicationDidFinishLaunching() {
     m_instance.listen();
     m_control.publish();
     m_trayHost.start();
-    QCoro::connect(m_app.bootstrap(), this, [] {});
+    startTask(this, m_app.bootstrap());
 }
 
 void AppDelegate::trayHostFound() {

@@ -1,5 +1,7 @@
 #include "linux/TrayHostWatcher.h"
 
+#include "async/StartTask.h"
+
 #include <QDBusConnection>
 #include <QDBusMessage>
 #include <QPointer>
@@ -25,7 +27,7 @@ void TrayHostWatcher::start() {
 }
 
 void TrayHostWatcher::lookAgain() {
-    QCoro::connect(look(), this, [] {});
+    startTask(this, look());
 }
 
 QCoro::Task<bool> TrayHostWatcher::statusNotifierHostRegistered() {

@@ -77,7 +77,7 @@ class NativeUploadSandboxTest : public QObject {
     QString newTask(const QString& listID) {
         CreateTaskRequest request;
         request.name = QStringLiteral("Has an attachment");
-        return awaitTask(m_client->post<CreatedTask>(QStringLiteral("list/%1/task").arg(listID), request)).id;
+        return runTask(m_client->post<CreatedTask>(QStringLiteral("list/%1/task").arg(listID), request)).id;
     }
 
     static QString attachmentOf(const QString& taskID) { return QStringLiteral("task/%1/attachment").arg(taskID); }
@@ -135,9 +135,9 @@ private slots:
         const QString name = QStringLiteral("Überblick 2024.bin");
         m_sandbox.clearRequests();
 
-        const TaskAttachment fromMemory = awaitTask(m_client->upload(attachmentOf(task), content, name));
+        const TaskAttachment fromMemory = runTask(m_client->upload(attachmentOf(task), content, name));
         const TaskAttachment fromFile =
-            awaitTask(m_client->uploadFromFile(attachmentOf(task), sourceFile(content), name));
+            runTask(m_client->uploadFromFile(attachmentOf(task), sourceFile(content), name));
         QVERIFY(!fromMemory.id.value_or(QString()).isEmpty());
         QVERIFY(fromFile.id != fromMemory.id);
         QCOMPARE(stored(fromMemory), content);
@@ -164,7 +164,7 @@ private slots:
     void aNumericAttachmentIDIsAccepted() {
         const QString task = newTask(SandboxDemo::labNotesListID);
         const TaskAttachment attachment =
-            awaitTask(m_client->upload(attachmentOf(task), "lab notes", QStringLiteral("notes.txt")));
+            runTask(m_client->upload(attachmentOf(task), "lab notes", QStringLiteral("notes.txt")));
         QVERIFY(!attachment.id.value_or(QString()).isEmpty());
         bool isNumber = false;
         attachment.id->toLongLong(&isNumber);
@@ -194,7 +194,7 @@ private slots:
         const QString task = newTask(SandboxDemo::inboxListID);
         QVERIFY(m_sandbox.addFault(failing(502, 2)));
         const TaskAttachment attachment =
-            awaitTask(m_client->upload(attachmentOf(task), "third time", QStringLiteral("lucky.txt")));
+            runTask(m_client->upload(attachmentOf(task), "third time", QStringLiteral("lucky.txt")));
         QCOMPARE(stored(attachment), QByteArray("third time"));
         verifyWaits({2s, 4s});
         QCOMPARE(uploadRequests().size(), 3);
@@ -203,14 +203,14 @@ private slots:
     void aRateLimitAskingFor300SecondsWaits120() {
         const QString task = newTask(SandboxDemo::inboxListID);
         QVERIFY(m_sandbox.addFault(rateLimited(QStringLiteral("300"))));
-        awaitTask(m_client->upload(attachmentOf(task), "x", QStringLiteral("x.txt")));
+        runTask(m_client->upload(attachmentOf(task), "x", QStringLiteral("x.txt")));
         verifyWaits({120s});
     }
 
     void aRateLimitAskingForAFractionWaitsExactlyThat() {
         const QString task = newTask(SandboxDemo::inboxListID);
         QVERIFY(m_sandbox.addFault(rateLimited(QStringLiteral("1.5"))));
-        awaitTask(m_client->upload(attachmentOf(task), "x", QStringLiteral("x.txt")));
+        runTask(m_client->upload(attachmentOf(task), "x", QStringLiteral("x.txt")));
         verifyWaits({1500ms});
     }
 
@@ -218,21 +218,21 @@ private slots:
         const QString task = newTask(SandboxDemo::inboxListID);
         QVERIFY(m_sandbox.addFault(rateLimited(QStringLiteral("0"))));
         QVERIFY(m_sandbox.addFault(failing(429, 1)));
-        awaitTask(m_client->upload(attachmentOf(task), "x", QStringLiteral("x.txt")));
+        runTask(m_client->upload(attachmentOf(task), "x", QStringLiteral("x.txt")));
         verifyWaits({2s, 4s});
     }
 
     void aRateLimitWithADateInThePastWaitsByTheExponentialRule() {
         const QString task = newTask(SandboxDemo::inboxListID);
         QVERIFY(m_sandbox.addFault(rateLimited(QStringLiteral("Tue, 11 Jun 2024 09:29:00 GMT"))));
-        awaitTask(m_client->upload(attachmentOf(task), "x", QStringLiteral("x.txt")));
+        runTask(m_client->upload(attachmentOf(task), "x", QStringLiteral("x.txt")));
         verifyWaits({2s});
     }
 
     void aRateLimitWithADateAheadWaitsUntilThen() {
         const QString task = newTask(SandboxDemo::inboxListID);
         QVERIFY(m_sandbox.addFault(rateLimited(QStringLiteral("Tue, 11 Jun 2024 09:30:45 GMT"))));
-        awaitTask(m_client->upload(attachmentOf(task), "x", QStringLiteral("x.txt")));
+        runTask(m_client->upload(attachmentOf(task), "x", QStringLiteral("x.txt")));
         verifyWaits({45s});
     }
 
@@ -307,8 +307,8 @@ private slots:
         const QString task = newTask(SandboxDemo::inboxListID);
         SandboxFault drop = SandboxFault::dropConnection(attachmentPath);
         QVERIFY(m_sandbox.addFault(drop));
-        const TaskAttachment attachment = awaitTask(
-            m_client->uploadFromFile(attachmentOf(task), sourceFile("after a drop"), QStringLiteral("d.txt")));
+        const TaskAttachment attachment =
+            runTask(m_client->uploadFromFile(attachmentOf(task), sourceFile("after a drop"), QStringLiteral("d.txt")));
         QCOMPARE(stored(attachment), QByteArray("after a drop"));
         verifyWaits({2s});
     }
@@ -328,7 +328,7 @@ private slots:
         const QUrl missing = QUrl::fromLocalFile(m_sources.filePath(QStringLiteral("gone.bin")));
         bool threwFileError = false;
         try {
-            awaitTask(m_client->uploadFromFile(attachmentOf(task), missing, QStringLiteral("gone.bin")));
+            runTask(m_client->uploadFromFile(attachmentOf(task), missing, QStringLiteral("gone.bin")));
         } catch (const FileError& error) {
             threwFileError = error.path() == missing.toLocalFile();
         }

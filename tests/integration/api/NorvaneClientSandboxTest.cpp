@@ -85,8 +85,8 @@ class NorvaneClientSandboxTest : public QObject {
     QString createTask(const QString& name) {
         CreateTaskRequest request;
         request.name = name;
-        return awaitTask(client().post<CreatedTask>(
-                             QStringLiteral("list/") + SandboxDemo::inboxListID + QStringLiteral("/task"), request))
+        return runTask(client().post<CreatedTask>(
+                           QStringLiteral("list/") + SandboxDemo::inboxListID + QStringLiteral("/task"), request))
             .id;
     }
 
@@ -119,7 +119,7 @@ private slots:
     }
 
     void theTokenGoesOutBareInTheAuthorizationHeader() {
-        const UserResponse answer = awaitTask(client().get<UserResponse>(QStringLiteral("user")));
+        const UserResponse answer = runTask(client().get<UserResponse>(QStringLiteral("user")));
         QCOMPARE(answer.user.id, m_sandbox.tokens().first().userID);
         const QJsonArray log = m_sandbox.requests();
         QCOMPARE(log.size(), 1);
@@ -221,7 +221,7 @@ private slots:
 
     void aRateLimitOf300SecondsWaits120AndTriesOnceMore() {
         QVERIFY(addFault(rateLimit(QStringLiteral("/api/v2/user"), QStringLiteral("300"))));
-        const UserResponse answer = awaitTask(client().get<UserResponse>(QStringLiteral("user")));
+        const UserResponse answer = runTask(client().get<UserResponse>(QStringLiteral("user")));
         QCOMPARE(answer.user.id, m_sandbox.tokens().first().userID);
         QCOMPARE(m_sleeper.waits(), QList<std::chrono::milliseconds>{120s});
         const QJsonArray log = m_sandbox.requests();
@@ -242,7 +242,7 @@ private slots:
     void aRateLimitWithoutAUsableWaitWaitsTwoSeconds() {
         QFETCH(std::optional<QString>, retryAfter);
         QVERIFY(addFault(rateLimit(QStringLiteral("/api/v2/team"), retryAfter)));
-        const TeamsResponse answer = awaitTask(client().get<TeamsResponse>(QStringLiteral("team")));
+        const TeamsResponse answer = runTask(client().get<TeamsResponse>(QStringLiteral("team")));
         QVERIFY(!answer.teams.isEmpty());
         QCOMPARE(m_sleeper.waits(), QList<std::chrono::milliseconds>{2s});
         QCOMPARE(m_sandbox.requests().size(), 2);
@@ -263,7 +263,7 @@ private slots:
         QFETCH(QString, retryAfter);
         QFETCH(std::chrono::milliseconds, wait);
         QVERIFY(addFault(rateLimit(QStringLiteral("/api/v2/team"), retryAfter)));
-        awaitTask(client().get<TeamsResponse>(QStringLiteral("team")));
+        runTask(client().get<TeamsResponse>(QStringLiteral("team")));
         QCOMPARE(m_sleeper.waits(), QList<std::chrono::milliseconds>{wait});
     }
 
@@ -313,7 +313,7 @@ private slots:
         request.dueDate = 1718092800000;
         request.dueDateTime = false;
         request.assignees = QList<qint64>{SandboxDemo::firstUserID};
-        const CreatedTask created = awaitTask(client().post<CreatedTask>(
+        const CreatedTask created = runTask(client().post<CreatedTask>(
             QStringLiteral("list/") + SandboxDemo::inboxListID + QStringLiteral("/task"), request));
         QCOMPARE(created.name, request.name);
         QVERIFY(!created.id.isEmpty());
@@ -336,8 +336,8 @@ private slots:
         QVERIFY(addFault(rateLimit(QStringLiteral("/api/v2/task/*/comment"), QStringLiteral("3"))));
         const QString task = createTask(QStringLiteral("Needs a comment"));
         const qint64 before = lastRequest().value(QStringLiteral("seq")).toInteger();
-        awaitTask(client().post<CommentResponse>(QStringLiteral("task/") + task + QStringLiteral("/comment"),
-                                                 CommentRequest{QStringLiteral("Done, see the log")}));
+        runTask(client().post<CommentResponse>(QStringLiteral("task/") + task + QStringLiteral("/comment"),
+                                               CommentRequest{QStringLiteral("Done, see the log")}));
         const QJsonArray attempts = m_sandbox.requests(before);
         QCOMPARE(attempts.size(), 2);
         const QJsonObject first = attempts[0].toObject();
@@ -359,7 +359,7 @@ private slots:
         UpdateTaskRequest change;
         change.dueDate = 1718179200000;
         change.dueDateTime = true;
-        const NVTaskSummary changed = awaitTask(client().put<NVTaskSummary>(QStringLiteral("task/") + task, change));
+        const NVTaskSummary changed = runTask(client().put<NVTaskSummary>(QStringLiteral("task/") + task, change));
         QCOMPARE(changed.id, task);
         QCOMPARE(changed.dueDate, std::optional(QStringLiteral("1718179200000")));
         const QJsonObject entry = lastRequest();
@@ -394,7 +394,7 @@ private slots:
             {QStringLiteral("page"), QStringLiteral("0")},
             {QStringLiteral("assignees[]"), QString::number(SandboxDemo::firstUserID)},
         };
-        const TeamTasksResponse page = awaitTask(client().get<TeamTasksResponse>(
+        const TeamTasksResponse page = runTask(client().get<TeamTasksResponse>(
             QStringLiteral("team/") + SandboxDemo::northwindID + QStringLiteral("/task"), query));
         QCOMPARE(page.tasks.size(), 100);
         QCOMPARE(queryOf(lastRequest()), query);
@@ -409,7 +409,7 @@ private slots:
             {QStringLiteral("ü"), QStringLiteral("100% ✓")},
             {QStringLiteral("x"), QString()},
         };
-        awaitTask(client().get<CommentResponse>(QStringLiteral("odd name/with?mark#and%"), query));
+        runTask(client().get<CommentResponse>(QStringLiteral("odd name/with?mark#and%"), query));
         const QJsonObject entry = lastRequest();
         QCOMPARE(entry.value(QStringLiteral("path")).toString(), QStringLiteral("/api/v2/odd name/with?mark#and%"));
         QCOMPARE(queryOf(entry), query);
@@ -419,7 +419,7 @@ private slots:
         SandboxFault moved = SandboxFault::answer(QStringLiteral("/api/v2/me"), 302);
         moved.headers.insert(QStringLiteral("Location"), QStringLiteral("/api/v2/user"));
         QVERIFY(addFault(moved));
-        const UserResponse answer = awaitTask(client().get<UserResponse>(QStringLiteral("me")));
+        const UserResponse answer = runTask(client().get<UserResponse>(QStringLiteral("me")));
         QCOMPARE(answer.user.id, m_sandbox.tokens().first().userID);
         QCOMPARE(lastRequest().value(QStringLiteral("path")).toString(), QStringLiteral("/api/v2/user"));
     }
@@ -438,22 +438,22 @@ private slots:
     void everyAnswerOfTheSandboxDecodes() {
         const QString space = SandboxDemo::productSpaceID;
         const QString list = SandboxDemo::inboxListID;
-        QVERIFY(!awaitTask(client().get<TeamsResponse>(QStringLiteral("team"))).teams.isEmpty());
-        QVERIFY(!awaitTask(client().get<SpacesResponse>(QStringLiteral("team/") + SandboxDemo::northwindID +
-                                                        QStringLiteral("/space")))
+        QVERIFY(!runTask(client().get<TeamsResponse>(QStringLiteral("team"))).teams.isEmpty());
+        QVERIFY(!runTask(client().get<SpacesResponse>(QStringLiteral("team/") + SandboxDemo::northwindID +
+                                                      QStringLiteral("/space")))
                      .spaces.isEmpty());
-        QVERIFY(!awaitTask(client().get<FoldersResponse>(QStringLiteral("space/") + space + QStringLiteral("/folder")))
+        QVERIFY(!runTask(client().get<FoldersResponse>(QStringLiteral("space/") + space + QStringLiteral("/folder")))
                      .folders.isEmpty());
-        awaitTask(client().get<ListsResponse>(QStringLiteral("space/") + space + QStringLiteral("/list")));
-        QCOMPARE(awaitTask(client().get<NVList>(QStringLiteral("list/") + list)).id, list);
-        QVERIFY(!awaitTask(client().get<MembersResponse>(QStringLiteral("list/") + list + QStringLiteral("/member")))
+        runTask(client().get<ListsResponse>(QStringLiteral("space/") + space + QStringLiteral("/list")));
+        QCOMPARE(runTask(client().get<NVList>(QStringLiteral("list/") + list)).id, list);
+        QVERIFY(!runTask(client().get<MembersResponse>(QStringLiteral("list/") + list + QStringLiteral("/member")))
                      .members.isEmpty());
-        awaitTask(client().get<TagsResponse>(QStringLiteral("space/") + space + QStringLiteral("/tag")));
+        runTask(client().get<TagsResponse>(QStringLiteral("space/") + space + QStringLiteral("/tag")));
         const FieldsResponse fields =
-            awaitTask(client().get<FieldsResponse>(QStringLiteral("list/") + list + QStringLiteral("/field")));
+            runTask(client().get<FieldsResponse>(QStringLiteral("list/") + list + QStringLiteral("/field")));
         QVERIFY(std::any_of(fields.fields.begin(), fields.fields.end(),
                             [](const CustomField& field) { return field.typeConfig && field.typeConfig->options; }));
-        const TeamTasksResponse tasks = awaitTask(client().get<TeamTasksResponse>(
+        const TeamTasksResponse tasks = runTask(client().get<TeamTasksResponse>(
             QStringLiteral("team/") + SandboxDemo::fabrikamID + QStringLiteral("/task")));
         QVERIFY(!tasks.tasks.isEmpty());
         QCOMPARE(m_sleeper.waits().size(), 0);

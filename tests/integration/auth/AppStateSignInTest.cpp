@@ -1,14 +1,8 @@
-#include "ClientTesting.h"
-#include "MemorySecretStore.h"
-#include "SandboxProcess.h"
-#include "app/AppState.h"
+#include "AppStateFixture.h"
 
-#include <QJsonDocument>
+#include <QJsonArray>
 #include <QSignalSpy>
-#include <QTemporaryDir>
 #include <QTest>
-
-using ClientTesting::awaitTask;
 
 // Sign-in, validation and the account operations of the central state, against norvane-sandbox
 // over HTTP, with secrets in memory.
@@ -16,35 +10,16 @@ class AppStateSignInTest : public QObject {
     Q_OBJECT
 
     SandboxProcess m_sandbox;
-    std::unique_ptr<QTemporaryDir> m_folder;
-    std::unique_ptr<MemorySecretStore> m_secrets;
-    std::unique_ptr<AppState> m_app;
-
-    QString settingsPath() const { return m_folder->filePath(QStringLiteral("settings.json")); }
-
-    // A settings file that aims at the sandbox, with whatever else the test adds.
-    void writeSettings(QJsonObject settings = {}) {
-        settings.insert(QStringLiteral("serviceAPIBaseURL"), m_sandbox.apiUrl(u"").toString());
-        settings.insert(QStringLiteral("serviceWebBaseURL"), m_sandbox.webUrl(u"").toString());
-        QFile file(settingsPath());
-        QVERIFY(file.open(QIODevice::WriteOnly));
-        file.write(QJsonDocument(settings).toJson());
-    }
-
-    AppState& start() {
-        m_app = std::make_unique<AppState>(AppEnvironment{m_secrets.get(), settingsPath(), instantSleeper()});
-        return *m_app;
-    }
-
-    static Sleeper instantSleeper() { return ClientTesting::RecordingSleeper().sleeper(); }
-
-    const SandboxProcess::Token& user(qsizetype index) const { return m_tokens[index]; }
+    std::unique_ptr<AppStateFixture> m_fixture;
     QList<SandboxProcess::Token> m_tokens;
 
-    QString tokenItem(qint64 userID) const { return QStringLiteral("norvane-token-") + QString::number(userID); }
-    void storeToken(qint64 userID, const QString& token) {
-        m_secrets->setItem(KeychainStore::appService, tokenItem(userID), token.toUtf8());
-    }
+    const SandboxProcess::Token& user(qsizetype index) const { return m_tokens[index]; }
+    void writeSettings(const QJsonObject& settings) { m_fixture->writeSettings(settings); }
+    void storeToken(qint64 userID, const QString& token) { m_fixture->storeToken(userID, token); }
+    AppState& start() { return m_fixture->start(); }
+    MemorySecretStore& secrets() { return m_fixture->memorySecrets(); }
+
+    static QString tokenItem(qint64 userID) { return QStringLiteral("norvane-token-") + QString::number(userID); }
     qsizetype userRequests() { return countRequests(QStringLiteral("/api/v2/user")); }
     qsizetype countRequests(const QString& path) {
         qsizetype count = 0;
@@ -53,7 +28,7 @@ class AppStateSignInTest : public QObject {
         }
         return count;
     }
-    const NVUser* signedInUser() const { return m_app->authState().user(); }
+    const NVUser* signedInUser() const { return m_fixture->app().authState().user(); }
 
 private slots:
     void initTestCase() {
@@ -64,16 +39,14 @@ private slots:
 
     void init() {
         QVERIFY(m_sandbox.reset());
-        m_folder = std::make_unique<QTemporaryDir>();
-        m_secrets = std::make_unique<MemorySecretStore>();
-        writeSettings();
+        m_fixture = std::make_unique<AppStateFixture>(&m_sandbox);
     }
 
-    void cleanup() { m_app.reset(); }
+    void cleanup() { m_fixture.reset(); }
 
     void aFirstLaunchWithoutAStoredTokenAsksNothing() {
         AppState& app = start();
-        QCoro::waitFor(app.bootstrap());
+        runTask(app.bootstrap());
         QVERIFY(app.authState().is<AuthState::SignedOut>());
         QCOMPARE(userRequests(), 0);
     }
@@ -83,7 +56,7 @@ private slots:
         storeToken(user(0).userID, user(0).token);
         AppState& app = start();
         QSignalSpy changes(&app, &AppState::authStateChanged);
-        QCoro::waitFor(app.bootstrap());
+        runTask(app.bootstrap());
         QVERIFY(signedInUser());
         QCOMPARE(signedInUser()->id, user(0).userID);
         QCOMPARE(changes.count(), 2); // validating, then signed in
@@ -91,10 +64,10 @@ private slots:
 
     void aPastedTokenWithBlanksAndABearerWordIsCleaned() {
         AppState& app = start();
-        const auto message = awaitTask(app.signIn(QStringLiteral("  BeArEr ") + user(0).token + QStringLiteral("\n")));
+        const auto message = runTask(app.signIn(QStringLiteral("  BeArEr ") + user(0).token + QStringLiteral("\n")));
         QCOMPARE(message, std::nullopt);
         QVERIFY(signedInUser());
-        QCOMPARE(m_secrets->item(KeychainStore::appService, tokenItem(user(0).userID)), user(0).token.toUtf8());
+        QCOMPARE(secrets().item(KeychainStore::appService, tokenItem(user(0).userID)), user(0).token.toUtf8());
         QCOMPARE(app.settings().settings().activeAccountID, std::optional(user(0).userID));
         QCOMPARE(app.settings().settings().accounts.size(), 1);
     }
@@ -102,12 +75,12 @@ private slots:
     void threeCharactersAreNoTokenButFourAre() {
         AppState& app = start();
         QCOMPARE(
-            awaitTask(app.signIn(QStringLiteral("pk_"))),
+            runTask(app.signIn(QStringLiteral("pk_"))),
             std::optional(QStringLiteral("That doesn't look like a Norvane personal API token. Copy the full token "
                                          "from Norvane → Settings → Apps (it starts with pk_).")));
         QCOMPARE(userRequests(), 0);
         // "pk_x" passes the format check and reaches the service, which rejects it.
-        const auto message = awaitTask(app.signIn(QStringLiteral("pk_x")));
+        const auto message = runTask(app.signIn(QStringLiteral("pk_x")));
         QCOMPARE(userRequests(), 1);
         QVERIFY(message && !message->isEmpty());
         QVERIFY(app.authState().is<AuthState::SignedOut>());
@@ -115,17 +88,17 @@ private slots:
 
     void aRejectedPasteLeavesTheSignedInAccountAlone() {
         AppState& app = start();
-        QCOMPARE(awaitTask(app.signIn(user(0).token)), std::nullopt);
-        const auto message = awaitTask(app.signIn(QStringLiteral("pk_not_a_demo_token")));
+        QCOMPARE(runTask(app.signIn(user(0).token)), std::nullopt);
+        const auto message = runTask(app.signIn(QStringLiteral("pk_not_a_demo_token")));
         QVERIFY(message);
         QCOMPARE(signedInUser()->id, user(0).userID);
         QCOMPARE(app.tokenProvider().cached(), std::optional(user(0).token));
     }
 
     void aKeychainWriteFailureIsShownAndNoAccountIsAdded() {
-        m_secrets->failWrites(tokenItem(user(0).userID), 34);
+        secrets().failWrites(tokenItem(user(0).userID), 34);
         AppState& app = start();
-        QCOMPARE(awaitTask(app.signIn(user(0).token)),
+        QCOMPARE(runTask(app.signIn(user(0).token)),
                  std::optional(QStringLiteral("Couldn't save your API token to the Keychain (error 34).")));
         QVERIFY(app.settings().settings().accounts.isEmpty());
         QVERIFY(app.authState().is<AuthState::SignedOut>());
@@ -135,10 +108,10 @@ private slots:
         writeSettings({{QStringLiteral("activeAccountID"), 4242}});
         storeToken(4242, QStringLiteral("pk_revoked"));
         AppState& app = start();
-        QCoro::waitFor(app.bootstrap());
+        runTask(app.bootstrap());
         QVERIFY(app.authState().is<AuthState::SignedOut>());
         QCOMPARE(app.tokenProvider().cached(), std::nullopt);
-        QVERIFY(m_secrets->item(KeychainStore::appService, tokenItem(4242)));
+        QVERIFY(secrets().item(KeychainStore::appService, tokenItem(4242)));
         QCOMPARE(app.settings().settings().activeAccountID, std::optional<qint64>(4242));
     }
 
@@ -147,18 +120,18 @@ private slots:
         storeToken(user(0).userID, user(0).token);
         QVERIFY(m_sandbox.addFault(SandboxFault::dropConnection(QStringLiteral("/api/v2/user"))));
         AppState& app = start();
-        QCoro::waitFor(app.bootstrap());
+        runTask(app.bootstrap());
         QVERIFY(app.authState().is<AuthState::SignedOut>());
         QCOMPARE(app.tokenProvider().cached(), std::optional(user(0).token));
     }
 
     void theLegacyTokenMovesToItsAccountAtTheFirstValidation() {
-        m_secrets->setItem(KeychainStore::appService, QStringLiteral("norvane-personal-token"), user(0).token.toUtf8());
+        secrets().setItem(KeychainStore::appService, QStringLiteral("norvane-personal-token"), user(0).token.toUtf8());
         AppState& app = start();
-        QCoro::waitFor(app.bootstrap());
+        runTask(app.bootstrap());
         QCOMPARE(signedInUser()->id, user(0).userID);
-        QCOMPARE(m_secrets->item(KeychainStore::appService, tokenItem(user(0).userID)), user(0).token.toUtf8());
-        QCOMPARE(m_secrets->item(KeychainStore::appService, QStringLiteral("norvane-personal-token")), std::nullopt);
+        QCOMPARE(secrets().item(KeychainStore::appService, tokenItem(user(0).userID)), user(0).token.toUtf8());
+        QCOMPARE(secrets().item(KeychainStore::appService, QStringLiteral("norvane-personal-token")), std::nullopt);
     }
 
     void twoQuickSwitchesEndWithTheLaterAccount() {
@@ -168,8 +141,8 @@ private slots:
         // The first validation is slow, so it returns after the second.
         QVERIFY(m_sandbox.addFault(SandboxFault::delay(QStringLiteral("/api/v2/user"), 300)));
         bool firstEnded = false;
-        QCoro::connect(app.switchAccount(user(0).userID), &app, [&firstEnded] { firstEnded = true; });
-        QCoro::waitFor(app.switchAccount(user(1).userID));
+        startTask(&app, app.switchAccount(user(0).userID), [&firstEnded] { firstEnded = true; });
+        runTask(app.switchAccount(user(1).userID));
         QTRY_VERIFY(firstEnded);
         QCOMPARE(signedInUser()->id, user(1).userID);
         QCOMPARE(app.settings().settings().activeAccountID, std::optional(user(1).userID));
@@ -181,7 +154,7 @@ private slots:
         QVERIFY(m_sandbox.addFault(SandboxFault::delay(QStringLiteral("/api/v2/user"), 200)));
         AppState& app = start();
         bool ended = false;
-        QCoro::connect(app.bootstrap(), &app, [&ended] { ended = true; });
+        startTask(&app, app.bootstrap(), [&ended] { ended = true; });
         QTRY_VERIFY(app.authState().is<AuthState::Validating>());
         app.signOut();
         QTRY_VERIFY(ended);
@@ -189,15 +162,30 @@ private slots:
         QCOMPARE(app.settings().settings().activeAccountID, std::nullopt);
     }
 
+    void signingOutWhileTheTokenIsCommittedLeavesNoSecret() {
+        writeSettings({{QStringLiteral("activeAccountID"), user(0).userID}});
+        storeToken(user(0).userID, user(0).token);
+        // The validated token is written back slowly, and the sign-out comes while it is.
+        secrets().delayWrites(tokenItem(user(0).userID), std::chrono::milliseconds(300));
+        AppState& app = start();
+        bool ended = false;
+        startTask(&app, app.bootstrap(), [&ended] { ended = true; });
+        QTRY_VERIFY(secrets().log().contains(QStringLiteral("write ") + tokenItem(user(0).userID)));
+        app.signOut();
+        QTRY_VERIFY(ended);
+        QCOMPARE(secrets().item(KeychainStore::appService, tokenItem(user(0).userID)), std::nullopt);
+        QVERIFY(app.authState().is<AuthState::SignedOut>());
+    }
+
     void switchingToTheSignedInAccountWithoutForceKeepsTheDraft() {
         AppState& app = start();
-        QCOMPARE(awaitTask(app.signIn(user(0).token)), std::nullopt);
+        QCOMPARE(runTask(app.signIn(user(0).token)), std::nullopt);
         app.draft().setName(QStringLiteral("Half-written"));
         const qsizetype before = userRequests();
-        QCoro::waitFor(app.switchAccount(user(0).userID));
+        runTask(app.switchAccount(user(0).userID));
         QCOMPARE(app.draft().name(), QStringLiteral("Half-written"));
         QCOMPARE(userRequests(), before);
-        QCoro::waitFor(app.switchAccount(user(0).userID, true));
+        runTask(app.switchAccount(user(0).userID, true));
         QCOMPARE(app.draft().name(), QString());
         QCOMPARE(userRequests(), before + 1);
         QCOMPARE(signedInUser()->id, user(0).userID);
@@ -205,58 +193,58 @@ private slots:
 
     void eachAccountKeepsItsOwnLocation() {
         AppState& app = start();
-        QCOMPARE(awaitTask(app.signIn(user(1).token)), std::nullopt);
-        QCOMPARE(awaitTask(app.signIn(user(0).token)), std::nullopt);
+        QCOMPARE(runTask(app.signIn(user(1).token)), std::nullopt);
+        QCOMPARE(runTask(app.signIn(user(0).token)), std::nullopt);
         const SavedLocation inbox{QStringLiteral("w1"), QStringLiteral("l1"), QStringLiteral("Inbox"),
                                   QStringLiteral("Space")};
         app.settings().set(&AppSettings::lastLocation, inbox);
-        QCoro::waitFor(app.switchAccount(user(1).userID));
+        runTask(app.switchAccount(user(1).userID));
         QCOMPARE(app.settings().settings().lastLocation, std::nullopt);
-        QCoro::waitFor(app.switchAccount(user(0).userID));
+        runTask(app.switchAccount(user(0).userID));
         QCOMPARE(app.settings().settings().lastLocation, std::optional(inbox));
     }
 
     void removingAnInactiveAccountDisturbsNothing() {
         AppState& app = start();
-        QCOMPARE(awaitTask(app.signIn(user(1).token)), std::nullopt);
-        QCOMPARE(awaitTask(app.signIn(user(0).token)), std::nullopt);
+        QCOMPARE(runTask(app.signIn(user(1).token)), std::nullopt);
+        QCOMPARE(runTask(app.signIn(user(0).token)), std::nullopt);
         app.draft().setName(QStringLiteral("Kept"));
-        QCoro::waitFor(app.removeAccount(user(1).userID));
+        runTask(app.removeAccount(user(1).userID));
         QCOMPARE(signedInUser()->id, user(0).userID);
         QCOMPARE(app.draft().name(), QStringLiteral("Kept"));
         QCOMPARE(app.settings().settings().accounts.size(), 1);
-        QCOMPARE(m_secrets->item(KeychainStore::appService, tokenItem(user(1).userID)), std::nullopt);
+        QCOMPARE(secrets().item(KeychainStore::appService, tokenItem(user(1).userID)), std::nullopt);
     }
 
     void removingTheActiveOfTwoAccountsSwitchesToTheOther() {
         AppState& app = start();
-        QCOMPARE(awaitTask(app.signIn(user(1).token)), std::nullopt);
-        QCOMPARE(awaitTask(app.signIn(user(0).token)), std::nullopt);
-        QCoro::waitFor(app.removeAccount(user(0).userID));
+        QCOMPARE(runTask(app.signIn(user(1).token)), std::nullopt);
+        QCOMPARE(runTask(app.signIn(user(0).token)), std::nullopt);
+        runTask(app.removeAccount(user(0).userID));
         QCOMPARE(signedInUser()->id, user(1).userID);
         QCOMPARE(app.settings().settings().activeAccountID, std::optional(user(1).userID));
     }
 
     void removingTheLastAccountSignsOut() {
         AppState& app = start();
-        QCOMPARE(awaitTask(app.signIn(user(0).token)), std::nullopt);
-        QCoro::waitFor(app.removeAccount(user(0).userID));
+        QCOMPARE(runTask(app.signIn(user(0).token)), std::nullopt);
+        runTask(app.removeAccount(user(0).userID));
         QVERIFY(app.authState().is<AuthState::SignedOut>());
         QVERIFY(app.settings().settings().accounts.isEmpty());
     }
 
     void signingOutKeepsOtherAccountsAndTheNextLaunchShowsOnboarding() {
         AppState& app = start();
-        QCOMPARE(awaitTask(app.signIn(user(1).token)), std::nullopt);
-        QCOMPARE(awaitTask(app.signIn(user(0).token)), std::nullopt);
+        QCOMPARE(runTask(app.signIn(user(1).token)), std::nullopt);
+        QCOMPARE(runTask(app.signIn(user(0).token)), std::nullopt);
         app.signOut();
-        QTRY_COMPARE(m_secrets->item(KeychainStore::appService, tokenItem(user(0).userID)), std::nullopt);
+        QTRY_COMPARE(secrets().item(KeychainStore::appService, tokenItem(user(0).userID)), std::nullopt);
         QCOMPARE(app.settings().settings().activeAccountID, std::nullopt);
         QCOMPARE(app.settings().settings().accounts.size(), 1);
         QCOMPARE(app.settings().settings().accounts.constFirst().id, user(1).userID);
 
         AppState& next = start();
-        QCoro::waitFor(next.bootstrap());
+        runTask(next.bootstrap());
         QVERIFY(next.authState().is<AuthState::SignedOut>());
     }
 
@@ -267,11 +255,11 @@ private slots:
                                                {QStringLiteral("displayName"), QStringLiteral("Gone")}}}}});
         storeToken(4242, QStringLiteral("pk_revoked"));
         AppState& app = start();
-        QCoro::waitFor(app.bootstrap());
+        runTask(app.bootstrap());
         QVERIFY(app.authState().is<AuthState::SignedOut>());
         app.signOut();
         QVERIFY(app.settings().settings().accounts.isEmpty());
-        QTRY_COMPARE(m_secrets->item(KeychainStore::appService, tokenItem(4242)), std::nullopt);
+        QTRY_COMPARE(secrets().item(KeychainStore::appService, tokenItem(4242)), std::nullopt);
     }
 
     void aRenamedAccountKeepsItsPlace() {
@@ -281,7 +269,7 @@ private slots:
                                    QJsonObject{{QStringLiteral("id"), 99},
                                                {QStringLiteral("displayName"), QStringLiteral("Other")}}}}});
         AppState& app = start();
-        QCOMPARE(awaitTask(app.signIn(user(0).token)), std::nullopt);
+        QCOMPARE(runTask(app.signIn(user(0).token)), std::nullopt);
         const QList<StoredAccount> accounts = app.settings().settings().accounts;
         QCOMPARE(accounts.size(), 2);
         QCOMPARE(accounts.at(0).id, user(0).userID);

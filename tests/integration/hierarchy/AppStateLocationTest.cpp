@@ -1,12 +1,7 @@
-#include "ClientTesting.h"
-#include "MemorySecretStore.h"
+#include "AppStateFixture.h"
 #include "SandboxDemo.h"
-#include "SandboxProcess.h"
-#include "app/AppState.h"
 
-#include <QJsonDocument>
 #include <QSignalSpy>
-#include <QTemporaryDir>
 #include <QTest>
 
 // The list the composer aims at: restoring it at start, selecting it, and forgetting it when the
@@ -15,20 +10,12 @@ class AppStateLocationTest : public QObject {
     Q_OBJECT
 
     SandboxProcess m_sandbox;
-    std::unique_ptr<QTemporaryDir> m_folder;
-    std::unique_ptr<MemorySecretStore> m_secrets;
-    std::unique_ptr<AppState> m_app;
-
-    QString settingsPath() const { return m_folder->filePath(QStringLiteral("settings.json")); }
+    std::unique_ptr<AppStateFixture> m_fixture;
 
     // A settings file aimed at the sandbox with the first demo user active, and whatever the test adds.
     void writeSettings(QJsonObject settings = {}) {
-        settings.insert(QStringLiteral("serviceAPIBaseURL"), m_sandbox.apiUrl(u"").toString());
-        settings.insert(QStringLiteral("serviceWebBaseURL"), m_sandbox.webUrl(u"").toString());
         settings.insert(QStringLiteral("activeAccountID"), SandboxDemo::firstUserID);
-        QFile file(settingsPath());
-        QVERIFY(file.open(QIODevice::WriteOnly));
-        file.write(QJsonDocument(settings).toJson());
+        m_fixture->writeSettings(settings);
     }
 
     static QJsonObject location(const QString& workspaceID, const QString& listID) {
@@ -36,12 +23,7 @@ class AppStateLocationTest : public QObject {
     }
 
     // A started app, signed in as the first demo user.
-    AppState& startSignedIn() {
-        m_app = std::make_unique<AppState>(
-            AppEnvironment{m_secrets.get(), settingsPath(), ClientTesting::RecordingSleeper().sleeper()});
-        QCoro::waitFor(m_app->bootstrap());
-        return *m_app;
-    }
+    AppState& startSignedIn() { return m_fixture->startSignedIn(); }
 
     static void waitForContext(ListContext* context) {
         QVERIFY(context);
@@ -53,14 +35,12 @@ private slots:
 
     void init() {
         QVERIFY(m_sandbox.reset());
-        m_folder = std::make_unique<QTemporaryDir>();
-        m_secrets = std::make_unique<MemorySecretStore>();
-        m_secrets->setItem(KeychainStore::appService, QStringLiteral("norvane-token-%1").arg(SandboxDemo::firstUserID),
-                           m_sandbox.token().toUtf8());
+        m_fixture = std::make_unique<AppStateFixture>(&m_sandbox);
+        m_fixture->storeToken(SandboxDemo::firstUserID, m_sandbox.token());
         writeSettings();
     }
 
-    void cleanup() { m_app.reset(); }
+    void cleanup() { m_fixture.reset(); }
 
     void theStoredLocationIsSelectedAtStart() {
         writeSettings({{"lastLocation", location(SandboxDemo::northwindID, SandboxDemo::releaseListID)}});
@@ -93,7 +73,7 @@ private slots:
 
     void selectingTheCurrentListKeepsItsContextButRewritesTheLocation() {
         AppState& app = startSignedIn();
-        QCoro::waitFor(app.hierarchy().loadEntries(SandboxDemo::northwindID, false));
+        runTask(app.hierarchy().loadEntries(SandboxDemo::northwindID, false));
         ListEntry entry = *app.hierarchy().entry(SandboxDemo::inboxListID);
         app.selectLocation(entry);
         ListContext* context = app.currentContext();
@@ -108,7 +88,7 @@ private slots:
 
     void selectingAListUnderNoFolderGivesThePathOfTheSpaceAlone() {
         AppState& app = startSignedIn();
-        QCoro::waitFor(app.hierarchy().loadEntries(SandboxDemo::northwindID, false));
+        runTask(app.hierarchy().loadEntries(SandboxDemo::northwindID, false));
         app.selectLocation(*app.hierarchy().entry(SandboxDemo::supportListID));
         const std::optional<SavedLocation> saved = app.settings().settings().lastLocation;
         QVERIFY(saved);
@@ -117,10 +97,7 @@ private slots:
         waitForContext(app.currentContext());
     }
 
-    void activeWorkspaceIDWithNothingKnownIsAbsent() {
-        m_app = std::make_unique<AppState>(AppEnvironment{m_secrets.get(), settingsPath()});
-        QCOMPARE(m_app->activeWorkspaceID(), std::nullopt);
-    }
+    void activeWorkspaceIDWithNothingKnownIsAbsent() { QCOMPARE(m_fixture->start().activeWorkspaceID(), std::nullopt); }
 
     void activeWorkspaceIDFallsBackToTheFirstWorkspace() {
         AppState& app = startSignedIn();
@@ -143,7 +120,7 @@ private slots:
         ListContext* before = app.currentContext();
         waitForContext(before);
         QSignalSpy changes(&app, &AppState::currentContextChanged);
-        QCoro::waitFor(app.switchAccount(SandboxDemo::firstUserID, true));
+        runTask(app.switchAccount(SandboxDemo::firstUserID, true));
         QCOMPARE(changes.count(), 2); // forgotten, then restored
         QVERIFY(app.currentContext());
         QCOMPARE(app.currentContext()->entry().list.id, SandboxDemo::releaseListID);

@@ -14,8 +14,6 @@
 #include <QTemporaryDir>
 #include <QTest>
 
-using ClientTesting::awaitTask;
-
 namespace {
 const QString seedToken = QStringLiteral("pk_seed_walker");
 const QString seedWorkspaceID = QStringLiteral("77001");
@@ -110,7 +108,7 @@ private slots:
         // A delay makes the two reads of each space overlap for certain.
         QVERIFY(m_demo.addFault({.path = "/api/v2/space/*/*", .times = -1, .delayMs = 50}));
         HierarchyStore store(*m_demoClient);
-        QCoro::waitFor(store.loadEntries(SandboxDemo::northwindID, false));
+        runTask(store.loadEntries(SandboxDemo::northwindID, false));
         QCOMPARE(store.lastError(), std::nullopt);
         const QJsonArray spaceReads = requestsUnder(m_demo, QStringLiteral("/api/v2/space/"));
         QCOMPARE(spaceReads.size(), 4);
@@ -135,7 +133,7 @@ private slots:
     void theThirdOfFiveSpacesFailingStoresNothing() {
         QVERIFY(m_walker.addFault(SandboxFault::answer(QStringLiteral("/api/v2/space/77202/list"), 500)));
         HierarchyStore store(*m_walkerClient);
-        QCoro::waitFor(store.loadEntries(seedWorkspaceID, false));
+        runTask(store.loadEntries(seedWorkspaceID, false));
         QVERIFY(!store.entriesByWorkspace().contains(seedWorkspaceID));
         QVERIFY(store.lastError());
         QCOMPARE(requestsUnder(m_walker, QStringLiteral("/api/v2/space/77203")).size(), 0);
@@ -147,13 +145,13 @@ private slots:
         HierarchyStore store(*m_walkerClient);
         QElapsedTimer timer;
         timer.start();
-        QCoro::waitFor(store.loadEntries(seedWorkspaceID, false));
+        runTask(store.loadEntries(seedWorkspaceID, false));
         QVERIFY2(timer.elapsed() < 2000, qPrintable(QString::number(timer.elapsed())));
         QVERIFY(store.lastError());
     }
 
     void tenFullPagesMakeExactlyTenRequestsNumberedZeroToNine() {
-        const QList<NVTaskSummary> tasks = awaitTask(Endpoints::getAllTeamTasks(*m_walkerClient, seedWorkspaceID, {}));
+        const QList<NVTaskSummary> tasks = runTask(Endpoints::getAllTeamTasks(*m_walkerClient, seedWorkspaceID, {}));
         QCOMPARE(tasks.size(), 1000);
         const QJsonArray pages = requestsUnder(m_walker, QStringLiteral("/api/v2/team/"));
         QCOMPARE(pages.size(), 10);
@@ -170,7 +168,7 @@ private slots:
     void teamTasksQueryItemsArriveInTheirOrder() {
         const Endpoints::TeamTasksFilter filter{QList<qint64>{77}, QStringList{bigListID}, QStringList{"to do"},
                                                 std::nullopt};
-        awaitTask(Endpoints::getTeamTasks(*m_walkerClient, seedWorkspaceID, filter, 2));
+        runTask(Endpoints::getTeamTasks(*m_walkerClient, seedWorkspaceID, filter, 2));
         const QJsonArray query =
             requestsUnder(m_walker, QStringLiteral("/api/v2/team/")).first()[QStringLiteral("query")].toArray();
         QCOMPARE(query, QJsonArray({QJsonArray{"include_closed", "false"}, QJsonArray{"subtasks", "true"},
@@ -182,10 +180,10 @@ private slots:
     void listContextLoadKeepsFourRequestsInFlight() {
         QVERIFY(m_demo.addFault({.path = "/api/v2/**", .times = -1, .delayMs = 100}));
         HierarchyStore store(*m_demoClient);
-        QCoro::waitFor(store.loadEntries(SandboxDemo::northwindID, false));
+        runTask(store.loadEntries(SandboxDemo::northwindID, false));
         QVERIFY(m_demo.clearRequests());
         ListContext context(*store.entry(SandboxDemo::releaseListID));
-        QCoro::waitFor(context.load(*m_demoClient));
+        runTask(context.load(*m_demoClient));
         const QJsonArray reads = requestsUnder(m_demo, QStringLiteral("/api/v2/"));
         QCOMPARE(reads.size(), 4);
         QCOMPARE(mostInFlight(reads), 4);

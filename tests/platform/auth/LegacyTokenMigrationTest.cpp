@@ -1,10 +1,7 @@
-#include "SandboxProcess.h"
-#include "app/AppState.h"
+#include "AppStateFixture.h"
 #include "linux/SecretServiceStore.h"
 
-#include <QJsonDocument>
-#include <QJsonObject>
-#include <QTemporaryDir>
+#include <QProcess>
 #include <QTest>
 
 // A token from the time of a single account moves to its account's item at the first successful
@@ -31,26 +28,17 @@ private slots:
         const SandboxProcess::Token user = m_sandbox.tokens().constFirst();
         const QString legacyAccount = QStringLiteral("norvane-personal-token");
         const QString accountItem = QStringLiteral("norvane-token-") + QString::number(user.userID);
-        QCOMPARE(QCoro::waitFor(m_secrets.write(KeychainStore::appService, legacyAccount, user.token.toUtf8())), 0);
-        QCoro::waitFor(m_secrets.remove(KeychainStore::appService, accountItem));
+        QCOMPARE(runTask(m_secrets.write(KeychainStore::appService, legacyAccount, user.token.toUtf8())), 0);
+        runTask(m_secrets.remove(KeychainStore::appService, accountItem));
 
-        QTemporaryDir folder;
-        const QString settingsPath = folder.filePath(QStringLiteral("settings.json"));
-        QFile file(settingsPath);
-        QVERIFY(file.open(QIODevice::WriteOnly));
-        file.write(QJsonDocument(QJsonObject{{QStringLiteral("serviceAPIBaseURL"), m_sandbox.apiUrl(u"").toString()}})
-                       .toJson());
-        file.close();
-
-        AppState app(AppEnvironment{&m_secrets, settingsPath});
-        QCoro::waitFor(app.bootstrap());
+        AppStateFixture fixture(&m_sandbox, &m_secrets);
+        const AppState& app = fixture.startSignedIn();
         QVERIFY(app.authState().is<AuthState::SignedIn>());
         QCOMPARE(lookUp(accountItem), user.token);
         QCOMPARE(lookUp(legacyAccount), QString());
 
         // The next launch finds the token under the account.
-        AppState next(AppEnvironment{&m_secrets, settingsPath});
-        QCoro::waitFor(next.bootstrap());
+        const AppState& next = fixture.startSignedIn();
         QCOMPARE(next.authState().user()->id, user.userID);
     }
 };

@@ -59,7 +59,7 @@ private slots:
         FakeClient fake;
         fake.service.answer(QStringLiteral("team/t1/space"),
                             wrapped("spaces", {record("a", R"("archived":true)"), record("b", R"("archived":true)")}));
-        QVERIFY(awaitTask(Endpoints::getSpaces(fake.client, QStringLiteral("t1"))).isEmpty());
+        QVERIFY(runTask(Endpoints::getSpaces(fake.client, QStringLiteral("t1"))).isEmpty());
     }
 
     void anElementWithArchivedNullStays() {
@@ -67,7 +67,7 @@ private slots:
         fake.service.answer(QStringLiteral("space/s1/list"),
                             wrapped("lists", {record("a", R"("archived":null)"), record("b", R"("archived":true)"),
                                               record("c"), record("d", R"("archived":false)")}));
-        const QList<NVList> lists = awaitTask(Endpoints::getFolderlessLists(fake.client, QStringLiteral("s1")));
+        const QList<NVList> lists = runTask(Endpoints::getFolderlessLists(fake.client, QStringLiteral("s1")));
         QStringList ids;
         for (const NVList& list : lists) {
             ids.append(list.id);
@@ -80,7 +80,7 @@ private slots:
         const QString lists = QStringLiteral(R"("lists":[%1])").arg(record("l", R"("archived":true)"));
         fake.service.answer(QStringLiteral("space/s1/folder"),
                             wrapped("folders", {record("f", lists), record("g", R"("archived":true)")}));
-        const QList<Folder> folders = awaitTask(Endpoints::getFolders(fake.client, QStringLiteral("s1")));
+        const QList<Folder> folders = runTask(Endpoints::getFolders(fake.client, QStringLiteral("s1")));
         QCOMPARE(folders.size(), 1);
         QCOMPARE(folders[0].lists.value().size(), 1);
     }
@@ -108,7 +108,7 @@ private slots:
     void aFullPageMarkedLastMakesNoFurtherRequest() {
         FakeClient fake;
         fake.service.answer(tasksPath, page(100, true));
-        QCOMPARE(awaitTask(Endpoints::getAllTeamTasks(fake.client, QStringLiteral("7"), {})).size(), 100);
+        QCOMPARE(runTask(Endpoints::getAllTeamTasks(fake.client, QStringLiteral("7"), {})).size(), 100);
         QCOMPARE(fake.service.paths.size(), 1);
     }
 
@@ -116,21 +116,21 @@ private slots:
         FakeClient fake;
         fake.service.answer(tasksPath, page(100, std::nullopt));
         fake.service.answerNext(tasksPath, page(0, std::nullopt));
-        QCOMPARE(awaitTask(Endpoints::getAllTeamTasks(fake.client, QStringLiteral("7"), {})).size(), 100);
+        QCOMPARE(runTask(Endpoints::getAllTeamTasks(fake.client, QStringLiteral("7"), {})).size(), 100);
         QCOMPARE(fake.service.paths.size(), 2);
     }
 
     void aShortPageEndsTheWalkWhateverLastPageSays() {
         FakeClient fake;
         fake.service.answer(tasksPath, page(99, false));
-        QCOMPARE(awaitTask(Endpoints::getAllTeamTasks(fake.client, QStringLiteral("7"), {})).size(), 99);
+        QCOMPARE(runTask(Endpoints::getAllTeamTasks(fake.client, QStringLiteral("7"), {})).size(), 99);
         QCOMPARE(fake.service.paths.size(), 1);
     }
 
     void tenFullPagesMakeExactlyTenRequestsNumberedZeroToNine() {
         FakeClient fake;
         fake.service.answer(tasksPath, page(100, false));
-        QCOMPARE(awaitTask(Endpoints::getAllTeamTasks(fake.client, QStringLiteral("7"), {})).size(), 1000);
+        QCOMPARE(runTask(Endpoints::getAllTeamTasks(fake.client, QStringLiteral("7"), {})).size(), 1000);
         QCOMPARE(fake.service.paths.size(), 10);
         for (int number = 0; number < 10; ++number) {
             QVERIFY(fake.service.queries[number].endsWith(QStringLiteral("page=%1").arg(number)));

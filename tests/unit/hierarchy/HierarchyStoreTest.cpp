@@ -47,8 +47,8 @@ private slots:
         fake.service.answer(QStringLiteral("team"), wrapped("teams", {record("b"), record("a")}));
         HierarchyStore store(fake.client);
         QSignalSpy changes(&store, &HierarchyStore::workspacesChanged);
-        QCoro::waitFor(store.loadWorkspaces(false));
-        QCoro::waitFor(store.loadWorkspaces(false));
+        runTask(store.loadWorkspaces(false));
+        runTask(store.loadWorkspaces(false));
         QCOMPARE(store.workspaces().size(), 2);
         QCOMPARE(store.workspaces()[0].id, QStringLiteral("b"));
         QCOMPARE(fake.service.paths.size(), 1);
@@ -63,9 +63,9 @@ private slots:
         HierarchyStore store(fake.client);
         QCoro::Task<> running = store.loadWorkspaces(false);
         QVERIFY(store.isLoadingWorkspaces());
-        QCoro::waitFor(store.loadWorkspaces(true));
+        runTask(store.loadWorkspaces(true));
         fake.service.release(QStringLiteral("team"));
-        QCoro::waitFor(std::move(running));
+        runTask(std::move(running));
         QCOMPARE(fake.service.paths.size(), 1);
         QVERIFY(!store.isLoadingWorkspaces());
     }
@@ -75,8 +75,8 @@ private slots:
         fake.service.answer(QStringLiteral("team"), wrapped("teams", {record("a")}));
         fake.service.answerNext(QStringLiteral("team"), 500, R"({"err":"Team trouble","ECODE":"X"})");
         HierarchyStore store(fake.client);
-        QCoro::waitFor(store.loadWorkspaces(false));
-        QCoro::waitFor(store.loadWorkspaces(true));
+        runTask(store.loadWorkspaces(false));
+        runTask(store.loadWorkspaces(true));
         QCOMPARE(store.workspaces().size(), 1);
         QCOMPARE(store.lastError(), std::optional(QStringLiteral("Team trouble")));
     }
@@ -92,7 +92,7 @@ private slots:
         fake.service.answer(foldersPath("s2"), wrapped("folders", {}));
         fake.service.answer(listsPath("s2"), wrapped("lists", {record("l3")}));
         HierarchyStore store(fake.client);
-        QCoro::waitFor(store.loadEntries(workspaceID, false));
+        runTask(store.loadEntries(workspaceID, false));
         const QList<ListEntry> entries = store.entriesByWorkspace().value(workspaceID);
         QCOMPARE(listIDs(entries), QStringList({"l1", "l2", "f1a", "f1b", "l3"}));
         QCOMPARE(entries[0].folderID, std::nullopt);
@@ -110,7 +110,7 @@ private slots:
         FakeClient fake;
         answerSpaces(fake.service, 5);
         HierarchyStore store(fake.client);
-        QCoro::waitFor(store.loadEntries(workspaceID, false));
+        runTask(store.loadEntries(workspaceID, false));
         QCOMPARE(fake.service.paths.size(), 11);
         QCOMPARE(fake.service.maxInFlight, 2);
         QCOMPARE(fake.service.paths[1], foldersPath("s0"));
@@ -121,9 +121,9 @@ private slots:
         FakeClient fake;
         answerSpaces(fake.service, 0);
         HierarchyStore store(fake.client);
-        QCoro::waitFor(store.loadEntries(workspaceID, false));
+        runTask(store.loadEntries(workspaceID, false));
         QVERIFY(store.entriesByWorkspace().contains(workspaceID));
-        QCoro::waitFor(store.loadEntries(workspaceID, false));
+        runTask(store.loadEntries(workspaceID, false));
         QCOMPARE(fake.service.paths.size(), 1);
     }
 
@@ -134,10 +134,10 @@ private slots:
         HierarchyStore store(fake.client);
         QCoro::Task<> running = store.loadEntries(workspaceID, false);
         QCOMPARE(store.loadingLists(), QSet<QString>{workspaceID});
-        QCoro::waitFor(store.loadEntries(workspaceID, true));
+        runTask(store.loadEntries(workspaceID, true));
         QCOMPARE(fake.service.paths.size(), 1);
         fake.service.release(spacesPath);
-        QCoro::waitFor(std::move(running));
+        runTask(std::move(running));
         QCOMPARE(fake.service.paths.size(), 3);
         QVERIFY(store.loadingLists().isEmpty());
     }
@@ -146,14 +146,14 @@ private slots:
         FakeClient fake;
         answerSpaces(fake.service, 2);
         HierarchyStore store(fake.client);
-        QCoro::waitFor(store.loadEntries(workspaceID, false));
+        runTask(store.loadEntries(workspaceID, false));
         const QList<ListEntry> before = store.entriesByWorkspace().value(workspaceID);
         fake.service.answer(spacesPath, 503, R"({"err":"Spaces are down","ECODE":"X"})");
-        QCoro::waitFor(store.loadEntries(workspaceID, true));
+        runTask(store.loadEntries(workspaceID, true));
         QCOMPARE(store.entriesByWorkspace().value(workspaceID), before);
         QCOMPARE(store.lastError(), std::optional(QStringLiteral("Spaces are down")));
         fake.service.answer(spacesPath, wrapped("spaces", {record("s1")}));
-        QCoro::waitFor(store.loadEntries(workspaceID, true));
+        runTask(store.loadEntries(workspaceID, true));
         QCOMPARE(listIDs(store.entriesByWorkspace().value(workspaceID)), QStringList({"l1"}));
         QCOMPARE(store.lastError(), std::nullopt);
     }
@@ -164,7 +164,7 @@ private slots:
         fake.service.answer(foldersPath("s2"), 500, R"({"err":"Third space broke","ECODE":"X"})");
         HierarchyStore store(fake.client);
         QSignalSpy changes(&store, &HierarchyStore::entriesByWorkspaceChanged);
-        QCoro::waitFor(store.loadEntries(workspaceID, false));
+        runTask(store.loadEntries(workspaceID, false));
         QVERIFY(!store.entriesByWorkspace().contains(workspaceID));
         QCOMPARE(changes.count(), 0);
         QCOMPARE(store.lastError(), std::optional(QStringLiteral("Third space broke")));
@@ -178,7 +178,7 @@ private slots:
         fake.service.hold(listsPath("s0"));
         fake.service.answer(foldersPath("s0"), 500, R"({"err":"Folders broke","ECODE":"X"})");
         HierarchyStore store(fake.client);
-        QCoro::waitFor(store.loadEntries(workspaceID, false));
+        runTask(store.loadEntries(workspaceID, false));
         QCOMPARE(fake.service.aborted, QStringList{listsPath("s0")});
         QCOMPARE(store.lastError(), std::optional(QStringLiteral("Folders broke")));
     }
@@ -189,7 +189,7 @@ private slots:
         fake.service.hold(foldersPath("s0"));
         fake.service.answer(listsPath("s0"), 500, R"({"err":"Lists broke","ECODE":"X"})");
         HierarchyStore store(fake.client);
-        QCoro::waitFor(store.loadEntries(workspaceID, false));
+        runTask(store.loadEntries(workspaceID, false));
         QCOMPARE(fake.service.aborted, QStringList{foldersPath("s0")});
         QCOMPARE(store.lastError(), std::optional(QStringLiteral("Lists broke")));
     }
@@ -202,7 +202,7 @@ private slots:
                 .arg(record("gone", R"("archived":true)"), record("kept"), record("null", R"("archived":null)"));
         fake.service.answer(foldersPath("s0"), wrapped("folders", {record("f", lists)}));
         HierarchyStore store(fake.client);
-        QCoro::waitFor(store.loadEntries(workspaceID, false));
+        runTask(store.loadEntries(workspaceID, false));
         QCOMPARE(listIDs(store.entriesByWorkspace().value(workspaceID)), QStringList({"l0", "kept", "null"}));
     }
 
@@ -213,7 +213,7 @@ private slots:
             QStringLiteral(R"("archived":true,"lists":[%1])").arg(record("live", R"("archived":false)"));
         fake.service.answer(foldersPath("s0"), wrapped("folders", {record("f", lists)}));
         HierarchyStore store(fake.client);
-        QCoro::waitFor(store.loadEntries(workspaceID, false));
+        runTask(store.loadEntries(workspaceID, false));
         QCOMPARE(listIDs(store.entriesByWorkspace().value(workspaceID)), QStringList({"l0"}));
     }
 
@@ -221,7 +221,7 @@ private slots:
         FakeClient fake;
         answerSpaces(fake.service, 1);
         HierarchyStore store(fake.client);
-        QCoro::waitFor(store.loadEntries(workspaceID, false));
+        runTask(store.loadEntries(workspaceID, false));
         const std::optional<ListEntry> entry = store.entry(QStringLiteral("l0"));
         QVERIFY(entry);
         QVERIFY(entry->spaceStatuses.isEmpty());

@@ -49,7 +49,7 @@ private slots:
         FakeClient fake;
         answerAll(fake.service);
         ListContext context(entryWithSpaceStatuses(spaceStatuses));
-        QCoro::waitFor(context.load(fake.client));
+        runTask(context.load(fake.client));
         QCOMPARE(fake.service.paths, QStringList({detailsPath, membersPath, tagsPath, fieldsPath}));
         QCOMPARE(fake.service.maxInFlight, 4);
         QCOMPARE(context.statuses().value(0).status, QStringLiteral("list open"));
@@ -67,7 +67,7 @@ private slots:
         answerAll(fake.service);
         fake.service.answer(detailsPath, record("l1").toUtf8());
         ListContext context(entryWithSpaceStatuses(spaceStatuses));
-        QCoro::waitFor(context.load(fake.client));
+        runTask(context.load(fake.client));
         QCOMPARE(context.statuses(), spaceStatuses);
     }
 
@@ -76,7 +76,7 @@ private slots:
         answerAll(fake.service);
         fake.service.answer(detailsPath, record("l1", R"("statuses":[])").toUtf8());
         ListContext context(entryWithSpaceStatuses(spaceStatuses));
-        QCoro::waitFor(context.load(fake.client));
+        runTask(context.load(fake.client));
         QCOMPARE(context.statuses(), spaceStatuses);
     }
 
@@ -87,7 +87,7 @@ private slots:
         fake.service.answer(tagsPath, R"({"tags":[{"name":"urgent"}]})");
         fake.service.answer(fieldsPath, 500, broken);
         ListContext context(entryWithSpaceStatuses({}));
-        QCoro::waitFor(context.load(fake.client));
+        runTask(context.load(fake.client));
         QCOMPARE(context.error(), std::optional(QStringLiteral("Couldn't load list details. Check your connection.")));
         QCOMPARE(context.tags().size(), 1);
     }
@@ -97,7 +97,7 @@ private slots:
         answerAll(fake.service);
         fake.service.answer(tagsPath, 500, broken);
         ListContext context(entryWithSpaceStatuses({}));
-        QCoro::waitFor(context.load(fake.client));
+        runTask(context.load(fake.client));
         QCOMPARE(context.error(), std::nullopt);
         QVERIFY(context.tags().isEmpty());
         QCOMPARE(context.members().size(), 1);
@@ -108,7 +108,7 @@ private slots:
         answerAll(fake.service);
         fake.service.answer(detailsPath, 500, broken);
         ListContext context(entryWithSpaceStatuses({}));
-        QCoro::waitFor(context.load(fake.client));
+        runTask(context.load(fake.client));
         QVERIFY(context.statuses().isEmpty());
         QCOMPARE(context.error(), std::nullopt);
     }
@@ -117,12 +117,12 @@ private slots:
         FakeClient fake;
         answerAll(fake.service);
         ListContext context(entryWithSpaceStatuses(spaceStatuses));
-        QCoro::waitFor(context.load(fake.client));
+        runTask(context.load(fake.client));
         QCOMPARE(context.members().size(), 1);
         for (const QString& path : {detailsPath, membersPath, tagsPath, fieldsPath}) {
             fake.service.answer(path, 500, broken);
         }
-        QCoro::waitFor(context.load(fake.client));
+        runTask(context.load(fake.client));
         QVERIFY(context.members().isEmpty() && context.tags().isEmpty() && context.fields().isEmpty());
         QCOMPARE(context.statuses(), spaceStatuses);
         QVERIFY(context.error());

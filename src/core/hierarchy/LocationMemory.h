@@ -1,0 +1,52 @@
+#pragma once
+
+#include "api/NorvaneClient.h"
+#include "compose/TaskDraft.h"
+#include "hierarchy/HierarchyStore.h"
+#include "hierarchy/ListContext.h"
+#include "settings/SettingsStore.h"
+
+#include <QCoroTask>
+#include <QObject>
+#include <QPointer>
+#include <optional>
+
+// Which list the composer creates tasks in, and the memory of it in the settings: the last
+// location, restored at start, and the preferred workspace. Main thread only.
+class LocationMemory : public QObject {
+    Q_OBJECT
+    Q_PROPERTY(ListContext* currentContext READ currentContext NOTIFY currentContextChanged)
+
+public:
+    // Everything given must outlive this object.
+    LocationMemory(SettingsStore& settings, HierarchyStore& hierarchy, const NorvaneClient& client, TaskDraft& draft,
+                   QObject* parent = nullptr);
+
+    // The chosen list with what is known of it; null before a selection.
+    ListContext* currentContext() const { return m_currentContext; }
+    // The workspace to show: the current list's, else the preferred one, else the last location's,
+    // else the first known one.
+    std::optional<QString> activeWorkspaceID() const;
+
+    // Aims the composer at a list and remembers it as the last location. Another list clears the
+    // draft's list-specific values and gets a new context, loaded in the background; the same list
+    // keeps its context.
+    void selectLocation(const ListEntry& entry);
+    // Selects the remembered list once its workspace's entries are known. A workspace that is gone
+    // leaves the memory as it is; a list that is gone leaves its workspace preferred.
+    QCoro::Task<> restoreLastLocation();
+    // Forgets the current list and everything loaded of the tree, when the account changes.
+    void forgetHierarchy();
+
+signals:
+    void currentContextChanged();
+
+private:
+    void setCurrentContext(ListContext* context);
+
+    SettingsStore& m_settings;
+    HierarchyStore& m_hierarchy;
+    const NorvaneClient& m_client;
+    TaskDraft& m_draft;
+    QPointer<ListContext> m_currentContext;
+};

@@ -1,0 +1,46 @@
+#include "AppStateFixture.h"
+
+#include "auth/KeychainStore.h"
+
+#include <QFile>
+#include <QJsonDocument>
+#include <QTest>
+
+AppStateFixture::AppStateFixture(const SandboxProcess* sandbox, SecretStore* secrets)
+    : m_sandbox(sandbox)
+    , m_secrets(secrets ? secrets : &m_memorySecrets) {
+    writeSettings();
+}
+
+AppStateFixture::~AppStateFixture() {
+    stop();
+    QTRY_VERIFY_WITH_TIMEOUT(m_memorySecrets.inFlight() == 0, 5000);
+}
+
+void AppStateFixture::writeSettings(QJsonObject settings) {
+    if (m_sandbox) {
+        settings.insert(QStringLiteral("serviceAPIBaseURL"), m_sandbox->apiUrl(u"").toString());
+        settings.insert(QStringLiteral("serviceWebBaseURL"), m_sandbox->webUrl(u"").toString());
+    }
+    QFile file(settingsPath());
+    if (!file.open(QIODevice::WriteOnly) || file.write(QJsonDocument(settings).toJson()) < 0) {
+        qFatal("Cannot write the settings file %s", qPrintable(settingsPath()));
+    }
+}
+
+void AppStateFixture::storeToken(qint64 userID, const QString& token) {
+    m_memorySecrets.setItem(KeychainStore::appService, QStringLiteral("norvane-token-") + QString::number(userID),
+                            token.toUtf8());
+}
+
+AppState& AppStateFixture::start() {
+    m_app.reset();
+    m_app = std::make_unique<AppState>(AppEnvironment{m_secrets, settingsPath(), m_sleeper.sleeper()});
+    return *m_app;
+}
+
+AppState& AppStateFixture::startSignedIn() {
+    AppState& app = start();
+    runTask(app.bootstrap());
+    return app;
+}

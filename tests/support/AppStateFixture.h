@@ -1,0 +1,50 @@
+#pragma once
+
+#include "ClientTesting.h"
+#include "MemorySecretStore.h"
+#include "RunTask.h"
+#include "SandboxProcess.h"
+#include "app/AppState.h"
+
+#include <QJsonObject>
+#include <QTemporaryDir>
+#include <memory>
+
+// The central state as the app builds it, for a test: a settings file of its own in a temporary
+// folder, aimed at a sandbox when one is given, secrets in memory unless the test brings a store,
+// and waits that return at once. A test against the sandbox:
+//   AppStateFixture fixture(&sandbox);
+//   fixture.storeToken(userID, token);
+//   AppState& app = fixture.startSignedIn();
+class AppStateFixture {
+public:
+    explicit AppStateFixture(const SandboxProcess* sandbox = nullptr, SecretStore* secrets = nullptr);
+    // Ends the central state, then waits for the memory store's last answers, as the desktop's store
+    // outlives the state.
+    ~AppStateFixture();
+    AppStateFixture(const AppStateFixture&) = delete;
+    AppStateFixture& operator=(const AppStateFixture&) = delete;
+
+    // Rewrites the settings file: the sandbox's addresses and what `settings` adds.
+    void writeSettings(QJsonObject settings = {});
+    // The token as the keychain item of that account, in the memory store.
+    void storeToken(qint64 userID, const QString& token);
+    // A new central state on the settings file; the one before is gone.
+    AppState& start();
+    // A started central state, bootstrapped to its end.
+    AppState& startSignedIn();
+    // Ends the central state, as when the app quits.
+    void stop() { m_app.reset(); }
+
+    AppState& app() const { return *m_app; }
+    MemorySecretStore& memorySecrets() { return m_memorySecrets; }
+    QString settingsPath() const { return m_folder.filePath(QStringLiteral("settings.json")); }
+
+private:
+    const SandboxProcess* m_sandbox;
+    QTemporaryDir m_folder;
+    MemorySecretStore m_memorySecrets;
+    SecretStore* m_secrets;
+    ClientTesting::RecordingSleeper m_sleeper;
+    std::unique_ptr<AppState> m_app;
+};

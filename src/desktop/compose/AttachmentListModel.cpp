@@ -21,11 +21,11 @@ QString noteOn(const StagedAttachment& attachment) {
                       AttachmentSizeLimits::validate(*size));
 }
 
-QString kindOf(const StagedAttachment& attachment) {
+AttachmentListModel::Kind kindOf(const StagedAttachment& attachment) {
     if (attachment.isImage) {
-        return QStringLiteral("image");
+        return AttachmentListModel::Image;
     }
-    return attachment.isVideo ? QStringLiteral("video") : QStringLiteral("file");
+    return attachment.isVideo ? AttachmentListModel::Video : AttachmentListModel::File;
 }
 } // namespace
 
@@ -58,7 +58,7 @@ QVariant AttachmentListModel::data(const QModelIndex& index, int role) const {
     case NoteRole:
         return noteOn(attachment);
     case KindRole:
-        return kindOf(attachment);
+        return QVariant::fromValue(kindOf(attachment));
     default:
         return {};
     }

@@ -4,22 +4,29 @@
 
 #include <QAbstractListModel>
 #include <QList>
+#include <QtQml/qqmlregistration.h>
 
 // The draft's attachments as rows for the popover: name, size and what the size limits say of it.
 // Also tells the page while a drag with files is over the popover.
 class AttachmentListModel : public QAbstractListModel {
     Q_OBJECT
+    QML_ELEMENT
+    QML_UNCREATABLE("The app builds the popover's view models.")
     Q_PROPERTY(int count READ count NOTIFY countChanged)
     Q_PROPERTY(bool isDropTargeted READ isDropTargeted NOTIFY isDropTargetedChanged)
 
 public:
+    // What an attachment is, for its badge.
+    enum Kind { File, Image, Video };
+    Q_ENUM(Kind)
+
     enum Role {
         FilenameRole = Qt::UserRole + 1,
         // "524.3 MB", or empty for an image staged from memory.
         SizeTextRole,
         // The size warning or rejection, or empty.
         NoteRole,
-        // "image", "video" or "file".
+        // Its Kind.
         KindRole,
     };
 

@@ -110,7 +110,7 @@ private slots:
         connectWith(m_sandbox.token());
         const QString name = m_fixture->app->authState().user()->displayName();
         QTRY_COMPARE(textOf(QStringLiteral("signedInUser")), QStringLiteral("Signed in as %1").arg(name));
-        QCOMPARE(m_fixture->auth->phase(), QStringLiteral("signedIn"));
+        QCOMPARE(m_fixture->auth->phase(), AuthViewModel::SignedIn);
     }
 
     void theChosenListIsShownAndRemembered() {
@@ -135,9 +135,9 @@ private slots:
         QVERIFY(m_sandbox.addFault(slow));
         m_fixture->onboarding->setToken(m_sandbox.token());
         m_fixture->onboarding->connect();
-        QTRY_COMPARE(m_fixture->auth->phase(), QStringLiteral("validating"));
+        QTRY_COMPARE(m_fixture->auth->phase(), AuthViewModel::Validating);
         QTRY_VERIFY(m_fixture->popover.rootObject()->findChild<QQuickItem*>(QStringLiteral("connecting")));
-        QTRY_COMPARE(m_fixture->auth->phase(), QStringLiteral("signedIn"));
+        QTRY_COMPARE(m_fixture->auth->phase(), AuthViewModel::SignedIn);
     }
 };
 

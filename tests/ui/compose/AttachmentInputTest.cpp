@@ -45,6 +45,9 @@ class AttachmentInputTest : public QObject {
     TaskDraft& draft() { return m_fixture->app->draft(); }
     AttachmentListModel& model() { return *m_fixture->attachments; }
     QString role(int row, AttachmentListModel::Role role) { return model().data(model().index(row), role).toString(); }
+    AttachmentListModel::Kind kind(int row) {
+        return model().data(model().index(row), AttachmentListModel::KindRole).value<AttachmentListModel::Kind>();
+    }
 
     // Delegates of a list view are visual children only, out of reach of findChild.
     static QQuickItem* visualChild(QQuickItem* item, const QString& objectName) {
@@ -105,7 +108,7 @@ private slots:
         QCOMPARE(role(0, AttachmentListModel::FilenameRole), QStringLiteral("notes.pdf"));
         QCOMPARE(role(0, AttachmentListModel::SizeTextRole), QStringLiteral("2.4 MB"));
         QCOMPARE(role(0, AttachmentListModel::NoteRole), QString());
-        QCOMPARE(role(1, AttachmentListModel::KindRole), QStringLiteral("video"));
+        QCOMPARE(kind(1), AttachmentListModel::Video);
         QCOMPARE(role(1, AttachmentListModel::NoteRole),
                  QStringLiteral("This file is 600 MB. Norvane allows up to 1 GB per attachment."));
         QCOMPARE(m_fixture->find(QStringLiteral("attachmentCount"))->property("text").toString(),
@@ -134,7 +137,10 @@ private slots:
         QCOMPARE(draft().attachments().size(), 1);
         QVERIFY(draft().attachments().first().isImage);
         QVERIFY(draft().attachments().first().filename.startsWith(QStringLiteral("Pasted image ")));
-        QCOMPARE(role(0, AttachmentListModel::KindRole), QStringLiteral("image"));
+        QCOMPARE(kind(0), AttachmentListModel::Image);
+        QQuickItem* badge = nullptr;
+        QTRY_VERIFY((badge = visualChild(m_fixture->popover.rootObject(), QStringLiteral("attachmentKind"))));
+        QCOMPARE(badge->property("text").toString(), QStringLiteral("IMAGE"));
     }
 
     void aPastedPictureIsListedWithTheSizeOfItsWrittenFile() {

@@ -1,12 +1,13 @@
 import QtQuick
 import QtQuick.Controls
 import QtQuick.Layouts
+import NorvaneBar
 
 // First sign-in: the person pastes a personal API token.
 Pane {
     id: root
 
-    required property var model
+    required property OnboardingModel model
 
     padding: 20
     focus: true

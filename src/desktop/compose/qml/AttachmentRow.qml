@@ -1,6 +1,7 @@
 import QtQuick
 import QtQuick.Controls
 import QtQuick.Layouts
+import NorvaneBar
 
 // One staged attachment: its name, its size, what the size limits say of it, and a remove button.
 // Delete or Backspace on a focused row removes it as well.
@@ -11,7 +12,8 @@ FocusScope {
     required property string filename
     required property string sizeText
     required property string note
-    required property string kind
+    // An AttachmentListModel.Kind.
+    required property int kind
 
     signal removeRequested
 
@@ -48,11 +50,21 @@ FocusScope {
             color: row.palette.mid
 
             Label {
+                objectName: "attachmentKind"
                 anchors.centerIn: parent
                 font.pixelSize: 10
                 font.bold: true
                 color: row.palette.base
-                text: row.kind === "image" ? "IMAGE" : row.kind === "video" ? "VIDEO" : "FILE"
+                text: {
+                    switch (row.kind) {
+                    case AttachmentListModel.Image:
+                        return "IMAGE";
+                    case AttachmentListModel.Video:
+                        return "VIDEO";
+                    default:
+                        return "FILE";
+                    }
+                }
                 Accessible.ignored: true
             }
         }

@@ -6,10 +6,10 @@ import NorvaneBar
 Pane {
     id: root
 
-    required property var auth
-    required property var onboarding
-    required property var location
-    required property var attachments
+    required property AuthViewModel auth
+    required property OnboardingModel onboarding
+    required property LocationViewModel location
+    required property AttachmentListModel attachments
 
     width: 380
     height: 460
@@ -30,10 +30,11 @@ Pane {
         anchors.margins: 1
         sourceComponent: {
             switch (root.auth.phase) {
-            case "validating":
+            case AuthViewModel.Validating:
                 return connecting;
-            case "signedIn":
+            case AuthViewModel.SignedIn:
                 return signedIn;
+            case AuthViewModel.SignedOut:
             default:
                 return onboardingPage;
             }

@@ -50,6 +50,13 @@ signals:
     void isDropTargetedChanged();
 
 private:
+    // Brings the rows to the draft's list with row-level signals: the rows both lists share at their
+    // start and end stay, those between are removed and the new ones inserted, and a row that stays
+    // but whose record changed is reported changed.
+    void followDraft();
+
     TaskDraft& m_draft;
+    // The draft's list as the views were last told it.
+    QList<StagedAttachment> m_rows;
     bool m_isDropTargeted = false;
 };

@@ -22,7 +22,7 @@ class OnboardingTest : public QObject {
 
     // Signs in through the model and waits for the answer.
     void connectWith(const QString& token) {
-        QSignalSpy finished(m_fixture->onboarding.get(), &OnboardingModel::finished);
+        QSignalSpy finished(m_fixture->onboarding, &OnboardingModel::finished);
         m_fixture->onboarding->setToken(token);
         m_fixture->onboarding->connect();
         // A refused format answers at once, before any wait.
@@ -64,7 +64,7 @@ private slots:
     }
 
     void pressingConnectTwiceQuicklyStartsOneSignIn() {
-        QSignalSpy finished(m_fixture->onboarding.get(), &OnboardingModel::finished);
+        QSignalSpy finished(m_fixture->onboarding, &OnboardingModel::finished);
         m_fixture->onboarding->setToken(m_sandbox.token());
         m_fixture->onboarding->connect();
         QVERIFY(m_fixture->onboarding->isBusy());

@@ -87,7 +87,7 @@ private slots:
     void init() {
         m_fixture = PopoverFixture::shownAgainst(m_sandbox);
         QVERIFY(m_fixture);
-        QSignalSpy finished(m_fixture->onboarding.get(), &OnboardingModel::finished);
+        QSignalSpy finished(m_fixture->onboarding, &OnboardingModel::finished);
         m_fixture->onboarding->setToken(m_sandbox.token());
         m_fixture->onboarding->connect();
         QTRY_VERIFY_WITH_TIMEOUT(finished.count() == 1, 10'000);

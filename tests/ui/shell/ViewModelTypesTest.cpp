@@ -63,8 +63,7 @@ private slots:
 
     void qmlComparesThePhaseByName() {
         QQmlEngine engine;
-        const std::unique_ptr<QObject> page =
-            create(engine, R"(
+        const std::unique_ptr<QObject> page = create(engine, R"(
 import QtQml
 import NorvaneBar
 QtObject {
@@ -75,7 +74,7 @@ QtObject {
     readonly property int signedInValue: AuthViewModel.SignedIn
 }
 )",
-                   {{QStringLiteral("auth"), QVariant::fromValue(m_fixture->auth.get())}});
+                                                     {{QStringLiteral("auth"), QVariant::fromValue(m_fixture->auth)}});
         QVERIFY(page);
         QVERIFY(page->property("signedOut").toBool());
         QCOMPARE(page->property("signedOutValue").toInt(), int(AuthViewModel::SignedOut));

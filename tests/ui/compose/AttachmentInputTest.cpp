@@ -2,6 +2,7 @@
 #include "SandboxProcess.h"
 #include "compose/AttachmentSizeLimits.h"
 
+#include <QAccessible>
 #include <QClipboard>
 #include <QFile>
 #include <QFileInfo>
@@ -62,6 +63,22 @@ class AttachmentInputTest : public QObject {
         return nullptr;
     }
 
+    // What assistive technology hears for each listed attachment.
+    QStringList rowNames() {
+        QStringList names;
+        collectRowNames(m_fixture->popover.rootObject(), names);
+        return names;
+    }
+
+    static void collectRowNames(QQuickItem* item, QStringList& names) {
+        for (QQuickItem* child : item->childItems()) {
+            if (child->objectName() == QStringLiteral("attachmentRow")) {
+                names << QAccessible::queryAccessibleInterface(child)->text(QAccessible::Name);
+            }
+            collectRowNames(child, names);
+        }
+    }
+
     void pressPaste() { QTest::keyClick(&m_fixture->popover, Qt::Key_V, Qt::ControlModifier); }
 
     void drop(QMimeData* data) {
@@ -113,6 +130,10 @@ private slots:
                  QStringLiteral("This file is 600 MB. Norvane allows up to 1 GB per attachment."));
         QCOMPARE(m_fixture->find(QStringLiteral("attachmentCount"))->property("text").toString(),
                  QStringLiteral("2 attachments"));
+        QTRY_COMPARE(rowNames().size(), 2);
+        QVERIFY(rowNames().contains(QStringLiteral("notes.pdf, 2.4 MB")));
+        QVERIFY(rowNames().contains(
+            QStringLiteral("demo.mov, 600 MB, This file is 600 MB. Norvane allows up to 1 GB per attachment.")));
     }
 
     void aFileOverTheLimitIsListedWithItsRejection() {

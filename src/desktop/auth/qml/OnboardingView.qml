@@ -61,12 +61,14 @@ Pane {
         }
 
         Button {
+            id: tokenPageLink
+
             objectName: "tokenPageLink"
             flat: true
             leftPadding: 0
             text: "Find your token: Norvane → Settings → Apps"
             contentItem: Label {
-                text: parent.text
+                text: tokenPageLink.text
                 color: root.palette.link
                 font.underline: true
             }

@@ -8,6 +8,7 @@ import NorvaneBar
 FocusScope {
     id: row
 
+    objectName: "attachmentRow"
     required property int index
     required property string filename
     required property string sizeText
@@ -26,7 +27,15 @@ FocusScope {
         }
     }
     Accessible.role: Accessible.ListItem
-    Accessible.name: [row.filename, row.sizeText, row.note].filter(part => part.length > 0).join(", ")
+    // The name, size and note that are not empty, joined by commas.
+    Accessible.name: {
+        let name = "";
+        for (const part of [row.filename, row.sizeText, row.note]) {
+            if (part.length > 0)
+                name = name.length > 0 ? name + ", " + part : part;
+        }
+        return name;
+    }
 
     Rectangle {
         anchors.fill: parent

@@ -77,7 +77,7 @@ Pane {
             Accessible.name: "Attachments"
 
             delegate: AttachmentRow {
-                width: attachmentList.width
+                width: ListView.view.width
                 onRemoveRequested: root.attachments.remove(this.index)
             }
 

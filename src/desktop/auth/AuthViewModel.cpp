@@ -1,17 +1,18 @@
 #include "auth/AuthViewModel.h"
 
+#include "support/Overloaded.h"
+
 AuthViewModel::AuthViewModel(AppState& app, QObject* parent)
     : QObject(parent)
     , m_app(app) {
     connect(&app, &AppState::authStateChanged, this, &AuthViewModel::changed);
 }
 
-QString AuthViewModel::phase() const {
-    const AuthState& state = m_app.authState();
-    if (state.is<AuthState::Validating>()) {
-        return QStringLiteral("validating");
-    }
-    return state.is<AuthState::SignedIn>() ? QStringLiteral("signedIn") : QStringLiteral("signedOut");
+AuthViewModel::Phase AuthViewModel::phase() const {
+    return std::visit(Overloaded{[](const AuthState::SignedOut&) { return SignedOut; },
+                                 [](const AuthState::Validating&) { return Validating; },
+                                 [](const AuthState::SignedIn&) { return SignedIn; }},
+                      m_app.authState().value);
 }
 
 QString AuthViewModel::userDisplayName() const {

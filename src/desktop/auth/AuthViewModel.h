@@ -3,18 +3,24 @@
 #include "app/AppState.h"
 
 #include <QObject>
+#include <QtQml/qqmlregistration.h>
 
 // What the popover shows of sign-in: which page, and whose name.
 class AuthViewModel : public QObject {
     Q_OBJECT
-    // "signedOut", "validating" or "signedIn".
-    Q_PROPERTY(QString phase READ phase NOTIFY changed)
+    QML_ELEMENT
+    QML_UNCREATABLE("The app builds the popover's view models.")
+    Q_PROPERTY(Phase phase READ phase NOTIFY changed)
     Q_PROPERTY(QString userDisplayName READ userDisplayName NOTIFY changed)
 
 public:
+    // The sign-in state, as far as the choice of page goes.
+    enum Phase { SignedOut, Validating, SignedIn };
+    Q_ENUM(Phase)
+
     explicit AuthViewModel(AppState& app, QObject* parent = nullptr);
 
-    QString phase() const;
+    Phase phase() const;
     QString userDisplayName() const;
 
 signals:

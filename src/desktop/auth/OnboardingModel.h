@@ -4,11 +4,14 @@
 
 #include <QObject>
 #include <QUrl>
+#include <QtQml/qqmlregistration.h>
 
 // The state of the onboarding page: the pasted token, the message of the last attempt, and
 // whether a sign-in is under way.
 class OnboardingModel : public QObject {
     Q_OBJECT
+    QML_ELEMENT
+    QML_UNCREATABLE("The app builds the popover's view models.")
     Q_PROPERTY(QString token READ token WRITE setToken NOTIFY tokenChanged)
     Q_PROPERTY(QString errorMessage READ errorMessage NOTIFY errorMessageChanged)
     Q_PROPERTY(bool isBusy READ isBusy NOTIFY isBusyChanged)

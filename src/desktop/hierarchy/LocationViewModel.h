@@ -4,11 +4,14 @@
 
 #include <QObject>
 #include <QStringList>
+#include <QtQml/qqmlregistration.h>
 
 // A plain chooser of the list new tasks go to, among the lists of the active workspace; the full
 // location picker takes its place later.
 class LocationViewModel : public QObject {
     Q_OBJECT
+    QML_ELEMENT
+    QML_UNCREATABLE("The app builds the popover's view models.")
     // "Space › Folder › List" for each list, in the tree's order.
     Q_PROPERTY(QStringList entryTitles READ entryTitles NOTIFY changed)
     // The position of the chosen list among them, or -1.

@@ -9,20 +9,17 @@ AppDelegate::AppDelegate(QObject* parent)
     : QObject(parent) {}
 
 void AppDelegate::applicationDidFinishLaunching() {
-    const auto toggleWithoutAnchor = [this] { m_popover.toggle(std::nullopt); };
+    PopoverWindow& popover = m_pages.window();
+    const auto toggleWithoutAnchor = [this] { m_pages.window().toggle(std::nullopt); };
     connect(&m_instance, &SingleInstance::messageReceived, this, toggleWithoutAnchor);
     connect(&m_control, &ControlService::toggleRequested, this, toggleWithoutAnchor);
-    connect(&m_statusItem, &StatusItem::clicked, &m_popover, &PopoverWindow::toggle);
+    connect(&m_statusItem, &StatusItem::clicked, &popover, &PopoverWindow::toggle);
     connect(&m_statusItem, &StatusItem::quitRequested, qApp, &QCoreApplication::quit);
-    connect(&m_popover, &PopoverWindow::presentedChanged, &m_control, &ControlService::setPopoverVisible);
+    connect(&popover, &PopoverWindow::presentedChanged, &m_control, &ControlService::setPopoverVisible);
     connect(&m_trayHost, &TrayHostWatcher::hostFound, this, &AppDelegate::trayHostFound);
     connect(&m_trayHost, &TrayHostWatcher::noHostFound, this, &AppDelegate::noTrayHostFound);
 
-    m_popover.setInitialProperties({{QStringLiteral("auth"), QVariant::fromValue(&m_authModel)},
-                                    {QStringLiteral("onboarding"), QVariant::fromValue(&m_onboardingModel)},
-                                    {QStringLiteral("location"), QVariant::fromValue(&m_locationModel)},
-                                    {QStringLiteral("attachments"), QVariant::fromValue(&m_attachmentsModel)}});
-    m_app.popoverController = &m_popover;
+    m_app.popoverController = &popover;
 
     m_instance.listen();
     m_control.publish();
@@ -33,7 +30,7 @@ void AppDelegate::applicationDidFinishLaunching() {
 void AppDelegate::trayHostFound() {
     m_statusItem.create();
     // The popover's content loads right after the icon is up, never before it.
-    QTimer::singleShot(0, &m_popover, &PopoverWindow::prepare);
+    QTimer::singleShot(0, &m_pages.window(), &PopoverWindow::prepare);
 }
 
 void AppDelegate::noTrayHostFound() {
@@ -41,5 +38,5 @@ void AppDelegate::noTrayHostFound() {
                "NorvaneBar keeps running: launch it again, or call TogglePopover on com.norvanebar.NorvaneBar over "
                "D-Bus, to open it.\n",
                stderr);
-    m_popover.prepare();
+    m_pages.window().prepare();
 }

@@ -22,7 +22,7 @@ class OnboardingTest : public QObject {
 
     // Signs in through the model and waits for the answer.
     void connectWith(const QString& token) {
-        QSignalSpy finished(m_fixture->onboarding.get(), &OnboardingModel::finished);
+        QSignalSpy finished(m_fixture->onboarding, &OnboardingModel::finished);
         m_fixture->onboarding->setToken(token);
         m_fixture->onboarding->connect();
         // A refused format answers at once, before any wait.
@@ -64,7 +64,7 @@ private slots:
     }
 
     void pressingConnectTwiceQuicklyStartsOneSignIn() {
-        QSignalSpy finished(m_fixture->onboarding.get(), &OnboardingModel::finished);
+        QSignalSpy finished(m_fixture->onboarding, &OnboardingModel::finished);
         m_fixture->onboarding->setToken(m_sandbox.token());
         m_fixture->onboarding->connect();
         QVERIFY(m_fixture->onboarding->isBusy());
@@ -110,7 +110,7 @@ private slots:
         connectWith(m_sandbox.token());
         const QString name = m_fixture->app->authState().user()->displayName();
         QTRY_COMPARE(textOf(QStringLiteral("signedInUser")), QStringLiteral("Signed in as %1").arg(name));
-        QCOMPARE(m_fixture->auth->phase(), QStringLiteral("signedIn"));
+        QCOMPARE(m_fixture->auth->phase(), AuthViewModel::SignedIn);
     }
 
     void theChosenListIsShownAndRemembered() {
@@ -135,9 +135,9 @@ private slots:
         QVERIFY(m_sandbox.addFault(slow));
         m_fixture->onboarding->setToken(m_sandbox.token());
         m_fixture->onboarding->connect();
-        QTRY_COMPARE(m_fixture->auth->phase(), QStringLiteral("validating"));
+        QTRY_COMPARE(m_fixture->auth->phase(), AuthViewModel::Validating);
         QTRY_VERIFY(m_fixture->popover.rootObject()->findChild<QQuickItem*>(QStringLiteral("connecting")));
-        QTRY_COMPARE(m_fixture->auth->phase(), QStringLiteral("signedIn"));
+        QTRY_COMPARE(m_fixture->auth->phase(), AuthViewModel::SignedIn);
     }
 };
 

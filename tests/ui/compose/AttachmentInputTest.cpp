@@ -2,6 +2,7 @@
 #include "SandboxProcess.h"
 #include "compose/AttachmentSizeLimits.h"
 
+#include <QAccessible>
 #include <QClipboard>
 #include <QFile>
 #include <QFileInfo>
@@ -45,6 +46,9 @@ class AttachmentInputTest : public QObject {
     TaskDraft& draft() { return m_fixture->app->draft(); }
     AttachmentListModel& model() { return *m_fixture->attachments; }
     QString role(int row, AttachmentListModel::Role role) { return model().data(model().index(row), role).toString(); }
+    AttachmentListModel::Kind kind(int row) {
+        return model().data(model().index(row), AttachmentListModel::KindRole).value<AttachmentListModel::Kind>();
+    }
 
     // Delegates of a list view are visual children only, out of reach of findChild.
     static QQuickItem* visualChild(QQuickItem* item, const QString& objectName) {
@@ -57,6 +61,22 @@ class AttachmentInputTest : public QObject {
             }
         }
         return nullptr;
+    }
+
+    // What assistive technology hears for each listed attachment.
+    QStringList rowNames() {
+        QStringList names;
+        collectRowNames(m_fixture->popover.rootObject(), names);
+        return names;
+    }
+
+    static void collectRowNames(QQuickItem* item, QStringList& names) {
+        for (QQuickItem* child : item->childItems()) {
+            if (child->objectName() == QStringLiteral("attachmentRow")) {
+                names << QAccessible::queryAccessibleInterface(child)->text(QAccessible::Name);
+            }
+            collectRowNames(child, names);
+        }
     }
 
     void pressPaste() { QTest::keyClick(&m_fixture->popover, Qt::Key_V, Qt::ControlModifier); }
@@ -84,7 +104,7 @@ private slots:
     void init() {
         m_fixture = PopoverFixture::shownAgainst(m_sandbox);
         QVERIFY(m_fixture);
-        QSignalSpy finished(m_fixture->onboarding.get(), &OnboardingModel::finished);
+        QSignalSpy finished(m_fixture->onboarding, &OnboardingModel::finished);
         m_fixture->onboarding->setToken(m_sandbox.token());
         m_fixture->onboarding->connect();
         QTRY_VERIFY_WITH_TIMEOUT(finished.count() == 1, 10'000);
@@ -105,11 +125,15 @@ private slots:
         QCOMPARE(role(0, AttachmentListModel::FilenameRole), QStringLiteral("notes.pdf"));
         QCOMPARE(role(0, AttachmentListModel::SizeTextRole), QStringLiteral("2.4 MB"));
         QCOMPARE(role(0, AttachmentListModel::NoteRole), QString());
-        QCOMPARE(role(1, AttachmentListModel::KindRole), QStringLiteral("video"));
+        QCOMPARE(kind(1), AttachmentListModel::Video);
         QCOMPARE(role(1, AttachmentListModel::NoteRole),
                  QStringLiteral("This file is 600 MB. Norvane allows up to 1 GB per attachment."));
         QCOMPARE(m_fixture->find(QStringLiteral("attachmentCount"))->property("text").toString(),
                  QStringLiteral("2 attachments"));
+        QTRY_COMPARE(rowNames().size(), 2);
+        QVERIFY(rowNames().contains(QStringLiteral("notes.pdf, 2.4 MB")));
+        QVERIFY(rowNames().contains(
+            QStringLiteral("demo.mov, 600 MB, This file is 600 MB. Norvane allows up to 1 GB per attachment.")));
     }
 
     void aFileOverTheLimitIsListedWithItsRejection() {
@@ -134,7 +158,10 @@ private slots:
         QCOMPARE(draft().attachments().size(), 1);
         QVERIFY(draft().attachments().first().isImage);
         QVERIFY(draft().attachments().first().filename.startsWith(QStringLiteral("Pasted image ")));
-        QCOMPARE(role(0, AttachmentListModel::KindRole), QStringLiteral("image"));
+        QCOMPARE(kind(0), AttachmentListModel::Image);
+        QQuickItem* badge = nullptr;
+        QTRY_VERIFY((badge = visualChild(m_fixture->popover.rootObject(), QStringLiteral("attachmentKind"))));
+        QCOMPARE(badge->property("text").toString(), QStringLiteral("IMAGE"));
     }
 
     void aPastedPictureIsListedWithTheSizeOfItsWrittenFile() {

@@ -1,12 +1,13 @@
 import QtQuick
 import QtQuick.Controls
 import QtQuick.Layouts
+import NorvaneBar
 
 // First sign-in: the person pastes a personal API token.
 Pane {
     id: root
 
-    required property var model
+    required property OnboardingModel model
 
     padding: 20
     focus: true
@@ -60,12 +61,14 @@ Pane {
         }
 
         Button {
+            id: tokenPageLink
+
             objectName: "tokenPageLink"
             flat: true
             leftPadding: 0
             text: "Find your token: Norvane → Settings → Apps"
             contentItem: Label {
-                text: parent.text
+                text: tokenPageLink.text
                 color: root.palette.link
                 font.underline: true
             }

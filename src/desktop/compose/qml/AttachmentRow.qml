@@ -1,17 +1,20 @@
 import QtQuick
 import QtQuick.Controls
 import QtQuick.Layouts
+import NorvaneBar
 
 // One staged attachment: its name, its size, what the size limits say of it, and a remove button.
 // Delete or Backspace on a focused row removes it as well.
 FocusScope {
     id: row
 
+    objectName: "attachmentRow"
     required property int index
     required property string filename
     required property string sizeText
     required property string note
-    required property string kind
+    // An AttachmentListModel.Kind.
+    required property int kind
 
     signal removeRequested
 
@@ -24,7 +27,15 @@ FocusScope {
         }
     }
     Accessible.role: Accessible.ListItem
-    Accessible.name: [row.filename, row.sizeText, row.note].filter(part => part.length > 0).join(", ")
+    // The name, size and note that are not empty, joined by commas.
+    Accessible.name: {
+        let name = "";
+        for (const part of [row.filename, row.sizeText, row.note]) {
+            if (part.length > 0)
+                name = name.length > 0 ? name + ", " + part : part;
+        }
+        return name;
+    }
 
     Rectangle {
         anchors.fill: parent
@@ -48,11 +59,21 @@ FocusScope {
             color: row.palette.mid
 
             Label {
+                objectName: "attachmentKind"
                 anchors.centerIn: parent
                 font.pixelSize: 10
                 font.bold: true
                 color: row.palette.base
-                text: row.kind === "image" ? "IMAGE" : row.kind === "video" ? "VIDEO" : "FILE"
+                text: {
+                    switch (row.kind) {
+                    case AttachmentListModel.Image:
+                        return "IMAGE";
+                    case AttachmentListModel.Video:
+                        return "VIDEO";
+                    default:
+                        return "FILE";
+                    }
+                }
                 Accessible.ignored: true
             }
         }

@@ -6,10 +6,10 @@ import NorvaneBar
 Pane {
     id: root
 
-    required property var auth
-    required property var onboarding
-    required property var location
-    required property var attachments
+    required property AuthViewModel auth
+    required property OnboardingModel onboarding
+    required property LocationViewModel location
+    required property AttachmentListModel attachments
 
     width: 380
     height: 460
@@ -24,20 +24,39 @@ Pane {
     Accessible.role: Accessible.Pane
     Accessible.name: "NorvaneBar"
 
+    // The page of the sign-in phase, made when the phase turns to it and handed its view models as
+    // initial properties: from inside a Component, this root is reachable only by an unqualified lookup.
     Loader {
-        anchors.fill: parent
-        focus: true
-        anchors.margins: 1
-        sourceComponent: {
-            switch (root.auth.phase) {
-            case "validating":
-                return connecting;
-            case "signedIn":
-                return signedIn;
+        id: page
+
+        readonly property int phase: root.auth.phase
+
+        function show() {
+            switch (page.phase) {
+            case AuthViewModel.Validating:
+                page.sourceComponent = connecting;
+                break;
+            case AuthViewModel.SignedIn:
+                page.setSource("SignedInPopoverView.qml", {
+                    "auth": root.auth,
+                    "location": root.location,
+                    "attachments": root.attachments
+                });
+                break;
+            case AuthViewModel.SignedOut:
             default:
-                return onboardingPage;
+                page.setSource("../../auth/qml/OnboardingView.qml", {
+                    "model": root.onboarding
+                });
+                break;
             }
         }
+
+        anchors.fill: parent
+        anchors.margins: 1
+        focus: true
+        onPhaseChanged: page.show()
+        Component.onCompleted: page.show()
     }
 
     Component {
@@ -50,24 +69,6 @@ Pane {
                 text: "Connecting to Norvane…"
                 Accessible.name: text
             }
-        }
-    }
-
-    Component {
-        id: onboardingPage
-
-        OnboardingView {
-            model: root.onboarding
-        }
-    }
-
-    Component {
-        id: signedIn
-
-        SignedInPopoverView {
-            auth: root.auth
-            location: root.location
-            attachments: root.attachments
         }
     }
 }

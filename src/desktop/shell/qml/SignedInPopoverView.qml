@@ -7,9 +7,9 @@ import NorvaneBar
 Pane {
     id: root
 
-    required property var auth
-    required property var location
-    required property var attachments
+    required property AuthViewModel auth
+    required property LocationViewModel location
+    required property AttachmentListModel attachments
 
     padding: 16
 
@@ -77,7 +77,7 @@ Pane {
             Accessible.name: "Attachments"
 
             delegate: AttachmentRow {
-                width: attachmentList.width
+                width: ListView.view.width
                 onRemoveRequested: root.attachments.remove(this.index)
             }
 

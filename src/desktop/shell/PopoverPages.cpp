@@ -1,0 +1,13 @@
+#include "shell/PopoverPages.h"
+
+PopoverPages::PopoverPages(AppState& app, QClipboard& clipboard)
+    : m_auth(app)
+    , m_onboarding(app)
+    , m_location(app)
+    , m_attachments(app.draft())
+    , m_attachmentInput(m_window, m_attachments, clipboard) {
+    m_window.setInitialProperties({{QStringLiteral("auth"), QVariant::fromValue(&m_auth)},
+                                   {QStringLiteral("onboarding"), QVariant::fromValue(&m_onboarding)},
+                                   {QStringLiteral("location"), QVariant::fromValue(&m_location)},
+                                   {QStringLiteral("attachments"), QVariant::fromValue(&m_attachments)}});
+}

@@ -1,0 +1,35 @@
+#pragma once
+
+#include "app/AppState.h"
+#include "auth/AuthViewModel.h"
+#include "auth/OnboardingModel.h"
+#include "compose/AttachmentInput.h"
+#include "compose/AttachmentListModel.h"
+#include "hierarchy/LocationViewModel.h"
+#include "shell/PopoverWindow.h"
+
+class QClipboard;
+
+// The popover window and the view models of its pages, wired the one way the app and the UI tests
+// share: each page gets its models as required properties, and files pasted into or dropped on the
+// window join the draft.
+class PopoverPages {
+public:
+    PopoverPages(AppState& app, QClipboard& clipboard);
+    Q_DISABLE_COPY_MOVE(PopoverPages)
+
+    PopoverWindow& window() { return m_window; }
+    AuthViewModel& auth() { return m_auth; }
+    OnboardingModel& onboarding() { return m_onboarding; }
+    LocationViewModel& location() { return m_location; }
+    AttachmentListModel& attachments() { return m_attachments; }
+
+private:
+    AuthViewModel m_auth;
+    OnboardingModel m_onboarding;
+    LocationViewModel m_location;
+    AttachmentListModel m_attachments;
+    // After the models, so that the pages are gone before the models they show.
+    PopoverWindow m_window;
+    AttachmentInput m_attachmentInput;
+};

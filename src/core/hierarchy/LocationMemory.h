@@ -22,6 +22,8 @@ public:
     LocationMemory(SettingsStore& settings, HierarchyStore& hierarchy, const NorvaneClient& client, TaskDraft& draft,
                    QObject* parent = nullptr);
 
+    // The tree the lists are chosen from.
+    HierarchyStore& hierarchy() const { return m_hierarchy; }
     // The chosen list with what is known of it; null before a selection.
     ListContext* currentContext() const { return m_currentContext; }
     // The workspace to show: the current list's, else the preferred one, else the last location's,

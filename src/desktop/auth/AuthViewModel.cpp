@@ -2,20 +2,20 @@
 
 #include "support/Overloaded.h"
 
-AuthViewModel::AuthViewModel(AppState& app, QObject* parent)
+AuthViewModel::AuthViewModel(AuthController& auth, QObject* parent)
     : QObject(parent)
-    , m_app(app) {
-    connect(&app, &AppState::authStateChanged, this, &AuthViewModel::changed);
+    , m_auth(auth) {
+    connect(&auth, &AuthController::authStateChanged, this, &AuthViewModel::changed);
 }
 
 AuthViewModel::Phase AuthViewModel::phase() const {
     return std::visit(Overloaded{[](const AuthState::SignedOut&) { return SignedOut; },
                                  [](const AuthState::Validating&) { return Validating; },
                                  [](const AuthState::SignedIn&) { return SignedIn; }},
-                      m_app.authState().value);
+                      m_auth.authState().value);
 }
 
 QString AuthViewModel::userDisplayName() const {
-    const NVUser* user = m_app.authState().user();
+    const NVUser* user = m_auth.authState().user();
     return user ? user->displayName() : QString();
 }

@@ -1,6 +1,6 @@
 #pragma once
 
-#include "app/AppState.h"
+#include "auth/AuthController.h"
 
 #include <QObject>
 #include <QtQml/qqmlregistration.h>
@@ -18,7 +18,7 @@ public:
     enum Phase { SignedOut, Validating, SignedIn };
     Q_ENUM(Phase)
 
-    explicit AuthViewModel(AppState& app, QObject* parent = nullptr);
+    explicit AuthViewModel(AuthController& auth, QObject* parent = nullptr);
 
     Phase phase() const;
     QString userDisplayName() const;
@@ -27,5 +27,5 @@ signals:
     void changed();
 
 private:
-    AppState& m_app;
+    AuthController& m_auth;
 };

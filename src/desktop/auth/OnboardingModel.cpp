@@ -4,9 +4,10 @@
 
 #include <QPointer>
 
-OnboardingModel::OnboardingModel(AppState& app, QObject* parent)
+OnboardingModel::OnboardingModel(AuthController& auth, ServiceAddresses addresses, QObject* parent)
     : QObject(parent)
-    , m_app(app) {}
+    , m_auth(auth)
+    , m_addresses(std::move(addresses)) {}
 
 void OnboardingModel::setToken(const QString& token) {
     if (m_token != token) {
@@ -16,7 +17,7 @@ void OnboardingModel::setToken(const QString& token) {
 }
 
 QUrl OnboardingModel::tokenPageURL() const {
-    QUrl url = m_app.serviceAddresses().webBaseURL;
+    QUrl url = m_addresses.webBaseURL;
     url.setPath(url.path() + QStringLiteral("/settings/apps"));
     return url;
 }
@@ -33,7 +34,7 @@ void OnboardingModel::connect() {
 
 QCoro::Task<> OnboardingModel::signIn(QString token) {
     QPointer<OnboardingModel> self(this);
-    QCoro::Task<std::optional<QString>> signingIn = m_app.signIn(std::move(token));
+    QCoro::Task<std::optional<QString>> signingIn = m_auth.signIn(std::move(token));
     const std::optional<QString> message = co_await std::move(signingIn);
     if (!self) {
         co_return;

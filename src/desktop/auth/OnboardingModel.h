@@ -1,6 +1,7 @@
 #pragma once
 
-#include "app/AppState.h"
+#include "app/ServiceAddresses.h"
+#include "auth/AuthController.h"
 
 #include <QObject>
 #include <QUrl>
@@ -18,7 +19,8 @@ class OnboardingModel : public QObject {
     Q_PROPERTY(QUrl tokenPageURL READ tokenPageURL CONSTANT)
 
 public:
-    explicit OnboardingModel(AppState& app, QObject* parent = nullptr);
+    // `addresses` tell where the service lists a person's tokens.
+    OnboardingModel(AuthController& auth, ServiceAddresses addresses, QObject* parent = nullptr);
 
     const QString& token() const { return m_token; }
     void setToken(const QString& token);
@@ -42,7 +44,8 @@ private:
     void setErrorMessage(const QString& message);
     void setBusy(bool busy);
 
-    AppState& m_app;
+    AuthController& m_auth;
+    const ServiceAddresses m_addresses;
     QString m_token;
     QString m_errorMessage;
     bool m_isBusy = false;

@@ -2,16 +2,17 @@
 
 #include "async/StartTask.h"
 
-LocationViewModel::LocationViewModel(AppState& app, QObject* parent)
+LocationViewModel::LocationViewModel(LocationMemory& location, const AuthController& auth, QObject* parent)
     : QObject(parent)
-    , m_app(app) {
-    connect(&app, &AppState::currentContextChanged, this, &LocationViewModel::changed);
-    connect(&app.hierarchy(), &HierarchyStore::entriesByWorkspaceChanged, this, &LocationViewModel::changed);
+    , m_location(location)
+    , m_auth(auth) {
+    connect(&location, &LocationMemory::currentContextChanged, this, &LocationViewModel::changed);
+    connect(&location.hierarchy(), &HierarchyStore::entriesByWorkspaceChanged, this, &LocationViewModel::changed);
 }
 
 QList<ListEntry> LocationViewModel::entries() const {
-    const std::optional<QString> workspaceID = m_app.activeWorkspaceID();
-    return workspaceID ? m_app.hierarchy().entriesByWorkspace().value(*workspaceID) : QList<ListEntry>();
+    const std::optional<QString> workspaceID = m_location.activeWorkspaceID();
+    return workspaceID ? m_location.hierarchy().entriesByWorkspace().value(*workspaceID) : QList<ListEntry>();
 }
 
 QStringList LocationViewModel::entryTitles() const {
@@ -28,7 +29,7 @@ QStringList LocationViewModel::entryTitles() const {
 }
 
 int LocationViewModel::currentIndex() const {
-    const ListContext* context = m_app.currentContext();
+    const ListContext* context = m_location.currentContext();
     if (!context) {
         return -1;
     }
@@ -42,20 +43,20 @@ int LocationViewModel::currentIndex() const {
 }
 
 QString LocationViewModel::locationTitle() const {
-    const ListContext* context = m_app.currentContext();
+    const ListContext* context = m_location.currentContext();
     return context ? context->entry().list.name : QStringLiteral("Choose workspace and list…");
 }
 
 void LocationViewModel::select(int index) {
     const QList<ListEntry> all = entries();
     if (index >= 0 && index < all.size()) {
-        m_app.selectLocation(all.at(index));
+        m_location.selectLocation(all.at(index));
     }
 }
 
 void LocationViewModel::loadEntries() {
-    const std::optional<QString> workspaceID = m_app.activeWorkspaceID();
-    if (m_app.authState().is<AuthState::SignedIn>() && workspaceID) {
-        startTask(this, m_app.hierarchy().loadEntries(*workspaceID, false));
+    const std::optional<QString> workspaceID = m_location.activeWorkspaceID();
+    if (m_auth.authState().is<AuthState::SignedIn>() && workspaceID) {
+        startTask(this, m_location.hierarchy().loadEntries(*workspaceID, false));
     }
 }

@@ -1,6 +1,7 @@
 #pragma once
 
-#include "app/AppState.h"
+#include "auth/AuthController.h"
+#include "hierarchy/LocationMemory.h"
 
 #include <QObject>
 #include <QStringList>
@@ -20,7 +21,8 @@ class LocationViewModel : public QObject {
     Q_PROPERTY(QString locationTitle READ locationTitle NOTIFY changed)
 
 public:
-    explicit LocationViewModel(AppState& app, QObject* parent = nullptr);
+    // The lists are asked for only while `auth` is signed in.
+    LocationViewModel(LocationMemory& location, const AuthController& auth, QObject* parent = nullptr);
 
     QStringList entryTitles() const;
     int currentIndex() const;
@@ -37,5 +39,6 @@ signals:
 private:
     QList<ListEntry> entries() const;
 
-    AppState& m_app;
+    LocationMemory& m_location;
+    const AuthController& m_auth;
 };

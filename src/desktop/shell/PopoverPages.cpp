@@ -1,9 +1,9 @@
 #include "shell/PopoverPages.h"
 
 PopoverPages::PopoverPages(AppState& app, QClipboard& clipboard)
-    : m_auth(app)
-    , m_onboarding(app)
-    , m_location(app)
+    : m_auth(app.auth())
+    , m_onboarding(app.auth(), app.serviceAddresses())
+    , m_location(app.location(), app.auth())
     , m_attachments(app.draft())
     , m_attachmentInput(m_window, m_attachments, clipboard) {
     m_window.setInitialProperties({{QStringLiteral("auth"), QVariant::fromValue(&m_auth)},

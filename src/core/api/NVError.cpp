@@ -2,10 +2,12 @@
 
 #include "support/Overloaded.h"
 
+#include <QCoreApplication>
+
 namespace {
 
 QString unexpectedResponse() {
-    return QStringLiteral("Unexpected response from Norvane.");
+    return QCoreApplication::translate("NVError", "Unexpected response from Norvane.");
 }
 
 QString describe(const NVError::Case& failure) {
@@ -15,17 +17,21 @@ QString describe(const NVError::Case& failure) {
                 return error.detail && !error.detail->isEmpty() ? *error.detail : NVError::rejectedTokenText();
             },
             [](const NVError::RateLimited&) {
-                return QStringLiteral("Norvane rate limit reached. Try again in a moment.");
+                return QCoreApplication::translate("NVError", "Norvane rate limit reached. Try again in a moment.");
             },
             [](const NVError::Server& error) { return error.message; },
-            [](const NVError::Network&) { return QStringLiteral("Couldn't reach Norvane. Check your connection."); },
+            [](const NVError::Network&) {
+                return QCoreApplication::translate("NVError", "Couldn't reach Norvane. Check your connection.");
+            },
             [](const NVError::Decoding&) { return unexpectedResponse(); },
             [](const NVError::NotAuthenticated&) {
-                return QStringLiteral("You're not signed in. Add your Norvane API token in Settings.");
+                return QCoreApplication::translate("NVError",
+                                                   "You're not signed in. Add your Norvane API token in Settings.");
             },
             [](const NVError::StorageLimitExceeded&) {
-                return QStringLiteral("Your Norvane workspace storage limit has been reached. Upgrade your plan or "
-                                      "free up space, then try again.");
+                return QCoreApplication::translate("NVError",
+                                                   "Your Norvane workspace storage limit has been reached. Upgrade "
+                                                   "your plan or free up space, then try again.");
             },
             [](const NVError::InvalidResponse&) { return unexpectedResponse(); },
         },
@@ -34,7 +40,8 @@ QString describe(const NVError::Case& failure) {
 } // namespace
 
 const QString& NVError::rejectedTokenText() {
-    static const QString text = QStringLiteral("Norvane rejected the API token. Check it in Settings.");
+    static const QString text =
+        QCoreApplication::translate("NVError", "Norvane rejected the API token. Check it in Settings.");
     return text;
 }
 

@@ -2,6 +2,8 @@
 
 #include "api/APIErrorBody.h"
 
+#include <QCoreApplication>
+
 NVError statusFailure(int status, const QByteArray& body) {
     const APIErrorBody error = APIErrorBody::fromAnswer(body);
     if (status == 401) {
@@ -10,6 +12,7 @@ NVError statusFailure(int status, const QByteArray& body) {
     if (error.ecode == APIErrorBody::storageLimitCode) {
         return NVError(NVError::StorageLimitExceeded{});
     }
-    return NVError(NVError::Server{error.ecode,
-                                   error.err.value_or(QStringLiteral("Norvane error (HTTP %1)").arg(status)), status});
+    return NVError(NVError::Server{
+        error.ecode, error.err.value_or(QCoreApplication::translate("NVError", "Norvane error (HTTP %1)").arg(status)),
+        status});
 }

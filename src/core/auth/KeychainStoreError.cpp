@@ -1,10 +1,13 @@
 #include "auth/KeychainStoreError.h"
 
+#include <QCoreApplication>
+
 KeychainStoreError::KeychainStoreError(Case failure)
     : m_failure(failure)
     , m_what(errorDescription().toUtf8()) {}
 
 QString KeychainStoreError::errorDescription() const {
     const qint32 status = std::get<WriteFailed>(m_failure).status;
-    return QStringLiteral("Couldn't save your API token to the Keychain (error %1).").arg(status);
+    return QCoreApplication::translate("KeychainStoreError", "Couldn't save your API token to the Keychain (error %1).")
+        .arg(status);
 }

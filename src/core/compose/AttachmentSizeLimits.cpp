@@ -1,5 +1,6 @@
 #include "compose/AttachmentSizeLimits.h"
 
+#include <QCoreApplication>
 #include <QFileInfo>
 #include <cmath>
 #include <limits>
@@ -32,19 +33,21 @@ std::optional<qint64> fileSize(const QUrl& url) {
 
 ValidationResult validate(qint64 sizeBytes) {
     if (sizeBytes < 1) {
-        return Rejected{QStringLiteral("The file is empty.")};
+        return Rejected{QCoreApplication::translate("AttachmentSizeLimits", "The file is empty.")};
     }
     const QString size = formattedByteCount(sizeBytes);
     if (sizeBytes > hardLimit) {
-        return Rejected{QStringLiteral("This file is ") + size + QStringLiteral(", which exceeds Norvane's ") +
-                        formattedByteCount(hardLimit) +
-                        QStringLiteral(" attachment limit. Try a shorter recording or lower quality.")};
+        return Rejected{QCoreApplication::translate("AttachmentSizeLimits",
+                                                    "This file is %1, which exceeds Norvane's %2 attachment limit. "
+                                                    "Try a shorter recording or lower quality.")
+                            .arg(size, formattedByteCount(hardLimit))};
     }
     if (sizeBytes <= warningThreshold) {
         return Ok{};
     }
-    return Warning{sizeBytes, QStringLiteral("This file is ") + size +
-                                  QStringLiteral(". Norvane allows up to 1 GB per attachment.")};
+    return Warning{sizeBytes, QCoreApplication::translate("AttachmentSizeLimits",
+                                                          "This file is %1. Norvane allows up to 1 GB per attachment.")
+                                  .arg(size)};
 }
 
 QString formattedDuration(double seconds) {

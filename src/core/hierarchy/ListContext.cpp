@@ -26,7 +26,7 @@ ListContext::ListContext(ListEntry entry, QObject* parent)
     , m_statuses(m_entry.spaceStatuses) {}
 
 const QString& ListContext::loadFailedText() {
-    static const QString text = QStringLiteral("Couldn't load list details. Check your connection.");
+    static const QString text = tr("Couldn't load list details. Check your connection.");
     return text;
 }
 

@@ -44,7 +44,7 @@ int LocationViewModel::currentIndex() const {
 
 QString LocationViewModel::locationTitle() const {
     const ListContext* context = m_location.currentContext();
-    return context ? context->entry().list.name : QStringLiteral("Choose workspace and list…");
+    return context ? context->entry().list.name : tr("Choose workspace and list…");
 }
 
 void LocationViewModel::select(int index) {

@@ -34,9 +34,10 @@ void AppDelegate::trayHostFound() {
 }
 
 void AppDelegate::noTrayHostFound() {
-    std::fputs("NorvaneBar: this desktop shows no tray icons (no StatusNotifierItem host or XEmbed tray is running).\n"
-               "NorvaneBar keeps running: launch it again, or call TogglePopover on com.norvanebar.NorvaneBar over "
-               "D-Bus, to open it.\n",
-               stderr);
+    const QString message =
+        tr("NorvaneBar: this desktop shows no tray icons (no StatusNotifierItem host or XEmbed tray is running).\n"
+           "NorvaneBar keeps running: launch it again, or call TogglePopover on com.norvanebar.NorvaneBar over "
+           "D-Bus, to open it.\n");
+    std::fputs(message.toLocal8Bit().constData(), stderr);
     m_pages.window().prepare();
 }

@@ -32,7 +32,7 @@ void PopoverWindow::configureQuick() {
 PopoverWindow::PopoverWindow()
     : m_toggle(&monotonicMs) {
     setFlags(Qt::Tool | Qt::FramelessWindowHint | Qt::WindowStaysOnTopHint);
-    setTitle(QStringLiteral("NorvaneBar"));
+    setTitle(tr("NorvaneBar"));
     setResizeMode(QQuickView::SizeViewToRootObject);
     // Where qt_add_qml_module puts the NorvaneBar module; Qt 6.4 does not look there by itself.
     engine()->addImportPath(QStringLiteral("qrc:/qt/qml"));

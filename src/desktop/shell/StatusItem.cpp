@@ -7,9 +7,13 @@
 #include <QPalette>
 #include <QPixmap>
 
+QString StatusItem::toolTip() {
+    return tr("NorvaneBar — new Norvane task");
+}
+
 StatusItem::StatusItem(QObject* parent)
     : QObject(parent) {
-    QAction* quit = m_menu.addAction(QStringLiteral("Quit NorvaneBar"));
+    QAction* quit = m_menu.addAction(tr("Quit NorvaneBar"));
     quit->setShortcut(QKeySequence(QKeySequence::Quit));
     connect(quit, &QAction::triggered, this, &StatusItem::quitRequested);
 }
@@ -20,7 +24,7 @@ void StatusItem::create() {
     }
     m_icon = new QSystemTrayIcon(this);
     m_icon->setContextMenu(&m_menu);
-    m_icon->setToolTip(toolTip);
+    m_icon->setToolTip(toolTip());
     refreshIcon();
     connect(m_icon, &QSystemTrayIcon::activated, this, [this](QSystemTrayIcon::ActivationReason reason) {
         if (reason != QSystemTrayIcon::Trigger) {

@@ -11,7 +11,7 @@ class StatusItem : public QObject {
     Q_OBJECT
 
 public:
-    static inline const QString toolTip = QStringLiteral("NorvaneBar — new Norvane task");
+    static QString toolTip();
 
     explicit StatusItem(QObject* parent = nullptr);
 

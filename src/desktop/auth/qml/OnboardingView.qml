@@ -20,7 +20,7 @@ Pane {
         spacing: 12
 
         Label {
-            text: "Connect to Norvane"
+            text: qsTr("Connect to Norvane")
             font.bold: true
             font.pixelSize: 18
             Accessible.role: Accessible.Heading
@@ -30,7 +30,7 @@ Pane {
         Label {
             Layout.fillWidth: true
             wrapMode: Text.WordWrap
-            text: "NorvaneBar creates Norvane tasks straight from your menu bar. Paste your personal API token to get started."
+            text: qsTr("NorvaneBar creates Norvane tasks straight from your menu bar. Paste your personal API token to get started.")
             Accessible.name: text
         }
 
@@ -41,12 +41,12 @@ Pane {
             Layout.fillWidth: true
             focus: true
             echoMode: TextInput.Password
-            placeholderText: "Personal API token (pk_…)"
+            placeholderText: qsTr("Personal API token (pk_…)")
             enabled: !root.model.isBusy
             text: root.model.token
             onTextEdited: root.model.token = text
             onAccepted: root.model.connect()
-            Accessible.name: "Norvane personal API token"
+            Accessible.name: qsTr("Norvane personal API token")
         }
 
         Label {
@@ -66,7 +66,7 @@ Pane {
             objectName: "tokenPageLink"
             flat: true
             leftPadding: 0
-            text: "Find your token: Norvane → Settings → Apps"
+            text: qsTr("Find your token: Norvane → Settings → Apps")
             contentItem: Label {
                 text: tokenPageLink.text
                 color: root.palette.link
@@ -93,7 +93,7 @@ Pane {
 
             Button {
                 objectName: "connectButton"
-                text: "Connect"
+                text: qsTr("Connect")
                 highlighted: true
                 enabled: !root.model.isBusy && root.model.token.trim().length > 0
                 onClicked: root.model.connect()

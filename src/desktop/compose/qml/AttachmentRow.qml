@@ -67,11 +67,11 @@ FocusScope {
                 text: {
                     switch (row.kind) {
                     case AttachmentListModel.Image:
-                        return "IMAGE";
+                        return qsTr("IMAGE");
                     case AttachmentListModel.Video:
-                        return "VIDEO";
+                        return qsTr("VIDEO");
                     default:
-                        return "FILE";
+                        return qsTr("FILE");
                     }
                 }
                 Accessible.ignored: true
@@ -108,12 +108,13 @@ FocusScope {
 
         ToolButton {
             objectName: "removeAttachment"
-            text: "✕"
+            //: The remove button's glyph.
+            text: qsTr("✕")
             focusPolicy: Qt.NoFocus
             onClicked: row.removeRequested()
             ToolTip.visible: hovered
             ToolTip.text: Accessible.name
-            Accessible.name: "Remove " + row.filename
+            Accessible.name: qsTr("Remove %1").arg(row.filename)
         }
     }
 }

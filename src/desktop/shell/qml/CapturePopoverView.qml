@@ -22,7 +22,7 @@ Pane {
     }
 
     Accessible.role: Accessible.Pane
-    Accessible.name: "NorvaneBar"
+    Accessible.name: qsTr("NorvaneBar")
 
     // The page of the sign-in phase, made when the phase turns to it and handed its view models as
     // initial properties: from inside a Component, this root is reachable only by an unqualified lookup.
@@ -66,7 +66,7 @@ Pane {
             Label {
                 objectName: "connecting"
                 anchors.centerIn: parent
-                text: "Connecting to Norvane…"
+                text: qsTr("Connecting to Norvane…")
                 Accessible.name: text
             }
         }

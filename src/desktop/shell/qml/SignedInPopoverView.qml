@@ -18,7 +18,7 @@ Pane {
         spacing: 12
 
         Label {
-            text: "NorvaneBar"
+            text: qsTr("NorvaneBar")
             font.bold: true
             font.pixelSize: 18
             Accessible.role: Accessible.Heading
@@ -47,17 +47,17 @@ Pane {
             Layout.fillWidth: true
             model: root.location.entryTitles
             currentIndex: root.location.currentIndex
-            displayText: currentIndex < 0 ? "Choose workspace and list…" : currentText
+            displayText: currentIndex < 0 ? qsTr("Choose workspace and list…") : currentText
             onActivated: index => root.location.select(index)
             onActiveFocusChanged: if (activeFocus) root.location.loadEntries()
             onPressedChanged: if (pressed) root.location.loadEntries()
-            Accessible.name: "List for new tasks"
+            Accessible.name: qsTr("List for new tasks")
         }
 
         Label {
             objectName: "attachmentCount"
             visible: root.attachments.count > 0
-            text: root.attachments.count + " attachments"
+            text: qsTr("%n attachments", "", root.attachments.count)
             opacity: 0.7
             Accessible.name: text
         }
@@ -74,7 +74,7 @@ Pane {
             activeFocusOnTab: count > 0
             keyNavigationEnabled: true
             Accessible.role: Accessible.List
-            Accessible.name: "Attachments"
+            Accessible.name: qsTr("Attachments")
 
             delegate: AttachmentRow {
                 width: ListView.view.width
@@ -88,7 +88,7 @@ Pane {
                 horizontalAlignment: Text.AlignHCenter
                 wrapMode: Text.WordWrap
                 opacity: 0.6
-                text: "Paste or drop files here to attach them."
+                text: qsTr("Paste or drop files here to attach them.")
                 Accessible.name: text
             }
         }
@@ -113,7 +113,7 @@ Pane {
 
         Label {
             anchors.centerIn: parent
-            text: "Drop to attach"
+            text: qsTr("Drop to attach")
             font.bold: true
             font.pixelSize: 16
             Accessible.name: text

@@ -64,7 +64,8 @@ QCoro::Task<QByteArray> NorvaneClient::perform(QByteArray method, QString path, 
                                                std::optional<QByteArray> body) const {
     Request request{authorizedRequest(path, query, body ? QByteArrayLiteral("application/json") : QByteArray()),
                     std::move(method), body.value_or(QByteArray())};
-    co_return co_await send(std::move(request), false);
+    QCoro::Task<QByteArray> sending = send(std::move(request), false);
+    co_return co_await std::move(sending);
 }
 
 QNetworkRequest NorvaneClient::authorizedRequest(const QString& path, const QueryItems& query,
@@ -113,7 +114,8 @@ QCoro::Task<QByteArray> NorvaneClient::send(Request request, bool isRetry) const
     // Built apart from the co_await: GCC 12 destroys a capturing lambda twice when it stands in the
     // same expression as co_await (a double free).
     Retry retry = [this, request] { return send(request, true); };
-    co_return co_await decodeResponse(*reply, isRetry, std::move(retry));
+    QCoro::Task<QByteArray> decoding = decodeResponse(*reply, isRetry, std::move(retry));
+    co_return co_await std::move(decoding);
 }
 
 QCoro::Task<QByteArray> NorvaneClient::decodeResponse(QNetworkReply& reply, bool isRetry, Retry retry) const {
@@ -131,8 +133,10 @@ QCoro::Task<QByteArray> NorvaneClient::decodeResponse(QNetworkReply& reply, bool
         if (isRetry) {
             throw NVError(NVError::RateLimited{retryAfter});
         }
-        co_await m_sleeper(rateLimitWait(retryAfter));
-        co_return co_await retry();
+        QCoro::Task<> waiting = m_sleeper(rateLimitWait(retryAfter));
+        co_await std::move(waiting);
+        QCoro::Task<QByteArray> retrying = retry();
+        co_return co_await std::move(retrying);
     }
     throw statusFailure(status, data);
 }
@@ -159,7 +163,8 @@ QCoro::Task<TaskAttachment> NorvaneClient::withUploadRetries(UploadAttempt attem
         if (number == UploadRetryPolicy::attempts || !UploadRetryPolicy::isRetryable(failure)) {
             std::rethrow_exception(failure);
         }
-        co_await m_sleeper(UploadRetryPolicy::delayAfter(number, failure));
+        QCoro::Task<> waiting = m_sleeper(UploadRetryPolicy::delayAfter(number, failure));
+        co_await std::move(waiting);
     }
 }
 
@@ -167,7 +172,8 @@ QCoro::Task<TaskAttachment> NorvaneClient::uploadAttempt(QString path, QByteArra
     const QString boundary = Multipart::newBoundary();
     const QNetworkRequest request = authorizedRequest(path, {}, Multipart::contentType(boundary));
     QNetworkReply* reply = m_uploadSession->post(request, Multipart::multipartBody(boundary, filename, fileData));
-    co_return co_await uploadAnswer(reply);
+    QCoro::Task<TaskAttachment> answering = uploadAnswer(reply);
+    co_return co_await std::move(answering);
 }
 
 QCoro::Task<TaskAttachment> NorvaneClient::uploadFromFileAttempt(QString path, QUrl fileURL, QString filename) const {
@@ -188,7 +194,8 @@ QCoro::Task<TaskAttachment> NorvaneClient::uploadFromFileAttempt(QString path, Q
     QNetworkReply* reply = m_uploadSession->post(request, body.get());
     // The reply reads the body while it runs and takes it along when it goes.
     body.release()->setParent(reply);
-    co_return co_await uploadAnswer(reply);
+    QCoro::Task<TaskAttachment> answering = uploadAnswer(reply);
+    co_return co_await std::move(answering);
 }
 
 QCoro::Task<TaskAttachment> NorvaneClient::uploadAnswer(QNetworkReply* reply) const {

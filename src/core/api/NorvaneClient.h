@@ -46,22 +46,25 @@ public:
     // GET `path` (relative to the base, no leading slash) with the query items in the given order,
     // and the answer decoded as T.
     template <Json::DecodableRecord T> QCoro::Task<T> get(QString path, QueryItems query = {}) const {
-        const QByteArray answer =
-            co_await perform(QByteArrayLiteral("GET"), std::move(path), std::move(query), std::nullopt);
+        QCoro::Task<QByteArray> performing =
+            perform(QByteArrayLiteral("GET"), std::move(path), std::move(query), std::nullopt);
+        const QByteArray answer = co_await std::move(performing);
         co_return decodeRecord<T>(answer);
     }
 
     // POST `body` as JSON with sorted keys, and the answer decoded as T.
     template <Json::DecodableRecord T, Json::EncodableRecord Body> QCoro::Task<T> post(QString path, Body body) const {
-        const QByteArray answer =
-            co_await perform(QByteArrayLiteral("POST"), std::move(path), QueryItems(), Json::serialize(body.toJson()));
+        QCoro::Task<QByteArray> performing =
+            perform(QByteArrayLiteral("POST"), std::move(path), QueryItems(), Json::serialize(body.toJson()));
+        const QByteArray answer = co_await std::move(performing);
         co_return decodeRecord<T>(answer);
     }
 
     // PUT `body` as JSON with sorted keys, and the answer decoded as T.
     template <Json::DecodableRecord T, Json::EncodableRecord Body> QCoro::Task<T> put(QString path, Body body) const {
-        const QByteArray answer =
-            co_await perform(QByteArrayLiteral("PUT"), std::move(path), QueryItems(), Json::serialize(body.toJson()));
+        QCoro::Task<QByteArray> performing =
+            perform(QByteArrayLiteral("PUT"), std::move(path), QueryItems(), Json::serialize(body.toJson()));
+        const QByteArray answer = co_await std::move(performing);
         co_return decodeRecord<T>(answer);
     }
 

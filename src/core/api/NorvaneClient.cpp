@@ -7,6 +7,7 @@
 #include "async/Background.h"
 #include "support/FileError.h"
 
+#include <QCoreApplication>
 #include <QCoroNetworkReply>
 #include <QFile>
 #include <QNetworkAccessManager>
@@ -24,6 +25,7 @@ constexpr double defaultRateLimitWait = 2.0;
 struct DeleteLater {
     void operator()(QObject* object) const { object->deleteLater(); }
 };
+using ReplyPointer = std::unique_ptr<QNetworkReply, DeleteLater>;
 
 // Errors of the connection itself, as opposed to those Qt derives from an HTTP status: a connection
 // or proxy failure, a timeout, a broken transfer.
@@ -40,6 +42,34 @@ void throwIfTransportFailed(const QNetworkReply& reply) {
     if (isTransportFailure(reply)) {
         throw NVError(NVError::Network{reply.error(), reply.errorString()});
     }
+}
+
+// The statuses Qt takes for redirects.
+bool isRedirect(int status) {
+    return status == 301 || status == 302 || status == 303 || status == 305 || status == 307 || status == 308;
+}
+
+// Where a redirect sends the request that went to `from`. Absent for any other answer, and for a
+// Location that is no http or https address: such a redirect stands as the answer.
+std::optional<QUrl> redirectTarget(const QNetworkReply& reply, const QUrl& from) {
+    if (reply.error() != QNetworkReply::NoError ||
+        !isRedirect(reply.attribute(QNetworkRequest::HttpStatusCodeAttribute).toInt())) {
+        return std::nullopt;
+    }
+    const QUrl location = QUrl::fromEncoded(reply.rawHeader(QByteArrayLiteral("Location")));
+    if (!location.isValid()) {
+        return std::nullopt;
+    }
+    const QUrl target = from.resolved(location);
+    if (target.scheme() != u"http" && target.scheme() != u"https") {
+        return std::nullopt;
+    }
+    return target;
+}
+
+NVError redirectFailure(QNetworkReply::NetworkError error, const char* text) {
+    // Qt's own words for these errors.
+    return NVError(NVError::Network{error, QCoreApplication::translate("QHttp", text)});
 }
 
 std::chrono::milliseconds rateLimitWait(std::optional<double> retryAfter) {
@@ -67,8 +97,9 @@ NorvaneClient NorvaneClient::withAuth(const AuthProvider& auth) const {
 QCoro::Task<QByteArray> NorvaneClient::perform(QByteArray method, QString path, QueryItems query,
                                                std::optional<QByteArray> body) const {
     Request request{authorizedRequest(path, query, body ? QByteArrayLiteral("application/json") : QByteArray()),
-                    std::move(method), body.value_or(QByteArray())};
-    co_return co_await send(std::move(request), false);
+                    std::move(method), body.value_or(QByteArray()), QString()};
+    QCoro::Task<QByteArray> sending = send(std::move(request), false);
+    co_return co_await std::move(sending);
 }
 
 QNetworkRequest NorvaneClient::authorizedRequest(const QString& path, const QueryItems& query,
@@ -107,17 +138,59 @@ QUrl NorvaneClient::endpointURL(const QString& path, const QueryItems& query) co
     return url;
 }
 
+QCoro::Task<QNetworkReply*> NorvaneClient::exchange(QNetworkAccessManager* session, Request request) {
+    request.request.setAttribute(QNetworkRequest::RedirectPolicyAttribute, QNetworkRequest::ManualRedirectPolicy);
+    for (int redirects = 0;; ++redirects) {
+        ReplyPointer reply;
+        if (!request.bodyPath.isEmpty()) {
+            auto body = std::make_unique<QFile>(request.bodyPath);
+            if (!body->open(QIODevice::ReadOnly)) {
+                throw FileError(request.bodyPath, body->errorString());
+            }
+            QNetworkRequest withLength = request.request;
+            withLength.setHeader(QNetworkRequest::ContentLengthHeader, body->size());
+            reply.reset(session->sendCustomRequest(withLength, request.method, body.get()));
+            // The reply reads the body while it runs and takes it along when it goes.
+            body.release()->setParent(reply.get());
+        } else if (request.method == "GET") {
+            // A GET goes through get() so that any scheme the session knows answers it, not only HTTP.
+            reply.reset(session->get(request.request));
+        } else {
+            reply.reset(session->sendCustomRequest(request.request, request.method, request.body));
+        }
+        co_await reply.get();
+        const std::optional<QUrl> target = redirectTarget(*reply, request.request.url());
+        if (!target) {
+            co_return reply.release();
+        }
+        if (redirects == request.request.maximumRedirectsAllowed()) {
+            throw redirectFailure(QNetworkReply::TooManyRedirectsError, "Too many redirects");
+        }
+        if (request.request.url().scheme() == u"https" && target->scheme() == u"http") {
+            throw redirectFailure(QNetworkReply::InsecureRedirectError, "Insecure redirect");
+        }
+        // As Qt does it: 307 and 308 send the same method and body again, the others a GET without
+        // a body. The token goes along.
+        const int status = reply->attribute(QNetworkRequest::HttpStatusCodeAttribute).toInt();
+        if (status != 307 && status != 308) {
+            request.method = QByteArrayLiteral("GET");
+            request.body.clear();
+            request.bodyPath.clear();
+            request.request.setHeader(QNetworkRequest::ContentTypeHeader, QVariant());
+        }
+        request.request.setUrl(*target);
+    }
+}
+
 QCoro::Task<QByteArray> NorvaneClient::send(Request request, bool isRetry) const {
-    // A GET goes through get() so that any scheme the session knows answers it, not only HTTP.
-    const std::unique_ptr<QNetworkReply, DeleteLater> reply(
-        request.method == "GET" ? m_session->get(request.request)
-                                : m_session->sendCustomRequest(request.request, request.method, request.body));
-    co_await reply.get();
+    QCoro::Task<QNetworkReply*> exchanging = exchange(m_session, request);
+    const ReplyPointer reply(co_await std::move(exchanging));
     throwIfTransportFailed(*reply);
     // Built apart from the co_await: GCC 12 destroys a capturing lambda twice when it stands in the
     // same expression as co_await (a double free).
     Retry retry = [this, request] { return send(request, true); };
-    co_return co_await decodeResponse(*reply, isRetry, std::move(retry));
+    QCoro::Task<QByteArray> decoding = decodeResponse(*reply, isRetry, std::move(retry));
+    co_return co_await std::move(decoding);
 }
 
 QCoro::Task<QByteArray> NorvaneClient::decodeResponse(QNetworkReply& reply, bool isRetry, Retry retry) const {
@@ -135,8 +208,10 @@ QCoro::Task<QByteArray> NorvaneClient::decodeResponse(QNetworkReply& reply, bool
         if (isRetry) {
             throw NVError(NVError::RateLimited{retryAfter});
         }
-        co_await m_sleeper(rateLimitWait(retryAfter));
-        co_return co_await retry();
+        QCoro::Task<> waiting = m_sleeper(rateLimitWait(retryAfter));
+        co_await std::move(waiting);
+        QCoro::Task<QByteArray> retrying = retry();
+        co_return co_await std::move(retrying);
     }
     throw statusFailure(status, data);
 }
@@ -163,15 +238,17 @@ QCoro::Task<TaskAttachment> NorvaneClient::withUploadRetries(UploadAttempt attem
         if (number == UploadRetryPolicy::attempts || !UploadRetryPolicy::isRetryable(failure)) {
             std::rethrow_exception(failure);
         }
-        co_await m_sleeper(UploadRetryPolicy::delayAfter(number, failure));
+        QCoro::Task<> waiting = m_sleeper(UploadRetryPolicy::delayAfter(number, failure));
+        co_await std::move(waiting);
     }
 }
 
 QCoro::Task<TaskAttachment> NorvaneClient::uploadAttempt(QString path, QByteArray fileData, QString filename) const {
     const QString boundary = Multipart::newBoundary();
-    const QNetworkRequest request = authorizedRequest(path, {}, Multipart::contentType(boundary));
-    QNetworkReply* reply = m_uploadSession->post(request, Multipart::multipartBody(boundary, filename, fileData));
-    co_return co_await uploadAnswer(reply);
+    Request request{authorizedRequest(path, {}, Multipart::contentType(boundary)), QByteArrayLiteral("POST"),
+                    Multipart::multipartBody(boundary, filename, fileData), QString()};
+    QCoro::Task<TaskAttachment> answering = uploadAnswer(std::move(request));
+    co_return co_await std::move(answering);
 }
 
 QCoro::Task<TaskAttachment> NorvaneClient::uploadFromFileAttempt(QString path, QUrl fileURL, QString filename) const {
@@ -183,21 +260,15 @@ QCoro::Task<TaskAttachment> NorvaneClient::uploadFromFileAttempt(QString path, Q
     const QString bodyPath = (co_await std::move(writing)).toLocalFile();
     // The body file goes when the attempt ends, however it ends; a failed removal changes nothing.
     const auto removal = qScopeGuard([&bodyPath] { QFile::remove(bodyPath); });
-    QNetworkRequest request = authorizedRequest(path, {}, Multipart::contentType(boundary));
-    auto body = std::make_unique<QFile>(bodyPath);
-    if (!body->open(QIODevice::ReadOnly)) {
-        throw FileError(bodyPath, body->errorString());
-    }
-    request.setHeader(QNetworkRequest::ContentLengthHeader, body->size());
-    QNetworkReply* reply = m_uploadSession->post(request, body.get());
-    // The reply reads the body while it runs and takes it along when it goes.
-    body.release()->setParent(reply);
-    co_return co_await uploadAnswer(reply);
+    Request request{authorizedRequest(path, {}, Multipart::contentType(boundary)), QByteArrayLiteral("POST"),
+                    QByteArray(), bodyPath};
+    QCoro::Task<TaskAttachment> answering = uploadAnswer(std::move(request));
+    co_return co_await std::move(answering);
 }
 
-QCoro::Task<TaskAttachment> NorvaneClient::uploadAnswer(QNetworkReply* reply) const {
-    const std::unique_ptr<QNetworkReply, DeleteLater> owned(reply);
-    co_await reply;
+QCoro::Task<TaskAttachment> NorvaneClient::uploadAnswer(Request request) const {
+    QCoro::Task<QNetworkReply*> exchanging = exchange(m_uploadSession, std::move(request));
+    const ReplyPointer reply(co_await std::move(exchanging));
     throwIfTransportFailed(*reply);
     const QVariant status = reply->attribute(QNetworkRequest::HttpStatusCodeAttribute);
     co_return decodeUploadResponse(reply->readAll(), status.isValid() ? std::optional(status.toInt()) : std::nullopt,

@@ -26,6 +26,10 @@ class QNetworkReply;
 // Every call fails with NVError; a 429 is retried once, after the wait the service asks for. The two
 // uploads have a retry loop of their own (UploadRetryPolicy).
 //
+// Redirects are followed here, one request per hop, not by the session: Qt 6.4 follows a redirect
+// inside the same QNetworkReply, and an answer that still comes for the first hop is then mixed
+// into the answer of the next.
+//
 // Callers in a coroutine: bind a body or query built in braces to a named local before the co_await
 // (`const CreateTaskRequest body{...}; co_await client.post<CreatedTask>(path, body);`). GCC 12
 // destroys a braced temporary twice when it stands in the same expression as co_await.
@@ -49,22 +53,25 @@ public:
     // GET `path` (relative to the base, no leading slash) with the query items in the given order,
     // and the answer decoded as T.
     template <Json::DecodableRecord T> QCoro::Task<T> get(QString path, QueryItems query = {}) const {
-        const QByteArray answer =
-            co_await perform(QByteArrayLiteral("GET"), std::move(path), std::move(query), std::nullopt);
+        QCoro::Task<QByteArray> performing =
+            perform(QByteArrayLiteral("GET"), std::move(path), std::move(query), std::nullopt);
+        const QByteArray answer = co_await std::move(performing);
         co_return decodeRecord<T>(answer);
     }
 
     // POST `body` as JSON with sorted keys, and the answer decoded as T.
     template <Json::DecodableRecord T, Json::EncodableRecord Body> QCoro::Task<T> post(QString path, Body body) const {
-        const QByteArray answer =
-            co_await perform(QByteArrayLiteral("POST"), std::move(path), QueryItems(), Json::serialize(body.toJson()));
+        QCoro::Task<QByteArray> performing =
+            perform(QByteArrayLiteral("POST"), std::move(path), QueryItems(), Json::serialize(body.toJson()));
+        const QByteArray answer = co_await std::move(performing);
         co_return decodeRecord<T>(answer);
     }
 
     // PUT `body` as JSON with sorted keys, and the answer decoded as T.
     template <Json::DecodableRecord T, Json::EncodableRecord Body> QCoro::Task<T> put(QString path, Body body) const {
-        const QByteArray answer =
-            co_await perform(QByteArrayLiteral("PUT"), std::move(path), QueryItems(), Json::serialize(body.toJson()));
+        QCoro::Task<QByteArray> performing =
+            perform(QByteArrayLiteral("PUT"), std::move(path), QueryItems(), Json::serialize(body.toJson()));
+        const QByteArray answer = co_await std::move(performing);
         co_return decodeRecord<T>(answer);
     }
 
@@ -78,13 +85,20 @@ public:
     QCoro::Task<TaskAttachment> uploadFromFile(QString path, QUrl fileURL, QString filename) const;
 
 private:
-    // One request as it goes out, kept whole so that a retry sends the very same bytes.
+    // One request as it goes out, kept whole so that a retry sends the very same bytes. Its body is
+    // `body`, or the file at `bodyPath` when that is set, opened anew by each hop that sends it.
     struct Request {
         QNetworkRequest request;
         QByteArray method;
         QByteArray body;
+        QString bodyPath;
     };
     using Retry = std::function<QCoro::Task<QByteArray>()>;
+
+    // Sends `request` on `session` and follows the redirects it is answered with as Qt would (up
+    // to the request's maximum, never from https to http), each hop a reply of its own. The reply
+    // of the last hop, finished; the caller owns it.
+    static QCoro::Task<QNetworkReply*> exchange(QNetworkAccessManager* session, Request request);
 
     // Builds the request for `path` with the token of this moment and sends it; the body of its 2xx
     // answer. Without a token, NVError::NotAuthenticated and no request.
@@ -104,8 +118,8 @@ private:
     QCoro::Task<TaskAttachment> withUploadRetries(UploadAttempt attempt) const;
     QCoro::Task<TaskAttachment> uploadAttempt(QString path, QByteArray fileData, QString filename) const;
     QCoro::Task<TaskAttachment> uploadFromFileAttempt(QString path, QUrl fileURL, QString filename) const;
-    // Waits for the upload's answer and reads it; `reply` is deleted afterwards.
-    QCoro::Task<TaskAttachment> uploadAnswer(QNetworkReply* reply) const;
+    // Sends the upload on the upload session and reads its answer.
+    QCoro::Task<TaskAttachment> uploadAnswer(Request request) const;
 
     template <typename T> static T decodeRecord(const QByteArray& body) {
         try {

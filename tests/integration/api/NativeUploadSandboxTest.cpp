@@ -161,6 +161,37 @@ private slots:
         QCOMPARE(m_sleeper.waits().size(), 0);
     }
 
+    void aTemporaryRedirectSendsTheWholeBodyAgainOnBothPaths() {
+        const QByteArray content = randomBytes(256 * 1024 + 3);
+        const QString task = newTask(SandboxDemo::inboxListID);
+        const QString target = QStringLiteral("/api/v2/task/%1/attachment").arg(task);
+        SandboxFault moved = failing(307, 1);
+        moved.headers.insert(QStringLiteral("Location"), target);
+        m_sandbox.clearRequests();
+
+        QVERIFY(m_sandbox.addFault(moved));
+        const TaskAttachment fromMemory =
+            awaitTask(m_client->upload(attachmentOf(task), content, QStringLiteral("memory.bin")));
+        QVERIFY(m_sandbox.addFault(moved));
+        const TaskAttachment fromFile =
+            awaitTask(m_client->uploadFromFile(attachmentOf(task), sourceFile(content), QStringLiteral("file.bin")));
+        QCOMPARE(stored(fromMemory), content);
+        QCOMPARE(stored(fromFile), content);
+
+        // Each upload went out twice, whole: answered with the redirect, then stored.
+        const QJsonArray uploads = uploadRequests();
+        QCOMPARE(uploads.size(), 4);
+        for (int index = 0; index < uploads.size(); ++index) {
+            const QJsonObject upload = uploads[index].toObject();
+            QCOMPARE(upload[QStringLiteral("path")].toString(), target);
+            QCOMPARE(upload[QStringLiteral("status")].toInt(), index % 2 == 0 ? 307 : 200);
+            QCOMPARE(headerOf(upload, QStringLiteral("Authorization")), m_sandbox.token());
+            QCOMPARE(upload[QStringLiteral("bodySize")].toInteger(),
+                     uploads[index - index % 2][QStringLiteral("bodySize")].toInteger());
+        }
+        QCOMPARE(m_sleeper.waits().size(), 0);
+    }
+
     void aNumericAttachmentIDIsAccepted() {
         const QString task = newTask(SandboxDemo::labNotesListID);
         const TaskAttachment attachment =

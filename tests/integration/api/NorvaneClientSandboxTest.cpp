@@ -59,13 +59,32 @@ SandboxFault textAnswer(const QString& path, int status, const QString& text) {
     fault.bodyText = text;
     return fault;
 }
+
+SandboxFault redirect(const QString& path, int status, const QString& location, int times = 1) {
+    SandboxFault fault = SandboxFault::answer(path, status, times);
+    fault.headers.insert(QStringLiteral("Location"), location);
+    return fault;
+}
+
+// A session that notes the path of every request it is asked to make.
+class RecordingSession : public QNetworkAccessManager {
+public:
+    QStringList paths;
+
+protected:
+    QNetworkReply* createRequest(Operation operation, const QNetworkRequest& request,
+                                 QIODevice* outgoingData) override {
+        paths.append(request.url().path());
+        return QNetworkAccessManager::createRequest(operation, request, outgoingData);
+    }
+};
 } // namespace
 
 class NorvaneClientSandboxTest : public QObject {
     Q_OBJECT
 
     SandboxProcess m_sandbox;
-    QNetworkAccessManager m_session;
+    RecordingSession m_session;
     std::optional<StaticTokenAuth> m_auth;
     RecordingSleeper m_sleeper;
     std::optional<NorvaneClient> m_client;
@@ -99,6 +118,7 @@ private slots:
     void init() {
         QVERIFY2(m_sandbox.reset(), qPrintable(m_sandbox.errorString()));
         m_sleeper = RecordingSleeper();
+        m_session.paths.clear();
         m_client.emplace(*m_auth, &m_session, nullptr, m_sandbox.apiUrl(u""), m_sleeper.sleeper(),
                          fixedClock(clockTime));
     }
@@ -415,13 +435,65 @@ private slots:
         QCOMPARE(queryOf(entry), query);
     }
 
-    void aRedirectIsFollowed() {
-        SandboxFault moved = SandboxFault::answer(QStringLiteral("/api/v2/me"), 302);
-        moved.headers.insert(QStringLiteral("Location"), QStringLiteral("/api/v2/user"));
-        QVERIFY(addFault(moved));
+    void aRedirectIsFollowedWithARequestOfItsOwn() {
+        QVERIFY(addFault(redirect(QStringLiteral("/api/v2/me"), 302, QStringLiteral("/api/v2/user"))));
         const UserResponse answer = runTask(client().get<UserResponse>(QStringLiteral("me")));
         QCOMPARE(answer.user.id, m_sandbox.tokens().first().userID);
-        QCOMPARE(lastRequest().value(QStringLiteral("path")).toString(), QStringLiteral("/api/v2/user"));
+        // A redirect that the session followed inside one reply would show a single request here.
+        QCOMPARE(m_session.paths, QStringList({QStringLiteral("/api/v2/me"), QStringLiteral("/api/v2/user")}));
+        // Nothing else went out: no second request for the first hop.
+        const QJsonArray log = m_sandbox.requests();
+        QCOMPARE(log.size(), 2);
+        QCOMPARE(log[0].toObject().value(QStringLiteral("path")).toString(), QStringLiteral("/api/v2/me"));
+        QCOMPARE(log[0].toObject().value(QStringLiteral("status")).toInt(), 302);
+        QCOMPARE(log[1].toObject().value(QStringLiteral("path")).toString(), QStringLiteral("/api/v2/user"));
+        QCOMPARE(log[1].toObject().value(QStringLiteral("status")).toInt(), 200);
+        for (const QJsonValue& entry : log) {
+            QCOMPARE(entry.toObject().value(QStringLiteral("method")).toString(), QStringLiteral("GET"));
+            QCOMPARE(headerOf(entry.toObject(), QStringLiteral("Authorization")).toString(), m_sandbox.token());
+        }
+    }
+
+    void aRedirectedPostGoesOnAsAGetWithoutItsBody() {
+        const QString task = createTask(QStringLiteral("Moved comments"));
+        const qint64 before = lastRequest().value(QStringLiteral("seq")).toInteger();
+        QVERIFY(addFault(redirect(QStringLiteral("/api/v2/task/*/comment"), 303, QStringLiteral("/api/v2/user"))));
+        const UserResponse answer = runTask(client().post<UserResponse>(
+            QStringLiteral("task/") + task + QStringLiteral("/comment"), CommentRequest{QStringLiteral("Hi")}));
+        QCOMPARE(answer.user.id, m_sandbox.tokens().first().userID);
+        const QJsonArray log = m_sandbox.requests(before);
+        QCOMPARE(log.size(), 2);
+        QCOMPARE(log[0].toObject().value(QStringLiteral("method")).toString(), QStringLiteral("POST"));
+        const QJsonObject moved = log[1].toObject();
+        QCOMPARE(moved.value(QStringLiteral("method")).toString(), QStringLiteral("GET"));
+        QCOMPARE(moved.value(QStringLiteral("path")).toString(), QStringLiteral("/api/v2/user"));
+        QCOMPARE(moved.value(QStringLiteral("bodySize")).toInteger(), 0);
+        QVERIFY(headerOf(moved, QStringLiteral("Content-Type")).isUndefined());
+        QCOMPARE(headerOf(moved, QStringLiteral("Authorization")).toString(), m_sandbox.token());
+    }
+
+    void aTemporaryRedirectSendsTheSameMethodAndBodyAgain() {
+        const QString path = QStringLiteral("/api/v2/list/") + SandboxDemo::inboxListID + QStringLiteral("/task");
+        QVERIFY(addFault(redirect(path, 307, path)));
+        const QString id = createTask(QStringLiteral("Sent twice"));
+        QVERIFY(!id.isEmpty());
+        const QJsonArray log = m_sandbox.requests();
+        QCOMPARE(log.size(), 2);
+        QCOMPARE(log[0].toObject().value(QStringLiteral("status")).toInt(), 307);
+        QCOMPARE(log[1].toObject().value(QStringLiteral("status")).toInt(), 200);
+        for (const QJsonValue& entry : log) {
+            QCOMPARE(entry.toObject().value(QStringLiteral("method")).toString(), QStringLiteral("POST"));
+            QCOMPARE(entry.toObject().value(QStringLiteral("json")).toObject().value(QStringLiteral("name")).toString(),
+                     QStringLiteral("Sent twice"));
+        }
+    }
+
+    void endlessRedirectsFailAfterFifty() {
+        QVERIFY(addFault(redirect(QStringLiteral("/api/v2/loop"), 302, QStringLiteral("/api/v2/loop"), -1)));
+        const auto error = failureOf(client().get<UserResponse>(QStringLiteral("loop")));
+        QVERIFY(error && error->is<NVError::Network>());
+        QCOMPARE(error->as<NVError::Network>()->error, QNetworkReply::TooManyRedirectsError);
+        QCOMPARE(m_sandbox.requests().size(), 51);
     }
 
     void aDroppedConnectionIsANetworkFailure() {

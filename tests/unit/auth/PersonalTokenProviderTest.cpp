@@ -95,8 +95,16 @@ private slots:
         m_secrets->setItem(service, account42, "pk_42");
         m_secrets->delayReads(account42, 20ms);
         QCoro::Task<> activation = m_provider->activate(42);
+        // The read is out and unanswered when the provider goes.
+        QCOMPARE(m_secrets->log(), QStringList({"read " + account42}));
+        QVERIFY(!activation.isReady());
         m_provider.reset();
+        // Answered now, it finds the item and touches neither the store nor the provider's memory,
+        // which ASan would report.
         runTask(std::move(activation));
+        QCOMPARE(m_secrets->log(), QStringList({"read " + account42}));
+        QCOMPARE(m_secrets->item(service, account42), QByteArray("pk_42"));
+        QCOMPARE(m_secrets->item(service, legacyAccount), std::nullopt);
     }
 
     void commitActiveTokenWithAnEmptyCachedDoesNotDeleteTheLegacyItem() {

@@ -230,9 +230,17 @@ private slots:
     void entryForAListOfAWorkspaceNotYetLoadedIsAbsent() {
         FakeClient fake;
         answerSpaces(fake.service, 1);
+        // Workspace "b" has a list of its own at the service, but nobody loads it.
+        fake.service.answer(QStringLiteral("team/b/space"), wrapped("spaces", {record("bs")}));
+        fake.service.answer(foldersPath("bs"), wrapped("folders", {}));
+        fake.service.answer(listsPath("bs"), wrapped("lists", {record("bl")}));
         HierarchyStore store(fake.client);
-        QCOMPARE(store.entry(QStringLiteral("l0")), std::nullopt);
-        QCOMPARE(fake.service.paths.size(), 0);
+        QCoro::waitFor(store.loadEntries(workspaceID, false));
+        QCOMPARE(store.entry(QStringLiteral("l0"))->workspaceID, workspaceID);
+        const qsizetype requests = fake.service.paths.size();
+        QCOMPARE(store.entry(QStringLiteral("bl")), std::nullopt);
+        QCOMPARE(fake.service.paths.size(), requests);
+        QVERIFY(!store.entriesByWorkspace().contains(QStringLiteral("b")));
     }
 
     void settersNotifyOnlyOnChange() {

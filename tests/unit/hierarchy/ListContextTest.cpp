@@ -1,6 +1,7 @@
 #include "hierarchy/ListContext.h"
 #include "HierarchyTesting.h"
 
+#include <QSignalSpy>
 #include <QTest>
 
 using namespace HierarchyTesting;
@@ -106,10 +107,17 @@ private slots:
     void bothSourcesOfStatusesEmptyLeaveTheStatusesAsTheyWere() {
         FakeClient fake;
         answerAll(fake.service);
-        fake.service.answer(detailsPath, 500, broken);
         ListContext context(entryWithSpaceStatuses({}));
         runTask(context.load(fake.client));
-        QVERIFY(context.statuses().isEmpty());
+        const QList<NVStatus> loaded = context.statuses();
+        QCOMPARE(loaded.size(), 1);
+        QCOMPARE(loaded[0].status, QStringLiteral("list open"));
+        // The second time the list has no statuses either, like its space.
+        fake.service.answer(detailsPath, record("l1", R"("statuses":[])").toUtf8());
+        QSignalSpy changes(&context, &ListContext::statusesChanged);
+        runTask(context.load(fake.client));
+        QCOMPARE(context.statuses(), loaded);
+        QCOMPARE(changes.count(), 0);
         QCOMPARE(context.error(), std::nullopt);
     }
 

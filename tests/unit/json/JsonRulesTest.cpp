@@ -2,6 +2,7 @@
 #include "json/JsonEncoding.h"
 
 #include <QTest>
+#include <limits>
 
 namespace {
 struct Sample {
@@ -24,6 +25,17 @@ struct Sample {
 
 Sample decodeSample(const QByteArray& bytes) {
     return Json::decode<Sample>(Json::parse(bytes), QStringLiteral("$"));
+}
+
+// A record with a 32-bit integer.
+struct Level {
+    int level = 0;
+
+    static Level fromJson(const Json::JsonObject& json) { return {json.required<int>(QStringLiteral("level"))}; }
+};
+
+int decodeLevel(const QByteArray& bytes) {
+    return Json::decode<Level>(Json::parse(bytes), QStringLiteral("$")).level;
 }
 } // namespace
 
@@ -53,6 +65,13 @@ private slots:
         QCOMPARE(decodeSample(R"({"name":"a","count":9007199254740993})").count,
                  std::optional<qint64>(9007199254740993LL));
         QVERIFY_THROWS_EXCEPTION(DecodingError, decodeSample(R"({"name":"a","count":1e20})"));
+    }
+
+    void aThirtyTwoBitIntegerTakesItsWholeRangeAndNothingBeyond() {
+        QCOMPARE(decodeLevel(R"({"level":-2147483648})"), std::numeric_limits<int>::min());
+        QCOMPARE(decodeLevel(R"({"level":2147483647})"), std::numeric_limits<int>::max());
+        QVERIFY_THROWS_EXCEPTION(DecodingError, decodeLevel(R"({"level":-2147483649})"));
+        QVERIFY_THROWS_EXCEPTION(DecodingError, decodeLevel(R"({"level":2147483648})"));
     }
 
     void unknownKeysAreIgnored() {

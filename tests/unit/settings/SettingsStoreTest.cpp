@@ -28,11 +28,14 @@ AppSettings everyFieldSet() {
     bug.name = QStringLiteral("Bug");
     bug.priority = 1;
     bug.custom = {{QStringLiteral("cf-1"), CustomValue::number(QStringLiteral("3"))}};
-    settings.templates = {bug};
+    TaskTemplate recording;
+    recording.id = QUuid(QStringLiteral("{5c0e2a77-8d3b-4f61-b2a9-7e14c6d0f852}"));
+    recording.name = QStringLiteral("Screen recording");
+    settings.templates = {bug, recording};
     settings.screenshotHotKeyPreset = HotKeyPreset::controlShiftSpace;
     settings.screenshotTemplateID = bug.id;
     settings.screenRecordingHotKeyPreset = HotKeyPreset::commandShiftSpace;
-    settings.screenRecordingTemplateID = templateID;
+    settings.screenRecordingTemplateID = recording.id;
     settings.recordingQuality = RecordingQuality::hd1080;
     settings.recordingCaptureMicrophone = false;
     settings.recordingShowCursor = false;

@@ -1,4 +1,6 @@
 #include "PopoverFixture.h"
+#include "QuickItems.h"
+#include "SandboxDemo.h"
 #include "SandboxProcess.h"
 
 #include <QQuickItem>
@@ -32,6 +34,13 @@ class OnboardingTest : public QObject {
     QString textOf(const QString& objectName) {
         QObject* item = m_fixture->find(objectName);
         return item ? item->property("text").toString() : QString();
+    }
+
+    void verifyNoPictureFetched() {
+        QVERIFY(!m_fixture->popover.grabWindow().isNull());
+        // A picture in rich text would be asked for as soon as the text is laid out; give it time.
+        QTest::qWait(300);
+        QCOMPARE(SandboxDemo::hostilePictureRequests(m_sandbox.requests()), QStringList());
     }
 
 private slots:
@@ -99,6 +108,18 @@ private slots:
         QCOMPARE(m_fixture->onboarding->token(), QStringLiteral("pk_not_a_demo_token"));
     }
 
+    void theServicesMessageShowsAsPlainText() {
+        const QString message = QStringLiteral("<b>Token</b> & \"key\" <img src=\"%1\"> refused")
+                                    .arg(m_sandbox.webUrl(SandboxDemo::hostilePicturePath(u"error")).toString());
+        SandboxFault refused = SandboxFault::answer(QStringLiteral("/api/v2/user"), 401);
+        refused.err = message;
+        QVERIFY(m_sandbox.addFault(refused));
+        connectWith(QStringLiteral("pk_not_a_demo_token"));
+        QCOMPARE(m_fixture->onboarding->errorMessage(), message);
+        QTRY_COMPARE(QuickItems::plainText(m_fixture->find(QStringLiteral("errorMessage"))), message);
+        verifyNoPictureFetched();
+    }
+
     void aBadlyShapedTokenIsRefusedWithoutAsking() {
         connectWith(QStringLiteral("abc"));
         QVERIFY(m_fixture->onboarding->errorMessage().startsWith(
@@ -111,6 +132,15 @@ private slots:
         const QString name = m_fixture->app->authState().user()->displayName();
         QTRY_COMPARE(textOf(QStringLiteral("signedInUser")), QStringLiteral("Signed in as %1").arg(name));
         QCOMPARE(m_fixture->auth->phase(), QStringLiteral("signedIn"));
+    }
+
+    void aNameWithMarkupShowsAsPlainText() {
+        connectWith(SandboxDemo::hostileNamesToken);
+        const QString name = SandboxDemo::hostileUserName(m_sandbox.webUrl(u""));
+        QCOMPARE(m_fixture->auth->userDisplayName(), name);
+        QTRY_COMPARE(QuickItems::plainText(m_fixture->find(QStringLiteral("signedInUser"))),
+                     QStringLiteral("Signed in as %1").arg(name));
+        verifyNoPictureFetched();
     }
 
     void theChosenListIsShownAndRemembered() {

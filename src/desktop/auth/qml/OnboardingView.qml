@@ -54,6 +54,7 @@ Pane {
             visible: root.model.errorMessage.length > 0
             wrapMode: Text.WordWrap
             color: "#b3261e"
+            textFormat: Text.PlainText
             text: root.model.errorMessage
             Accessible.role: Accessible.AlertMessage
             Accessible.name: text

@@ -3,6 +3,7 @@
 #include "SandboxDemo.h"
 #include "SandboxProcess.h"
 
+#include <QAccessible>
 #include <QQuickItem>
 #include <QSignalSpy>
 #include <QTest>
@@ -70,6 +71,33 @@ private slots:
             QTest::keyClick(&m_fixture->popover, key);
         }
         QCOMPARE(m_fixture->onboarding->token(), QStringLiteral("pk_x"));
+    }
+
+    void theTokenFieldIsNamedAndShowsAssistiveTechnologyOnlyTheMask() {
+        QVERIFY(QTest::qWaitForWindowActive(&m_fixture->popover));
+        auto* field = qobject_cast<QQuickItem*>(m_fixture->find(QStringLiteral("tokenField")));
+        QVERIFY(field);
+        QTRY_VERIFY(field->hasActiveFocus());
+        const QString token = QStringLiteral("pk_x7q2");
+        for (const QChar key : token) {
+            QTest::keyClick(&m_fixture->popover, key.toLatin1());
+        }
+        QCOMPARE(m_fixture->onboarding->token(), token);
+
+        QAccessibleInterface* accessible = QAccessible::queryAccessibleInterface(field);
+        QVERIFY(accessible);
+        QCOMPARE(accessible->role(), QAccessible::EditableText);
+        QVERIFY(accessible->state().passwordEdit);
+        QVERIFY(accessible->state().focused);
+        QCOMPARE(accessible->text(QAccessible::Name), QStringLiteral("Norvane personal API token"));
+        QVERIFY(accessible->parent());
+        QAccessibleTextInterface* text = accessible->textInterface();
+        QVERIFY(text);
+        QCOMPARE(text->characterCount(), token.size());
+        const QString shown = text->text(0, text->characterCount());
+        QCOMPARE(shown, QString(token.size(), field->property("passwordCharacter").toString().front()));
+        QVERIFY(!token.contains(shown.front()));
+        QCOMPARE(accessible->text(QAccessible::Value), shown);
     }
 
     void pressingConnectTwiceQuicklyStartsOneSignIn() {

@@ -36,6 +36,10 @@ Pane {
         TextField {
             id: tokenField
 
+            // Qt 6.4 drops Accessible.name on a password field: SecretFieldAccessible names the
+            // field from this and shows assistive technology the dots, never the token.
+            readonly property string accessibleName: "Norvane personal API token"
+
             objectName: "tokenField"
             Layout.fillWidth: true
             focus: true
@@ -45,7 +49,8 @@ Pane {
             text: root.model.token
             onTextEdited: root.model.token = text
             onAccepted: root.model.connect()
-            Accessible.name: "Norvane personal API token"
+            Accessible.name: tokenField.accessibleName
+            Accessible.passwordEdit: true
         }
 
         Label {

@@ -8,6 +8,7 @@ import os
 import subprocess
 import sys
 import tempfile
+import time
 import unittest
 
 sys.path.insert(0, os.path.dirname(__file__))
@@ -86,6 +87,21 @@ class TrayAppTest(unittest.TestCase):
         x, y, width, height = window_geometry(menu)
         subprocess.run(["xdotool", "mousemove", str(x + width // 2), str(y + height // 2), "click", "1"], check=True)
         self.assertEqual(self.app.wait_exit(), 0)
+
+    @unittest.skipUnless(TRAY == "xembed", "needs an XEmbed tray")
+    def test_a_right_click_while_the_popover_is_open_opens_the_menu(self):
+        icon = wait_until(xembed_icon_window, what="the XEmbed tray icon")
+        click(icon, 1)
+        self.app.wait_popover(True)
+        click(icon, 3)
+        menu = wait_until(lambda: other_window(icon), what="the context menu")
+        self.app.wait_popover(False)
+        # Qt closes an app's popups when none of its windows has the keyboard focus back within
+        # 400 ms; the menu stays.
+        time.sleep(1.0)
+        self.assertEqual(other_window(icon), menu)
+        subprocess.run(["xdotool", "key", "Escape"], check=True)
+        wait_until(lambda: other_window(icon) is None, what="the menu to close")
 
     def test_a_second_launch_toggles_the_popover(self):
         self.assertEqual(self.app.launch_again(), 0)

@@ -43,7 +43,8 @@ private:
 SandboxService& service() {
     static QTemporaryDir folder;
     // Made once: the reset before each input then only loads it.
-    static const QJsonObject seed = DemoSeed::demo(QDateTime::fromSecsSinceEpoch(1'750'000'000));
+    static const QJsonObject seed =
+        DemoSeed::demo(QDateTime::fromSecsSinceEpoch(1'750'000'000), QStringLiteral("http://127.0.0.1:1"));
     static std::unique_ptr<SandboxService> instance = std::get<std::unique_ptr<SandboxService>>(SandboxService::create(
         SandboxSettings{QStringLiteral("http://127.0.0.1:1"), folder.path(), true, std::nullopt, [] { return seed; }}));
     return *instance;

@@ -1,6 +1,9 @@
 #pragma once
 
+#include <QJsonArray>
 #include <QString>
+#include <QStringList>
+#include <QUrl>
 
 // Ids of norvane-sandbox's demo data (tools/sandbox/store/DemoSeed.cpp) that tests rely on.
 namespace SandboxDemo {
@@ -36,5 +39,43 @@ inline const QString releaseListID = QStringLiteral("901500002003");    // statu
 inline const QString supportListID = QStringLiteral("901500002006");
 inline const QString facilitiesListID = QStringLiteral("901500002007"); // statuses without types
 inline const QString labNotesListID = QStringLiteral("901500003001");   // in Fabrikam
+
+// The workspace of hostile names, whose only member is the hostile-names user. Pictures in its
+// markup point at the sandbox's own address (its web base), so a fetch shows in the request log.
+inline constexpr qint64 hostileNamesUserID = 4810007;
+inline const QString hostileNamesToken = QStringLiteral("pk_demo_mia_5T8H3V6ZQR");
+inline const QString hostileNamesID = QStringLiteral("9015000003");
+inline const QString hostileSpaceName = QStringLiteral("Names");
+inline const QString hostileFolderName = QStringLiteral("<i>Folder</i> & <u>more</u>");
+inline QString hostilePicturePath(QStringView name) {
+    return QStringLiteral("/hostile/%1.png").arg(name);
+}
+// The paths of the pictures of hostile names that were asked for, from the sandbox's request log.
+inline QStringList hostilePictureRequests(const QJsonArray& requests) {
+    QStringList paths;
+    for (const QJsonValue& request : requests) {
+        const QString path = request[QStringLiteral("path")].toString();
+        if (path.startsWith(QStringLiteral("/hostile/"))) {
+            paths.append(path);
+        }
+    }
+    return paths;
+}
+inline QString hostileUserName(const QUrl& webBase) {
+    return QStringLiteral("<i>Mia</i> & \"Mo\" <img src=\"%1%2\"> Ødegård")
+        .arg(webBase.toString(QUrl::StripTrailingSlash), hostilePicturePath(u"user"));
+}
+inline const QString markupListID = QStringLiteral("901500006001");
+inline QString markupListName(const QUrl& webBase) {
+    return QStringLiteral("<b>Bold</b> & \"quoted\" <img src=\"%1%2\"> list")
+        .arg(webBase.toString(QUrl::StripTrailingSlash), hostilePicturePath(u"list"));
+}
+inline const QString ampersandListName = QStringLiteral("Ørders & Ärchive");
+inline const QString rightToLeftListName = QStringLiteral("طلبات العملاء");
+inline const QString emojiListName = QStringLiteral("🚀 Launch plan 👩🏽‍💻 🇳🇴");
+inline const QString blanksListName = QStringLiteral("   Blanks around   ");
+inline QString longListName() {
+    return QStringLiteral("Long") + QStringLiteral(" name").repeated(59) + QLatin1Char('!');
+}
 
 } // namespace SandboxDemo

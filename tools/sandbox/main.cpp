@@ -31,10 +31,6 @@ int run(int argc, char** argv) {
         return fail(*message, 2);
     }
     const auto& options = std::get<SandboxOptions>(parsed);
-    auto seed = options.seedSource();
-    if (const QString* problem = std::get_if<QString>(&seed)) {
-        return fail(*problem, 2);
-    }
 
     QTemporaryDir temporaryFolder(QDir::temp().filePath(QStringLiteral("norvane-sandbox-XXXXXX")));
     const QString dataFolder = options.dataFolder.isEmpty() ? temporaryFolder.path() : options.dataFolder;
@@ -49,6 +45,10 @@ int run(int argc, char** argv) {
         return fail(QStringLiteral("cannot listen on 127.0.0.1:%1").arg(options.port), 1);
     }
     const QString webBase = QStringLiteral("http://127.0.0.1:%1").arg(port);
+    auto seed = options.seedSource(webBase);
+    if (const QString* problem = std::get_if<QString>(&seed)) {
+        return fail(*problem, 2);
+    }
     auto created = SandboxService::create(SandboxSettings{webBase, dataFolder, options.admin, options.storageQuota,
                                                           std::get<std::function<QJsonObject()>>(std::move(seed))});
     if (const QString* problem = std::get_if<QString>(&created)) {

@@ -15,6 +15,10 @@ void AppDelegate::applicationDidFinishLaunching() {
     connect(&m_control, &ControlService::toggleRequested, this, toggleWithoutAnchor);
     connect(&m_statusItem, &StatusItem::clicked, &popover, &PopoverWindow::toggle);
     connect(&m_statusItem, &StatusItem::quitRequested, qApp, &QCoreApplication::quit);
+    // The popover goes before the tray menu opens. Hidden after it, while the menu holds the
+    // keyboard grab, it takes the X input focus away with it; Qt then finds no window of the app
+    // active and closes every popup, the menu among them.
+    connect(&m_statusItem, &StatusItem::menuAboutToShow, &popover, &QWindow::hide);
     connect(&popover, &PopoverWindow::presentedChanged, &m_control, &ControlService::setPopoverVisible);
     connect(&m_trayHost, &TrayHostWatcher::hostFound, this, &AppDelegate::trayHostFound);
     connect(&m_trayHost, &TrayHostWatcher::noHostFound, this, &AppDelegate::noTrayHostFound);

@@ -1,5 +1,6 @@
 #include "shell/PopoverWindow.h"
 
+#include "auth/SecretFieldAccessible.h"
 #include "shell/PopoverPlacement.h"
 
 #include <QCursor>
@@ -27,6 +28,7 @@ void PopoverWindow::configureQuick() {
     // The software scene graph costs a fraction of the memory of the OpenGL one and opens as fast.
     QQuickWindow::setGraphicsApi(QSGRendererInterface::Software);
     QQuickStyle::setStyle(QStringLiteral("Basic"));
+    SecretFieldAccessible::install();
 }
 
 PopoverWindow::PopoverWindow()

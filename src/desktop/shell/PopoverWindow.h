@@ -15,7 +15,8 @@ class PopoverWindow : public QQuickView, public PopoverControlling {
 public:
     PopoverWindow();
 
-    // Qt Quick settings every popover relies on; called once, before any window exists.
+    // Qt Quick settings every popover relies on, and the accessible interface of its secret fields;
+    // called once, before any window exists.
     static void configureQuick();
 
     void showPopover() override;

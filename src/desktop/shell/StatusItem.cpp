@@ -16,6 +16,7 @@ StatusItem::StatusItem(QObject* parent)
     QAction* quit = m_menu.addAction(tr("Quit NorvaneBar"));
     quit->setShortcut(QKeySequence(QKeySequence::Quit));
     connect(quit, &QAction::triggered, this, &StatusItem::quitRequested);
+    connect(&m_menu, &QMenu::aboutToShow, this, &StatusItem::menuAboutToShow);
 }
 
 void StatusItem::create() {

@@ -20,6 +20,9 @@ public:
 signals:
     // A left click, with the icon's place on screen when the tray tells it.
     void clicked(std::optional<QRect> iconGeometry);
+    // The context menu is about to open: after a right click on an XEmbed icon, or when a
+    // StatusNotifierItem host asks for it.
+    void menuAboutToShow();
     void quitRequested();
 
 private:

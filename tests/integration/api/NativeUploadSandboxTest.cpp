@@ -171,10 +171,10 @@ private slots:
 
         QVERIFY(m_sandbox.addFault(moved));
         const TaskAttachment fromMemory =
-            awaitTask(m_client->upload(attachmentOf(task), content, QStringLiteral("memory.bin")));
+            runTask(m_client->upload(attachmentOf(task), content, QStringLiteral("memory.bin")));
         QVERIFY(m_sandbox.addFault(moved));
         const TaskAttachment fromFile =
-            awaitTask(m_client->uploadFromFile(attachmentOf(task), sourceFile(content), QStringLiteral("file.bin")));
+            runTask(m_client->uploadFromFile(attachmentOf(task), sourceFile(content), QStringLiteral("file.bin")));
         QCOMPARE(stored(fromMemory), content);
         QCOMPARE(stored(fromFile), content);
 

@@ -14,6 +14,7 @@ import uuid
 import xml.etree.ElementTree as ElementTree
 
 import dbus
+import dbus.bus
 
 sys.path.insert(0, os.path.dirname(os.path.abspath(__file__)))
 from session_helpers import SignalCatcher, bus, name_has_owner, read_json_lines, selection_owner  # noqa: E402
@@ -24,6 +25,7 @@ WATCHER = "org.kde.StatusNotifierWatcher"
 WATCHER_PATH = "/StatusNotifierWatcher"
 NOTIFICATIONS = "org.freedesktop.Notifications"
 NOTIFICATIONS_PATH = "/org/freedesktop/Notifications"
+A11Y_BUS = "org.a11y.Bus"
 
 
 def session_pieces():
@@ -101,8 +103,10 @@ class PrivateBus(unittest.TestCase):
 
     def test_unknown_name_fails_at_once_instead_of_starting_a_service(self):
         # The host has service files for these; a stock session bus would start them.
-        for name in ("org.freedesktop.impl.portal.Secret", "ca.desrt.dconf", "org.a11y.Bus",
-                     "org.norvanebar.NoSuchService"):
+        names = ["org.freedesktop.impl.portal.Secret", "ca.desrt.dconf", "org.norvanebar.NoSuchService"]
+        if "a11y" not in PIECES:
+            names.append(A11Y_BUS)
+        for name in names:
             started = time.monotonic()
             with self.assertRaises(dbus.exceptions.DBusException) as caught:
                 bus().call_blocking(name, "/", "org.freedesktop.DBus.Peer", "Ping", "", [], timeout=10)
@@ -113,7 +117,8 @@ class PrivateBus(unittest.TestCase):
     def test_services_of_pieces_left_out_are_absent(self):
         # The host has org.freedesktop.secrets.service; a stock bus would start gnome-keyring for it.
         absent = [name for piece, name in (("keyring", "org.freedesktop.secrets"),
-                                           ("notifications", NOTIFICATIONS), ("watcher", WATCHER))
+                                           ("notifications", NOTIFICATIONS), ("watcher", WATCHER),
+                                           ("a11y", A11Y_BUS))
                   if piece not in PIECES]
         for name in absent:
             started = time.monotonic()
@@ -124,8 +129,43 @@ class PrivateBus(unittest.TestCase):
 
     def test_pieces_own_their_names(self):
         for piece, name in (("keyring", "org.freedesktop.secrets"), ("notifications", NOTIFICATIONS),
-                            ("watcher", WATCHER)):
+                            ("watcher", WATCHER), ("a11y", A11Y_BUS)):
             self.assertEqual(name_has_owner(name), piece in PIECES, name)
+
+
+@unittest.skipUnless("a11y" in PIECES, "session started without an accessibility bus")
+class Accessibility(unittest.TestCase):
+    def launcher(self):
+        return bus().get_object(A11Y_BUS, "/org/a11y/bus")
+
+    def address(self):
+        return str(self.launcher().GetAddress(dbus_interface=A11Y_BUS))
+
+    def test_accessibility_is_reported_enabled(self):
+        enabled = self.launcher().Get("org.a11y.Status", "IsEnabled", dbus_interface=dbus.PROPERTIES_IFACE)
+        self.assertTrue(enabled)
+
+    def test_accessibility_bus_socket_is_inside_the_runtime_folder(self):
+        address = self.address()
+        self.assertTrue(address.startswith("unix:path="), address)
+        socket_path = address.removeprefix("unix:path=").split(",")[0]
+        self.assertTrue(os.path.realpath(socket_path).startswith(os.path.realpath(os.environ["XDG_RUNTIME_DIR"]) + "/"),
+                        socket_path)
+
+    def test_the_display_announces_the_same_bus(self):
+        result = run("xprop", "-root", "AT_SPI_BUS")
+        self.assertEqual(result.returncode, 0, result.stderr)
+        self.assertIn('"%s"' % self.address(), result.stdout)
+
+    def test_registry_answers_on_the_accessibility_bus(self):
+        connection = dbus.bus.BusConnection(self.address())
+        try:
+            connection.call_blocking("org.a11y.atspi.Registry", "/", "org.freedesktop.DBus.Peer", "Ping", "", [],
+                                     timeout=10)
+            # ... and on that bus only.
+            self.assertFalse(name_has_owner("org.a11y.atspi.Registry"))
+        finally:
+            connection.close()
 
 
 @unittest.skipUnless("keyring" in PIECES, "session started without a keyring")

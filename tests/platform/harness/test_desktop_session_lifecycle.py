@@ -146,6 +146,24 @@ class Lifecycle(unittest.TestCase):
         self.assertTrue(os.path.isdir(os.path.join(self.dir, "log")))
         self.assertEqual(harness("stop", self.dir).returncode, 0)
 
+    def test_accessibility_bus_and_its_registry_stop_with_the_session(self):
+        self.start("--a11y")
+        pids = read_pids(self.dir)
+        self.assertEqual([name for _, name in pids][-1], "a11y")
+        asked = harness("exec", self.dir, "--", "dbus-send", "--session", "--print-reply=literal",
+                        "--dest=org.a11y.Bus", "/org/a11y/bus", "org.a11y.Bus.GetAddress")
+        self.assertEqual(asked.returncode, 0, asked.stderr)
+        address = asked.stdout.strip()
+        self.assertTrue(address.startswith("unix:path=" + os.path.realpath(read_env(self.dir)["XDG_RUNTIME_DIR"])),
+                        address)
+        # A client starts the registry on the accessibility bus; it is the session's too.
+        pinged = harness("exec", self.dir, "--", "dbus-send", "--bus=" + address, "--print-reply",
+                         "--dest=org.a11y.atspi.Registry", "/", "org.freedesktop.DBus.Peer.Ping")
+        self.assertEqual(pinged.returncode, 0, pinged.stderr)
+        self.assertGreater(len(session_processes(self.dir)), len(pids))
+        self.assertEqual(harness("stop", self.dir).returncode, 0)
+        self.assert_stopped(pids)
+
     def test_stop_without_a_session_succeeds(self):
         self.assertEqual(harness("stop", os.path.join(self.base, "never-started")).returncode, 0)
         os.makedirs(self.dir)

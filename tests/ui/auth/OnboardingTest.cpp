@@ -1,6 +1,9 @@
 #include "PopoverFixture.h"
+#include "QuickItems.h"
+#include "SandboxDemo.h"
 #include "SandboxProcess.h"
 
+#include <QAccessible>
 #include <QQuickItem>
 #include <QSignalSpy>
 #include <QTest>
@@ -34,6 +37,13 @@ class OnboardingTest : public QObject {
         return item ? item->property("text").toString() : QString();
     }
 
+    void verifyNoPictureFetched() {
+        QVERIFY(!m_fixture->popover.grabWindow().isNull());
+        // A picture in rich text would be asked for as soon as the text is laid out; give it time.
+        QTest::qWait(300);
+        QCOMPARE(SandboxDemo::hostilePictureRequests(m_sandbox.requests()), QStringList());
+    }
+
 private slots:
     void initTestCase() {
         PopoverWindow::configureQuick();
@@ -61,6 +71,33 @@ private slots:
             QTest::keyClick(&m_fixture->popover, key);
         }
         QCOMPARE(m_fixture->onboarding->token(), QStringLiteral("pk_x"));
+    }
+
+    void theTokenFieldIsNamedAndShowsAssistiveTechnologyOnlyTheMask() {
+        QVERIFY(QTest::qWaitForWindowActive(&m_fixture->popover));
+        auto* field = qobject_cast<QQuickItem*>(m_fixture->find(QStringLiteral("tokenField")));
+        QVERIFY(field);
+        QTRY_VERIFY(field->hasActiveFocus());
+        const QString token = QStringLiteral("pk_x7q2");
+        for (const QChar key : token) {
+            QTest::keyClick(&m_fixture->popover, key.toLatin1());
+        }
+        QCOMPARE(m_fixture->onboarding->token(), token);
+
+        QAccessibleInterface* accessible = QAccessible::queryAccessibleInterface(field);
+        QVERIFY(accessible);
+        QCOMPARE(accessible->role(), QAccessible::EditableText);
+        QVERIFY(accessible->state().passwordEdit);
+        QVERIFY(accessible->state().focused);
+        QCOMPARE(accessible->text(QAccessible::Name), QStringLiteral("Norvane personal API token"));
+        QVERIFY(accessible->parent());
+        QAccessibleTextInterface* text = accessible->textInterface();
+        QVERIFY(text);
+        QCOMPARE(text->characterCount(), token.size());
+        const QString shown = text->text(0, text->characterCount());
+        QCOMPARE(shown, QString(token.size(), field->property("passwordCharacter").toString().front()));
+        QVERIFY(!token.contains(shown.front()));
+        QCOMPARE(accessible->text(QAccessible::Value), shown);
     }
 
     void pressingConnectTwiceQuicklyStartsOneSignIn() {
@@ -99,6 +136,18 @@ private slots:
         QCOMPARE(m_fixture->onboarding->token(), QStringLiteral("pk_not_a_demo_token"));
     }
 
+    void theServicesMessageShowsAsPlainText() {
+        const QString message = QStringLiteral("<b>Token</b> & \"key\" <img src=\"%1\"> refused")
+                                    .arg(m_sandbox.webUrl(SandboxDemo::hostilePicturePath(u"error")).toString());
+        SandboxFault refused = SandboxFault::answer(QStringLiteral("/api/v2/user"), 401);
+        refused.err = message;
+        QVERIFY(m_sandbox.addFault(refused));
+        connectWith(QStringLiteral("pk_not_a_demo_token"));
+        QCOMPARE(m_fixture->onboarding->errorMessage(), message);
+        QTRY_COMPARE(QuickItems::plainText(m_fixture->find(QStringLiteral("errorMessage"))), message);
+        verifyNoPictureFetched();
+    }
+
     void aBadlyShapedTokenIsRefusedWithoutAsking() {
         connectWith(QStringLiteral("abc"));
         QVERIFY(m_fixture->onboarding->errorMessage().startsWith(
@@ -111,6 +160,15 @@ private slots:
         const QString name = m_fixture->app->authState().user()->displayName();
         QTRY_COMPARE(textOf(QStringLiteral("signedInUser")), QStringLiteral("Signed in as %1").arg(name));
         QCOMPARE(m_fixture->auth->phase(), AuthViewModel::SignedIn);
+    }
+
+    void aNameWithMarkupShowsAsPlainText() {
+        connectWith(SandboxDemo::hostileNamesToken);
+        const QString name = SandboxDemo::hostileUserName(m_sandbox.webUrl(u""));
+        QCOMPARE(m_fixture->auth->userDisplayName(), name);
+        QTRY_COMPARE(QuickItems::plainText(m_fixture->find(QStringLiteral("signedInUser"))),
+                     QStringLiteral("Signed in as %1").arg(name));
+        verifyNoPictureFetched();
     }
 
     void theChosenListIsShownAndRemembered() {

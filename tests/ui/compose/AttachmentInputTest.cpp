@@ -1,4 +1,5 @@
 #include "PopoverFixture.h"
+#include "QuickItems.h"
 #include "SandboxProcess.h"
 #include "compose/AttachmentSizeLimits.h"
 
@@ -50,17 +51,8 @@ class AttachmentInputTest : public QObject {
         return model().data(model().index(row), AttachmentListModel::KindRole).value<AttachmentListModel::Kind>();
     }
 
-    // Delegates of a list view are visual children only, out of reach of findChild.
-    static QQuickItem* visualChild(QQuickItem* item, const QString& objectName) {
-        for (QQuickItem* child : item->childItems()) {
-            if (child->objectName() == objectName) {
-                return child;
-            }
-            if (QQuickItem* found = visualChild(child, objectName)) {
-                return found;
-            }
-        }
-        return nullptr;
+    QQuickItem* visualChild(const QString& objectName) {
+        return QuickItems::visualChild(m_fixture->popover.rootObject(), objectName);
     }
 
     // What assistive technology hears for each listed attachment.
@@ -209,6 +201,31 @@ private slots:
         QCOMPARE(role(0, AttachmentListModel::FilenameRole), QStringLiteral("drop.png"));
     }
 
+    void aFileNameWithMarkupAndAnAmpersandShowsAsPlainText() {
+        // Markup without closing tags, since a file name can't hold "/".
+        const QString name = QStringLiteral("<b>Bold<br> & \"quoted\" <img src=pixel.png> Ørders & Ärchive.mov");
+        QGuiApplication::clipboard()->setMimeData(urls({file(name, 600'000'000)}));
+        pressPaste();
+        QCOMPARE(role(0, AttachmentListModel::FilenameRole), name);
+        QQuickItem* label = nullptr;
+        QTRY_VERIFY((label = visualChild(QStringLiteral("attachmentName"))));
+        QCOMPARE(QuickItems::plainText(label), name);
+        QCOMPARE(QuickItems::plainText(visualChild(QStringLiteral("attachmentNote"))),
+                 role(0, AttachmentListModel::NoteRole));
+
+        // The remove button's tool tip names the file too.
+        QQuickItem* button = visualChild(QStringLiteral("removeAttachment"));
+        QVERIFY(button);
+        QTRY_VERIFY(button->isVisible() && button->width() > 0);
+        const QPointF middle = button->mapToScene(QPointF(button->width() / 2, button->height() / 2));
+        QTest::mouseMove(&m_fixture->popover, middle.toPoint());
+        auto* tip = button->findChild<QObject*>(QStringLiteral("removeAttachmentTip"));
+        QVERIFY(tip);
+        QTRY_VERIFY(tip->property("opened").toBool());
+        QCOMPARE(QuickItems::plainText(tip->property("contentItem").value<QObject*>()),
+                 QStringLiteral("Remove ") + name);
+    }
+
     void aDragWithoutFilesOrImagesIsRefused() {
         QMimeData text;
         text.setText(QStringLiteral("words"));
@@ -228,7 +245,7 @@ private slots:
         QCOMPARE(role(0, AttachmentListModel::FilenameRole), QStringLiteral("other.txt"));
         QVERIFY(QFile::exists(kept.toLocalFile()));
         QQuickItem* button = nullptr;
-        QTRY_VERIFY((button = visualChild(m_fixture->popover.rootObject(), QStringLiteral("removeAttachment"))));
+        QTRY_VERIFY((button = visualChild(QStringLiteral("removeAttachment"))));
         QTRY_VERIFY(button->isVisible() && button->width() > 0);
         const QPointF middle = button->mapToScene(QPointF(button->width() / 2, button->height() / 2));
         QTest::mouseClick(&m_fixture->popover, Qt::LeftButton, Qt::NoModifier, middle.toPoint());

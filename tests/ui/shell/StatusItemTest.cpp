@@ -1,10 +1,13 @@
 #include "shell/StatusItem.h"
+#include "PopoverFixture.h"
 
 #include <QApplication>
+#include <QProcess>
 #include <QSignalSpy>
 #include <QTest>
 
-// Runs in the shared session, whose tray host is a StatusNotifierWatcher.
+// Runs in the shared session, whose tray host is a StatusNotifierWatcher, and in one with an XEmbed
+// tray, where the app draws the icon and its menu itself.
 class StatusItemTest : public QObject {
     Q_OBJECT
 
@@ -13,7 +16,32 @@ class StatusItemTest : public QObject {
         return icon && icon->contextMenu() ? icon->contextMenu()->actions().value(0) : nullptr;
     }
 
+    static QByteArray tray() { return qgetenv("NORVANEBAR_TRAY"); }
+
+    // The icon's window in an XEmbed tray, once docked.
+    static QWidget* xembedIcon() {
+        for (QWidget* widget : QApplication::topLevelWidgets()) {
+            if (widget->objectName() == QLatin1String("QSystemTrayIconSys") && widget->isVisible()) {
+                return widget;
+            }
+        }
+        return nullptr;
+    }
+
+    // A click from outside, through the X server, as the person makes it.
+    static void click(QWidget* window, int button) {
+        // Clicks closer together than the double-click interval would make a double click.
+        QTest::qWait(500);
+        const QStringList arguments{
+            QStringLiteral("mousemove"), QStringLiteral("--window"), QString::number(window->winId()),
+            QStringLiteral("5"),         QStringLiteral("5"),        QStringLiteral("click"),
+            QString::number(button)};
+        QCOMPARE(QProcess::execute(QStringLiteral("xdotool"), arguments), 0);
+    }
+
 private slots:
+    void initTestCase() { PopoverWindow::configureQuick(); }
+
     void createsNothingUntilTheHostIsKnown() {
         StatusItem item;
         QVERIFY(!item.findChild<QSystemTrayIcon*>());
@@ -41,6 +69,9 @@ private slots:
     }
 
     void aLeftClickReportsTheIconWithoutGeometryAsAbsent() {
+        if (tray() != "sni") {
+            QSKIP("an XEmbed tray tells where the icon is");
+        }
         StatusItem item;
         item.create();
         QSignalSpy clicked(&item, &StatusItem::clicked);
@@ -52,6 +83,45 @@ private slots:
         emit icon->activated(QSystemTrayIcon::Context);
         emit icon->activated(QSystemTrayIcon::DoubleClick);
         QCOMPARE(clicked.count(), 0);
+    }
+
+    void theMenuSaysItIsAboutToShow() {
+        StatusItem item;
+        item.create();
+        QSignalSpy opening(&item, &StatusItem::menuAboutToShow);
+        emit item.findChild<QSystemTrayIcon*>()->contextMenu()->aboutToShow();
+        QCOMPARE(opening.count(), 1);
+    }
+
+    void aRightClickWhileThePopoverIsOpenOpensTheMenu() {
+        if (tray() != "xembed") {
+            QSKIP("needs an XEmbed tray, whose menu the app draws itself");
+        }
+        PopoverFixture fixture;
+        StatusItem item;
+        // As AppDelegate wires them.
+        connect(&item, &StatusItem::clicked, &fixture.popover, &PopoverWindow::toggle);
+        connect(&item, &StatusItem::menuAboutToShow, &fixture.popover, &QWindow::hide);
+        item.create();
+        QWidget* icon = nullptr;
+        QTRY_VERIFY((icon = xembedIcon()));
+        QMenu* menu = item.findChild<QSystemTrayIcon*>()->contextMenu();
+
+        click(icon, 1);
+        QVERIFY(QTest::qWaitForWindowActive(&fixture.popover));
+        click(icon, 3);
+        QTRY_VERIFY(menu->isVisible());
+        QVERIFY(!fixture.popover.isVisible());
+        // Qt waits 400 ms for a window that lost the keyboard focus to get it back before it
+        // deactivates the app and closes its popups; the menu outlasts that.
+        QTest::qWait(1000);
+        QVERIFY(menu->isVisible());
+
+        // Escape closes the menu, and a left click opens the popover again.
+        QTest::keyClick(menu, Qt::Key_Escape);
+        QTRY_VERIFY(!menu->isVisible());
+        click(icon, 1);
+        QVERIFY(QTest::qWaitForWindowActive(&fixture.popover));
     }
 
     void creatingTwiceKeepsOneIcon() {

@@ -92,7 +92,7 @@ private slots:
         const QStringList names = accessibleNames(popover.rootObject());
         for (const char16_t* text :
              {u"NorvaneBar", u"Connect to Norvane",
-              u"NorvaneBar creates Norvane tasks straight from your menu bar. Paste your personal API token to get "
+              u"NorvaneBar creates Norvane tasks straight from your panel. Paste your personal API token to get "
               u"started.",
               u"Norvane personal API token", u"Find your token: Norvane → Settings → Apps", u"Connect"}) {
             QVERIFY2(names.contains(marked(text)), qPrintable(names.join(u'|')));

@@ -235,7 +235,7 @@ private slots:
         fake.service.answer(foldersPath("bs"), wrapped("folders", {}));
         fake.service.answer(listsPath("bs"), wrapped("lists", {record("bl")}));
         HierarchyStore store(fake.client);
-        QCoro::waitFor(store.loadEntries(workspaceID, false));
+        runTask(store.loadEntries(workspaceID, false));
         QCOMPARE(store.entry(QStringLiteral("l0"))->workspaceID, workspaceID);
         const qsizetype requests = fake.service.paths.size();
         QCOMPARE(store.entry(QStringLiteral("bl")), std::nullopt);

@@ -47,9 +47,10 @@ std::variant<SandboxOptions, QString> SandboxOptions::parse(const QStringList& a
     return options;
 }
 
-std::variant<std::function<QJsonObject()>, QString> SandboxOptions::seedSource() const {
+std::variant<std::function<QJsonObject()>, QString> SandboxOptions::seedSource(const QString& webBase) const {
     if (seed == QLatin1String("demo")) {
-        return std::function<QJsonObject()>([] { return DemoSeed::demo(QDateTime::currentDateTime()); });
+        return std::function<QJsonObject()>(
+            [webBase] { return DemoSeed::demo(QDateTime::currentDateTime(), webBase); });
     }
     if (seed == QLatin1String("empty")) {
         return std::function<QJsonObject()>(DemoSeed::empty);

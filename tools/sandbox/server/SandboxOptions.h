@@ -24,6 +24,7 @@ struct SandboxOptions {
 
     // The options, or the message to print: an error or the help text.
     static std::variant<SandboxOptions, QString> parse(const QStringList& arguments);
-    // The seed document by --seed: the demo's is made anew each time, a file's is read once.
-    std::variant<std::function<QJsonObject()>, QString> seedSource() const;
+    // The seed document by --seed: the demo's is made anew each time, a file's is read once. The
+    // demo's hostile names point at webBase, the address the sandbox listens on.
+    std::variant<std::function<QJsonObject()>, QString> seedSource(const QString& webBase) const;
 };

@@ -14,6 +14,12 @@ constexpr qint64 danaID = 4810004;
 constexpr qint64 anonymousID = 4810005;
 constexpr qint64 eveID = 4810006;
 
+// What a hostile name's picture points at: the sandbox itself, so that a client that fetched it
+// would show in the request log.
+QString pixel(const QString& webBase, const char* name) {
+    return QStringLiteral("%1/hostile/%2.png").arg(webBase, QLatin1String(name));
+}
+
 QJsonObject status(const char* name, const char* color, const char* type) {
     QJsonObject object{{QStringLiteral("status"), QLatin1String(name)},
                        {QStringLiteral("color"), QLatin1String(color)}};
@@ -113,7 +119,11 @@ QJsonObject list(const char* id, const char* name, QJsonObject extra = {}) {
     return extra;
 }
 
-QJsonArray users() {
+QString hostileUserName(const QString& webBase) {
+    return QStringLiteral("<i>Mia</i> & \"Mo\" <img src=\"%1\"> Ødegård").arg(pixel(webBase, "user"));
+}
+
+QJsonArray users(const QString& webBase) {
     const auto user = [](qint64 id, QJsonObject fields) {
         fields.insert(QStringLiteral("id"), id);
         return fields;
@@ -136,7 +146,12 @@ QJsonArray users() {
                           {QStringLiteral("color"), QStringLiteral("#0ab4ff")}}),
             user(anonymousID, {}),
             user(eveID, {{QStringLiteral("username"), QStringLiteral("Eve Lindqvist")},
-                         {QStringLiteral("initials"), QStringLiteral("EL")}})};
+                         {QStringLiteral("initials"), QStringLiteral("EL")}}),
+            // Signs in to a workspace of hostile names only, with a name that is markup itself.
+            user(hostileNamesUserID, {{QStringLiteral("username"), hostileUserName(webBase)},
+                                      {QStringLiteral("email"), QStringLiteral("mia@hostile.example")},
+                                      {QStringLiteral("initials"), QStringLiteral("MØ")},
+                                      {QStringLiteral("token"), QStringLiteral("pk_demo_mia_5T8H3V6ZQR")}})};
 }
 
 // Where the generated tasks go and how the generator finds their lists again.
@@ -417,17 +432,54 @@ QJsonObject fabrikam(TaskMaker& maker) {
             {QStringLiteral("spaces"), QJsonArray{research, archivedSpace}}};
 }
 
+// The folderless lists of the hostile-names workspace, by id.
+std::vector<std::pair<const char*, QString>> hostileListNames(const QString& webBase) {
+    return {
+        {"901500006001", QStringLiteral("<b>Bold</b> & \"quoted\" <img src=\"%1\"> list").arg(pixel(webBase, "list"))},
+        {"901500006002", QStringLiteral("Ørders & Ärchive")},
+        {"901500006003", QStringLiteral("طلبات العملاء")},
+        {"901500006004", QStringLiteral("🚀 Launch plan 👩🏽‍💻 🇳🇴")},
+        {"901500006005", QStringLiteral("   Blanks around   ")},
+        {"901500006006", QStringLiteral("Long") + QStringLiteral(" name").repeated(59) + QLatin1Char('!')}};
+}
+
+// Names a client must show exactly as written: markup whose picture points back at the sandbox,
+// an ampersand, right-to-left text, emoji, blanks around a name and a very long one. Only the
+// hostile-names user is a member, so the other demo users see nothing of it.
+QJsonObject hostileNames(const QString& webBase) {
+    QJsonArray lists;
+    for (const auto& [id, name] : hostileListNames(webBase)) {
+        QJsonObject entry = list(id, "");
+        entry.insert(QStringLiteral("name"), name);
+        lists.append(entry);
+    }
+    const QJsonObject folder{{QStringLiteral("id"), QStringLiteral("90150000701")},
+                             {QStringLiteral("name"), QStringLiteral("<i>Folder</i> & <u>more</u>")},
+                             {QStringLiteral("lists"), QJsonArray{list("901500007001", "Inside")}}};
+    const QJsonObject space{{QStringLiteral("id"), QStringLiteral("90150000601")},
+                            {QStringLiteral("name"), QStringLiteral("Names")},
+                            {QStringLiteral("statuses"), productStatuses()},
+                            {QStringLiteral("lists"), lists},
+                            {QStringLiteral("folders"), QJsonArray{folder}}};
+    return {{QStringLiteral("id"), QStringLiteral("9015000003")},
+            {QStringLiteral("name"), QStringLiteral("Hostile & <b>names</b>")},
+            {QStringLiteral("color"), QStringLiteral("#e50000")},
+            {QStringLiteral("members"), QJsonArray{hostileNamesUserID}},
+            {QStringLiteral("spaces"), QJsonArray{space}}};
+}
+
 } // namespace
 
-QJsonObject demo(const QDateTime& now) {
+QJsonObject demo(const QDateTime& now, const QString& webBase) {
     TaskMaker maker(now);
     const QJsonObject first = northwind(maker);
     const QJsonObject second = fabrikam(maker);
-    return {{QStringLiteral("users"), users()}, {QStringLiteral("workspaces"), QJsonArray{first, second}}};
+    return {{QStringLiteral("users"), users(webBase)},
+            {QStringLiteral("workspaces"), QJsonArray{first, second, hostileNames(webBase)}}};
 }
 
 QJsonObject empty() {
-    const QJsonArray demoUsers = users();
+    const QJsonArray demoUsers = users(QString());
     return {{QStringLiteral("users"), QJsonArray{demoUsers[0], demoUsers[1]}},
             {QStringLiteral("workspaces"),
              QJsonArray{QJsonObject{{QStringLiteral("id"), QStringLiteral("9015000009")},

@@ -11,8 +11,12 @@ namespace DemoSeed {
 // The first demo user: about 150 open tasks in the first workspace, so My Day pages beyond 100.
 inline constexpr qint64 firstUserID = 4810001;
 inline constexpr qint64 secondUserID = 4810002;
+// Signs in to the workspace of hostile names alone; its own name is markup.
+inline constexpr qint64 hostileNamesUserID = 4810007;
 
-QJsonObject demo(const QDateTime& now);
+// The demo; pictures in its hostile names point at webBase, the sandbox's own address.
+QJsonObject demo(const QDateTime& now, const QString& webBase);
+
 // The two demo users in one workspace without spaces.
 QJsonObject empty();
 

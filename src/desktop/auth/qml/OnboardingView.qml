@@ -30,12 +30,16 @@ Pane {
         Label {
             Layout.fillWidth: true
             wrapMode: Text.WordWrap
-            text: qsTr("NorvaneBar creates Norvane tasks straight from your menu bar. Paste your personal API token to get started.")
+            text: qsTr("NorvaneBar creates Norvane tasks straight from your panel. Paste your personal API token to get started.")
             Accessible.name: text
         }
 
         TextField {
             id: tokenField
+
+            // Qt 6.4 drops Accessible.name on a password field: SecretFieldAccessible names the
+            // field from this and shows assistive technology the dots, never the token.
+            readonly property string accessibleName: qsTr("Norvane personal API token")
 
             objectName: "tokenField"
             Layout.fillWidth: true
@@ -46,7 +50,8 @@ Pane {
             text: root.model.token
             onTextEdited: root.model.token = text
             onAccepted: root.model.connect()
-            Accessible.name: qsTr("Norvane personal API token")
+            Accessible.name: tokenField.accessibleName
+            Accessible.passwordEdit: true
         }
 
         Label {
@@ -55,6 +60,7 @@ Pane {
             visible: root.model.errorMessage.length > 0
             wrapMode: Text.WordWrap
             color: "#b3261e"
+            textFormat: Text.PlainText
             text: root.model.errorMessage
             Accessible.role: Accessible.AlertMessage
             Accessible.name: text

@@ -86,6 +86,7 @@ FocusScope {
                 objectName: "attachmentName"
                 Layout.fillWidth: true
                 elide: Text.ElideMiddle
+                textFormat: Text.PlainText
                 text: row.filename
             }
 
@@ -102,19 +103,35 @@ FocusScope {
                 visible: text.length > 0
                 wrapMode: Text.WordWrap
                 color: "#b35900"
+                textFormat: Text.PlainText
                 text: row.note
             }
         }
 
         ToolButton {
+            id: removeButton
+
             objectName: "removeAttachment"
             //: The remove button's glyph.
             text: qsTr("✕")
             focusPolicy: Qt.NoFocus
             onClicked: row.removeRequested()
-            ToolTip.visible: hovered
-            ToolTip.text: Accessible.name
             Accessible.name: qsTr("Remove %1").arg(row.filename)
+
+            // Names the file, so its text is plain; the attached ToolTip can't be told so.
+            ToolTip {
+                id: removeTip
+
+                objectName: "removeAttachmentTip"
+                visible: removeButton.hovered
+                text: removeButton.Accessible.name
+                contentItem: Label {
+                    wrapMode: Text.Wrap
+                    textFormat: Text.PlainText
+                    color: removeTip.palette.toolTipText
+                    text: removeTip.text
+                }
+            }
         }
     }
 }

@@ -1,3 +1,5 @@
+pragma ComponentBehavior: Bound
+
 import QtQuick
 import QtQuick.Controls
 import QtQuick.Layouts
@@ -29,6 +31,7 @@ Pane {
             objectName: "signedInUser"
             Layout.fillWidth: true
             wrapMode: Text.WordWrap
+            textFormat: Text.PlainText
             text: qsTr("Signed in as %1").arg(root.auth.userDisplayName)
             Accessible.name: text
         }
@@ -38,11 +41,14 @@ Pane {
             Layout.fillWidth: true
             elide: Text.ElideRight
             font.bold: true
+            textFormat: Text.PlainText
             text: root.location.locationTitle
             Accessible.name: text
         }
 
         ComboBox {
+            id: listChooser
+
             objectName: "listChooser"
             Layout.fillWidth: true
             model: root.location.entryTitles
@@ -52,6 +58,38 @@ Pane {
             onActiveFocusChanged: if (activeFocus) root.location.loadEntries()
             onPressedChanged: if (pressed) root.location.loadEntries()
             Accessible.name: qsTr("List for new tasks")
+
+            // Names are the service's: plain text, and no text on the delegate, where "&" would
+            // make a mnemonic.
+            contentItem: Label {
+                leftPadding: listChooser.mirrored ? 1 : 12
+                rightPadding: listChooser.mirrored ? 12 : 1
+                verticalAlignment: Text.AlignVCenter
+                elide: Text.ElideRight
+                textFormat: Text.PlainText
+                color: listChooser.palette.buttonText
+                text: listChooser.displayText
+            }
+
+            delegate: ItemDelegate {
+                id: entry
+
+                required property int index
+                required property string modelData
+
+                width: ListView.view.width
+                highlighted: listChooser.highlightedIndex === index
+                hoverEnabled: listChooser.hoverEnabled
+                Accessible.name: modelData
+
+                contentItem: Label {
+                    elide: Text.ElideRight
+                    textFormat: Text.PlainText
+                    font.weight: listChooser.currentIndex === entry.index ? Font.DemiBold : Font.Normal
+                    color: entry.highlighted ? listChooser.palette.highlightedText : listChooser.palette.text
+                    text: entry.modelData
+                }
+            }
         }
 
         Label {

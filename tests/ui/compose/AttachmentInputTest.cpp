@@ -152,7 +152,7 @@ private slots:
         QVERIFY(draft().attachments().first().filename.startsWith(QStringLiteral("Pasted image ")));
         QCOMPARE(kind(0), AttachmentListModel::Image);
         QQuickItem* badge = nullptr;
-        QTRY_VERIFY((badge = visualChild(m_fixture->popover.rootObject(), QStringLiteral("attachmentKind"))));
+        QTRY_VERIFY((badge = visualChild(QStringLiteral("attachmentKind"))));
         QCOMPARE(badge->property("text").toString(), QStringLiteral("IMAGE"));
     }
 

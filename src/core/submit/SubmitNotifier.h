@@ -1,0 +1,34 @@
+#pragma once
+
+#include "submit/BulkFailure.h"
+
+#include <QDateTime>
+#include <QList>
+#include <QString>
+#include <QUuid>
+#include <functional>
+#include <optional>
+
+// What the submission pipeline tells the user outside the popover: the outcome of a job nobody
+// watches, and the reminder of a task once it exists. NotificationScheduler is the program's one;
+// tests bring a recording one.
+//
+// Every call returns at once. `onDelivered`, when given, learns whether the notification was handed
+// to the desktop (true) or could not be (false), so that the caller shows the outcome another way.
+class SubmitNotifier {
+public:
+    using Delivered = std::function<void(bool delivered)>;
+
+    virtual ~SubmitNotifier() = default;
+
+    virtual void scheduleReminder(const QString& taskName, const std::optional<QString>& taskURL,
+                                  const QDateTime& fireDate) = 0;
+    virtual void notifyTaskCreated(const QString& taskName, const std::optional<QString>& taskURL,
+                                   int attachmentFailures, const std::optional<QString>& attachmentFailureMessage,
+                                   const std::optional<QUuid>& retryJobID, Delivered onDelivered) = 0;
+    virtual void notifyTaskCreateFailed(const QString& taskName, const QString& error, const QUuid& retryJobID,
+                                        Delivered onDelivered) = 0;
+    virtual void notifyBulkComplete(int createdCount, const QList<BulkFailure>& failures,
+                                    const std::optional<QUuid>& retryJobID, Delivered onDelivered) = 0;
+    virtual void notifyBulkCreateFailed(const QString& error, const QUuid& retryJobID, Delivered onDelivered) = 0;
+};

@@ -21,6 +21,10 @@ public:
 
     virtual ~SubmitNotifier() = default;
 
+    // Asks the desktop for leave to notify, if it has not been asked yet, before a job is left to
+    // report by notification. The answer is not awaited.
+    virtual void requestNotificationPermissionIfNeeded() = 0;
+
     virtual void scheduleReminder(const QString& taskName, const std::optional<QString>& taskURL,
                                   const QDateTime& fireDate) = 0;
     virtual void notifyTaskCreated(const QString& taskName, const std::optional<QString>& taskURL,

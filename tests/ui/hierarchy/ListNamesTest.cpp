@@ -42,22 +42,13 @@ class ListNamesTest : public QObject {
     // Draws the popover now, so that whatever its text items lay out is laid out and painted.
     void render() { QVERIFY(!m_fixture->popover.grabWindow().isNull()); }
 
-    void verifyNoPictureFetched() {
-        // A picture in rich text would be asked for as soon as the text is laid out; give it time.
-        QTest::qWait(300);
-        QCOMPARE(SandboxDemo::hostilePictureRequests(m_sandbox.requests()), QStringList());
-    }
-
 private slots:
-    void initTestCase() {
-        PopoverWindow::configureQuick();
-        QVERIFY2(m_sandbox.start(), qPrintable(m_sandbox.errorString()));
-    }
+    void initTestCase() { QVERIFY2(PopoverFixture::startSandbox(m_sandbox), qPrintable(m_sandbox.errorString())); }
 
     void init() {
         m_fixture = PopoverFixture::shownAgainst(m_sandbox);
         QVERIFY(m_fixture);
-        QSignalSpy finished(m_fixture->onboarding.get(), &OnboardingModel::finished);
+        QSignalSpy finished(m_fixture->onboarding, &OnboardingModel::finished);
         m_fixture->onboarding->setToken(SandboxDemo::hostileNamesToken);
         m_fixture->onboarding->connect();
         QTRY_VERIFY_WITH_TIMEOUT(finished.count() == 1, 10'000);
@@ -97,7 +88,7 @@ private slots:
             render();
             QCOMPARE(QuickItems::plainText(delegate->property("contentItem").value<QObject*>()), titles.at(index));
         }
-        verifyNoPictureFetched();
+        QCOMPARE(m_fixture->picturesFetchedAfterPainting(m_sandbox), QStringList());
     }
 
     void theChosenNameShowsAsPlainTextInTheClosedChooserAndTheTitle() {
@@ -114,7 +105,7 @@ private slots:
             QTRY_COMPARE(QuickItems::plainText(content), titles.at(index));
             QTRY_COMPARE(QuickItems::plainText(title), name);
         }
-        verifyNoPictureFetched();
+        QCOMPARE(m_fixture->picturesFetchedAfterPainting(m_sandbox), QStringList());
     }
 };
 

@@ -14,7 +14,8 @@ INTERFACE = "com.norvanebar.NorvaneBar"
 WATCHER = ("org.kde.StatusNotifierWatcher", "/StatusNotifierWatcher")
 
 
-def wait_until(condition, timeout=10.0, what="condition"):
+def wait_until(condition, timeout=10.0, what="condition", idle=lambda: time.sleep(0.025)):
+    """Calls condition() until it gives a true value, and idle() between calls."""
     deadline = time.monotonic() + timeout
     while True:
         value = condition()
@@ -22,7 +23,7 @@ def wait_until(condition, timeout=10.0, what="condition"):
             return value
         if time.monotonic() > deadline:
             raise TimeoutError(f"timed out waiting for {what}")
-        time.sleep(0.025)
+        idle()
 
 
 class NorvaneBar:

@@ -1,4 +1,5 @@
 // Any JSON document as a JSONValue: written back and read again, it is the same value.
+#include "FuzzJson.h"
 #include "api/JSONValue.h"
 #include "json/JsonDecoding.h"
 #include "json/JsonEncoding.h"
@@ -7,12 +8,11 @@
 #include <cstdlib>
 
 extern "C" int LLVMFuzzerTestOneInput(const uint8_t* data, size_t size) {
-    QJsonValue json;
-    try {
-        json = Json::parse(QByteArray(reinterpret_cast<const char*>(data), static_cast<qsizetype>(size)));
-    } catch (const DecodingError&) {
+    const std::optional<QJsonValue> parsed = fuzzedJson(data, size);
+    if (!parsed) {
         return 0;
     }
+    const QJsonValue& json = *parsed;
     // A parsed document holds no undefined value, so this never fails.
     const JSONValue value = JSONValue::fromJson(json);
     const JSONValue again = JSONValue::fromJson(Json::parse(Json::serialize(value.toJson())));

@@ -1,5 +1,6 @@
 // Every record the service answers with, decoded from the same bytes. Decoding may fail, but only
 // with DecodingError; whatever decodes must be written and read back as the same record.
+#include "FuzzJson.h"
 #include "api/APIErrorBody.h"
 #include "api/FieldRecords.h"
 #include "api/HierarchyRecords.h"
@@ -33,12 +34,11 @@ template <typename... Records> void tryRecords(const QJsonValue& json) {
 } // namespace
 
 extern "C" int LLVMFuzzerTestOneInput(const uint8_t* data, size_t size) {
-    QJsonValue json;
-    try {
-        json = Json::parse(QByteArray(reinterpret_cast<const char*>(data), static_cast<qsizetype>(size)));
-    } catch (const DecodingError&) {
+    const std::optional<QJsonValue> parsed = fuzzedJson(data, size);
+    if (!parsed) {
         return 0;
     }
+    const QJsonValue& json = *parsed;
     tryRecords<UserResponse, MembersResponse, TeamsResponse, SpacesResponse, FoldersResponse, ListsResponse, NVList,
                TagsResponse, FieldsResponse, TeamTasksResponse, NVTaskSummary, CreatedTask, CommentResponse,
                APIErrorBody, TaskAttachment>(json);

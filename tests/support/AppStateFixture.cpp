@@ -1,5 +1,6 @@
 #include "AppStateFixture.h"
 
+#include "SandboxDemo.h"
 #include "auth/KeychainStore.h"
 
 #include <QFile>
@@ -15,6 +16,15 @@ AppStateFixture::AppStateFixture(const SandboxProcess* sandbox, SecretStore* sec
 AppStateFixture::~AppStateFixture() {
     stop();
     QTRY_VERIFY_WITH_TIMEOUT(m_memorySecrets.inFlight() == 0, 5000);
+}
+
+std::unique_ptr<AppStateFixture> AppStateFixture::withFirstUser(SandboxProcess& sandbox) {
+    if (!sandbox.reset()) {
+        return nullptr;
+    }
+    auto fixture = std::make_unique<AppStateFixture>(&sandbox);
+    fixture->storeToken(SandboxDemo::firstUserID, sandbox.token());
+    return fixture;
 }
 
 void AppStateFixture::writeSettings(QJsonObject settings) {

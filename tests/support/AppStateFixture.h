@@ -25,6 +25,10 @@ public:
     AppStateFixture(const AppStateFixture&) = delete;
     AppStateFixture& operator=(const AppStateFixture&) = delete;
 
+    // A fixture aimed at a freshly reset sandbox, holding the token of its first demo user; null when
+    // the sandbox can't be reset.
+    static std::unique_ptr<AppStateFixture> withFirstUser(SandboxProcess& sandbox);
+
     // Rewrites the settings file: the sandbox's addresses and what `settings` adds.
     void writeSettings(QJsonObject settings = {});
     // The token as the keychain item of that account, in the memory store.

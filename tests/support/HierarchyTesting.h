@@ -4,6 +4,7 @@
 #include "RunTask.h"
 #include "api/NorvaneClient.h"
 #include "auth/StaticTokenAuth.h"
+#include "hierarchy/ListEntry.h"
 
 #include <QByteArray>
 #include <QString>
@@ -30,6 +31,17 @@ inline QString record(const QString& id, const QString& extra = {}) {
 
 inline QString status(const QString& name) {
     return QStringLiteral(R"({"status":"%1","color":"#000000","type":"open"})").arg(name);
+}
+
+// List l1 of space s1 in workspace w, outside any folder, with the space's statuses given.
+inline ListEntry entryWithSpaceStatuses(const QList<NVStatus>& statuses = {}) {
+    return {QStringLiteral("w"),
+            QStringLiteral("s1"),
+            QStringLiteral("Space"),
+            std::nullopt,
+            std::nullopt,
+            NVList{QStringLiteral("l1"), QStringLiteral("List"), std::nullopt, std::nullopt},
+            statuses};
 }
 
 } // namespace HierarchyTesting

@@ -1,6 +1,7 @@
 #pragma once
 
 #include "AppStateFixture.h"
+#include "SandboxDemo.h"
 #include "shell/PopoverPages.h"
 
 #include <QGuiApplication>
@@ -16,6 +17,12 @@ struct PopoverFixture {
         , app(&state.start())
         , pages(*app, *QGuiApplication::clipboard()) {}
 
+    // Readies Qt Quick as the app does and starts the sandbox the tests share.
+    static bool startSandbox(SandboxProcess& sandbox) {
+        PopoverWindow::configureQuick();
+        return sandbox.start();
+    }
+
     // A fixture aimed at a freshly reset sandbox, its popover shown; null when the sandbox can't be
     // reset or the window doesn't appear.
     static std::unique_ptr<PopoverFixture> shownAgainst(SandboxProcess& sandbox) {
@@ -25,6 +32,16 @@ struct PopoverFixture {
         auto fixture = std::make_unique<PopoverFixture>(&sandbox);
         fixture->popover.toggle(std::nullopt);
         return QTest::qWaitForWindowExposed(&fixture->popover) ? std::move(fixture) : nullptr;
+    }
+
+    // Paints the popover and waits a moment: the paths of the pictures of hostile names that were
+    // asked for meanwhile. A picture in rich text would be asked for as soon as the text is laid out.
+    QStringList picturesFetchedAfterPainting(SandboxProcess& sandbox) {
+        if (popover.grabWindow().isNull()) {
+            return {QStringLiteral("(the popover could not be painted)")};
+        }
+        QTest::qWait(300);
+        return SandboxDemo::hostilePictureRequests(sandbox.requests());
     }
 
     // The item of the page with this objectName, or null.

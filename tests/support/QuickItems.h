@@ -1,7 +1,9 @@
 #pragma once
 
+#include <QAccessible>
 #include <QQuickItem>
 #include <QString>
+#include <QStringList>
 
 // Reading a Qt Quick scene in UI tests: items out of findChild's reach, and the text an item shows.
 namespace QuickItems {
@@ -37,6 +39,19 @@ inline QString plainText(const QObject* item) {
         return QStringLiteral("<textFormat %1, not plain text>").arg(format.toInt());
     }
     return item->property("text").toString();
+}
+
+// The accessible names of the item and all its visual descendants, without the empty ones.
+inline QStringList accessibleNames(QQuickItem* item) {
+    QStringList names;
+    if (QAccessibleInterface* accessible = QAccessible::queryAccessibleInterface(item)) {
+        names << accessible->text(QAccessible::Name);
+    }
+    for (QQuickItem* child : item->childItems()) {
+        names << accessibleNames(child);
+    }
+    names.removeAll(QString());
+    return names;
 }
 
 } // namespace QuickItems

@@ -1,6 +1,10 @@
 #pragma once
 
+#include "SandboxProcess.h"
+#include "SyncHttpClient.h"
+
 #include <QJsonArray>
+#include <QJsonObject>
 #include <QString>
 #include <QStringList>
 #include <QUrl>
@@ -39,6 +43,16 @@ inline const QString releaseListID = QStringLiteral("901500002003");    // statu
 inline const QString supportListID = QStringLiteral("901500002006");
 inline const QString facilitiesListID = QStringLiteral("901500002007"); // statuses without types
 inline const QString labNotesListID = QStringLiteral("901500003001");   // in Fabrikam
+
+// The first open task of the first demo user in Northwind, as the task search gives it.
+inline QJsonObject firstNorthwindTask(SyncHttpClient& http, const SandboxProcess& sandbox) {
+    return http.get(sandbox.apiUrl(QStringLiteral("team/%1/task").arg(northwindID)), sandbox.token())
+        .json()
+        .value(QStringLiteral("tasks"))
+        .toArray()
+        .first()
+        .toObject();
+}
 
 // The workspace of hostile names, whose only member is the hostile-names user. Pictures in its
 // markup point at the sandbox's own address (its web base), so a fetch shows in the request log.

@@ -28,9 +28,8 @@ private slots:
     void initTestCase() { QVERIFY2(m_sandbox.start(), qPrintable(m_sandbox.errorString())); }
 
     void init() {
-        QVERIFY(m_sandbox.reset());
-        m_fixture = std::make_unique<AppStateFixture>(&m_sandbox);
-        m_fixture->storeToken(SandboxDemo::firstUserID, m_sandbox.token());
+        m_fixture = AppStateFixture::withFirstUser(m_sandbox);
+        QVERIFY(m_fixture);
         m_fixture->writeSettings({{"activeAccountID", SandboxDemo::firstUserID}, {"lastLocation", releaseLocation()}});
     }
 

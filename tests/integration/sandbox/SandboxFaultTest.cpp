@@ -20,15 +20,7 @@ class SandboxFaultTest : public QObject {
     HttpResult getTeams() { return m_http.get(m_sandbox.apiUrl(u"team"), m_sandbox.token()); }
 
     QString taskID() {
-        return m_http
-            .get(m_sandbox.apiUrl(QStringLiteral("team/%1/task").arg(SandboxDemo::northwindID)), m_sandbox.token())
-            .json()
-            .value(QStringLiteral("tasks"))
-            .toArray()
-            .first()
-            .toObject()
-            .value(QStringLiteral("id"))
-            .toString();
+        return SandboxDemo::firstNorthwindTask(m_http, m_sandbox).value(QStringLiteral("id")).toString();
     }
 
     HttpResult upload(int bytes) {

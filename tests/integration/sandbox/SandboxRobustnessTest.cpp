@@ -95,16 +95,7 @@ private slots:
             << QByteArray();
         const QByteArray attachmentTarget =
             "POST /api/v2/task/" +
-            m_http
-                .get(m_sandbox.apiUrl(QStringLiteral("team/%1/task").arg(SandboxDemo::northwindID)), m_sandbox.token())
-                .json()
-                .value(QStringLiteral("tasks"))
-                .toArray()
-                .first()
-                .toObject()
-                .value(QStringLiteral("id"))
-                .toString()
-                .toLatin1() +
+            SandboxDemo::firstNorthwindTask(m_http, m_sandbox).value(QStringLiteral("id")).toString().toLatin1() +
             "/attachment HTTP/1.1";
         const QByteArray multipart = "Content-Type: multipart/form-data; boundary=b0undary\r\n";
         QTest::newRow("multipart cut short")

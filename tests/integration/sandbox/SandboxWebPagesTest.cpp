@@ -43,14 +43,7 @@ private slots:
     }
 
     void taskPageByIdAndByCustomID() {
-        const QJsonObject task =
-            m_http
-                .get(m_sandbox.apiUrl(QStringLiteral("team/%1/task").arg(SandboxDemo::northwindID)), m_sandbox.token())
-                .json()
-                .value(QStringLiteral("tasks"))
-                .toArray()
-                .first()
-                .toObject();
+        const QJsonObject task = SandboxDemo::firstNorthwindTask(m_http, m_sandbox);
         const QByteArray name = task.value(QStringLiteral("name")).toString().toHtmlEscaped().toUtf8();
         const HttpResult byID = m_http.get(QUrl(task.value(QStringLiteral("url")).toString()));
         verifyPage(byID);

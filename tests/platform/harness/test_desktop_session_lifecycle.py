@@ -7,11 +7,15 @@ import os
 import signal
 import statistics
 import subprocess
+import sys
 import tempfile
 import time
 import unittest
 
-HARNESS = os.path.join(os.path.dirname(os.path.dirname(os.path.dirname(os.path.abspath(__file__)))), "harness", "desktop-session")
+HARNESS_DIR = os.path.join(os.path.dirname(os.path.dirname(os.path.dirname(os.path.abspath(__file__)))), "harness")
+HARNESS = os.path.join(HARNESS_DIR, "desktop-session")
+sys.path.insert(0, HARNESS_DIR)
+from x_selection_owner import alive  # noqa: E402
 THROWAWAY = ("home", "config", "data", "cache", "run")
 ENV_NAMES = ("DISPLAY", "QT_QPA_PLATFORM", "DBUS_SESSION_BUS_ADDRESS", "HOME", "XDG_CONFIG_HOME", "XDG_DATA_HOME",
              "XDG_CACHE_HOME", "XDG_RUNTIME_DIR", "NORVANEBAR_SESSION_DIR", "NORVANEBAR_TRAY")
@@ -35,14 +39,6 @@ def session_processes(session_dir):
         except OSError:
             pass  # gone, or a zombie
     return found
-
-
-def alive(pid):
-    try:
-        with open("/proc/%d/stat" % pid, encoding="utf-8") as stat:
-            return stat.read().rsplit(")", 1)[1].split()[0] not in ("Z", "X")
-    except OSError:
-        return False
 
 
 def descendants(pid):

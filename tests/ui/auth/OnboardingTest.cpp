@@ -37,18 +37,8 @@ class OnboardingTest : public QObject {
         return item ? item->property("text").toString() : QString();
     }
 
-    void verifyNoPictureFetched() {
-        QVERIFY(!m_fixture->popover.grabWindow().isNull());
-        // A picture in rich text would be asked for as soon as the text is laid out; give it time.
-        QTest::qWait(300);
-        QCOMPARE(SandboxDemo::hostilePictureRequests(m_sandbox.requests()), QStringList());
-    }
-
 private slots:
-    void initTestCase() {
-        PopoverWindow::configureQuick();
-        QVERIFY2(m_sandbox.start(), qPrintable(m_sandbox.errorString()));
-    }
+    void initTestCase() { QVERIFY2(PopoverFixture::startSandbox(m_sandbox), qPrintable(m_sandbox.errorString())); }
 
     void init() {
         m_fixture = PopoverFixture::shownAgainst(m_sandbox);
@@ -145,7 +135,7 @@ private slots:
         connectWith(QStringLiteral("pk_not_a_demo_token"));
         QCOMPARE(m_fixture->onboarding->errorMessage(), message);
         QTRY_COMPARE(QuickItems::plainText(m_fixture->find(QStringLiteral("errorMessage"))), message);
-        verifyNoPictureFetched();
+        QCOMPARE(m_fixture->picturesFetchedAfterPainting(m_sandbox), QStringList());
     }
 
     void aBadlyShapedTokenIsRefusedWithoutAsking() {
@@ -168,7 +158,7 @@ private slots:
         QCOMPARE(m_fixture->auth->userDisplayName(), name);
         QTRY_COMPARE(QuickItems::plainText(m_fixture->find(QStringLiteral("signedInUser"))),
                      QStringLiteral("Signed in as %1").arg(name));
-        verifyNoPictureFetched();
+        QCOMPARE(m_fixture->picturesFetchedAfterPainting(m_sandbox), QStringList());
     }
 
     void theChosenListIsShownAndRemembered() {

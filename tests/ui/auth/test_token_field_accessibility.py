@@ -23,7 +23,7 @@ from gi.repository import Atspi, GLib  # noqa: E402
 
 TESTS = os.path.dirname(os.path.dirname(os.path.dirname(os.path.abspath(__file__))))
 sys.path.insert(0, os.path.join(TESTS, "e2e"))
-from norvanebar_app import NorvaneBar  # noqa: E402
+from norvanebar_app import NorvaneBar, wait_until  # noqa: E402
 
 NAME = "Norvane personal API token"
 TOKEN = "pk_4810001_Q7WX2ZKV9M"
@@ -32,15 +32,12 @@ TOKEN = "pk_4810001_Q7WX2ZKV9M"
 def pump_until(condition, timeout=10.0, what="condition"):
     """Runs the GLib main loop, which delivers AT-SPI events, until condition() is true."""
     context = GLib.MainContext.default()
-    deadline = time.monotonic() + timeout
-    while True:
-        value = condition()
-        if value:
-            return value
-        if time.monotonic() > deadline:
-            raise TimeoutError(f"timed out waiting for {what}")
+
+    def idle():
         if not context.iteration(False):
             time.sleep(0.02)
+
+    return wait_until(condition, timeout, what, idle)
 
 
 def descendants(node, depth=0):

@@ -1,4 +1,5 @@
 #include "PopoverFixture.h"
+#include "QuickItems.h"
 
 #include <QAccessible>
 #include <QCursor>
@@ -10,18 +11,6 @@
 
 class PopoverWindowTest : public QObject {
     Q_OBJECT
-
-    static QStringList accessibleNames(QQuickItem* item) {
-        QStringList names;
-        if (QAccessibleInterface* accessible = QAccessible::queryAccessibleInterface(item)) {
-            names << accessible->text(QAccessible::Name);
-        }
-        for (QQuickItem* child : item->childItems()) {
-            names << accessibleNames(child);
-        }
-        names.removeAll(QString());
-        return names;
-    }
 
     std::unique_ptr<PopoverFixture> m_fixture;
 
@@ -54,7 +43,7 @@ private slots:
         popover.prepare();
         popover.show();
         QVERIFY(QTest::qWaitForWindowExposed(&popover));
-        const QStringList names = accessibleNames(popover.contentItem());
+        const QStringList names = QuickItems::accessibleNames(popover.contentItem());
         QVERIFY2(names.contains(QStringLiteral("NorvaneBar")), qPrintable(names.join(u'|')));
         QVERIFY(names.contains(QStringLiteral("Connect to Norvane")));
         QVERIFY(names.contains(QStringLiteral("Norvane personal API token")));

@@ -14,15 +14,6 @@ std::shared_ptr<bool> watched(QObject& watcher, QCoro::Task<> task) {
     return ended;
 }
 
-ListEntry entry() {
-    return {QStringLiteral("w"),
-            QStringLiteral("s1"),
-            QStringLiteral("Space"),
-            std::nullopt,
-            std::nullopt,
-            NVList{QStringLiteral("l1"), QStringLiteral("List"), std::nullopt, std::nullopt},
-            {}};
-}
 } // namespace
 
 // A store or a context deleted while its load waits for the service: the load still comes to its
@@ -65,7 +56,7 @@ private slots:
         const QString details = QStringLiteral("list/l1");
         fake.service.answer(details, record("l1").toUtf8());
         fake.service.hold(details);
-        auto context = std::make_unique<ListContext>(entry());
+        auto context = std::make_unique<ListContext>(entryWithSpaceStatuses());
         QObject watcher;
         const auto ended = watched(watcher, context->load(fake.client));
         QVERIFY(context->isLoading());

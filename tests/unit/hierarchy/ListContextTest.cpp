@@ -13,16 +13,6 @@ const QString tagsPath = QStringLiteral("space/s1/tag");
 const QString fieldsPath = QStringLiteral("list/l1/field");
 const QByteArray broken = R"({"err":"Broken","ECODE":"X"})";
 
-ListEntry entryWithSpaceStatuses(const QList<NVStatus>& statuses) {
-    return {QStringLiteral("w"),
-            QStringLiteral("s1"),
-            QStringLiteral("Space"),
-            std::nullopt,
-            std::nullopt,
-            NVList{QStringLiteral("l1"), QStringLiteral("List"), std::nullopt, std::nullopt},
-            statuses};
-}
-
 const QList<NVStatus> spaceStatuses{{QStringLiteral("space open"), std::nullopt, std::nullopt}};
 
 void answerAll(FakeService& service) {

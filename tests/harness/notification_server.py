@@ -15,6 +15,9 @@ Tests drive the user's side through org.norvanebar.Test.Notifications on the sam
   Dismiss(u id)                     emits NotificationClosed with reason 2
   Expire(u id)                      emits NotificationClosed with reason 1
   Notifications() -> s              JSON array of the "notify" records still open
+  SetCapabilities(as capabilities)  what GetCapabilities answers from now on (without "actions" the
+                                    server shows no buttons, as some servers do); an empty array
+                                    restores the default set
 Unknown ids and action keys the notification does not offer are errors.
 
 Usage: notification_server.py EVENTS_FILE
@@ -74,6 +77,7 @@ class NotificationServer(dbus.service.Object):
         self._events = open(events_path, "a", encoding="utf-8")
         self._last_id = 0
         self._open = {}  # id -> the "notify" record
+        self._capabilities = list(CAPABILITIES)
 
     def _log(self, event, **fields):
         record = {"time": time.monotonic(), "event": event}
@@ -99,7 +103,7 @@ class NotificationServer(dbus.service.Object):
 
     @dbus.service.method(INTERFACE, in_signature="", out_signature="as")
     def GetCapabilities(self):
-        return dbus.Array(CAPABILITIES, signature="s")
+        return dbus.Array(self._capabilities, signature="s")
 
     @dbus.service.method(INTERFACE, in_signature="susssasa{sv}i", out_signature="u",
                          sender_keyword="sender", byte_arrays=True)
@@ -165,6 +169,10 @@ class NotificationServer(dbus.service.Object):
     def Expire(self, notification_id):
         self._require(int(notification_id))
         self._close(int(notification_id), REASON_EXPIRED)
+
+    @dbus.service.method(TEST_INTERFACE, in_signature="as", out_signature="")
+    def SetCapabilities(self, capabilities):
+        self._capabilities = [str(c) for c in capabilities] or list(CAPABILITIES)
 
     @dbus.service.method(TEST_INTERFACE, in_signature="", out_signature="s")
     def Notifications(self):

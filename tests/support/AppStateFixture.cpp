@@ -45,7 +45,14 @@ void AppStateFixture::storeToken(qint64 userID, const QString& token) {
 
 AppState& AppStateFixture::start() {
     m_app.reset();
-    m_app = std::make_unique<AppState>(AppEnvironment{m_secrets, settingsPath(), m_sleeper.sleeper()});
+    m_app = std::make_unique<AppState>(AppEnvironment{
+        .secrets = m_secrets,
+        .settingsPath = settingsPath(),
+        .sleeper = m_sleeper.sleeper(),
+        .notificationCenter = &m_notificationCenter,
+        .linkActions = &m_linkActions,
+        .remindersPath = remindersPath(),
+    });
     return *m_app;
 }
 

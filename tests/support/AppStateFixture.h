@@ -2,6 +2,8 @@
 
 #include "ClientTesting.h"
 #include "MemorySecretStore.h"
+#include "RecordingLinkActions.h"
+#include "RecordingNotificationCenter.h"
 #include "RunTask.h"
 #include "SandboxProcess.h"
 #include "app/AppState.h"
@@ -10,9 +12,10 @@
 #include <QTemporaryDir>
 #include <memory>
 
-// The central state as the app builds it, for a test: a settings file of its own in a temporary
-// folder, aimed at a sandbox when one is given, secrets in memory unless the test brings a store,
-// and waits that return at once. A test against the sandbox:
+// The central state as the app builds it, for a test: a settings file and a reminders file of its
+// own in a temporary folder, aimed at a sandbox when one is given, secrets in memory unless the test
+// brings a store, a notification center and link actions that record, and waits that return at once. A test against the
+// sandbox:
 //   AppStateFixture fixture(&sandbox);
 //   fixture.storeToken(userID, token);
 //   AppState& app = fixture.startSignedIn();
@@ -42,7 +45,10 @@ public:
 
     AppState& app() const { return *m_app; }
     MemorySecretStore& memorySecrets() { return m_memorySecrets; }
+    RecordingNotificationCenter& notificationCenter() { return m_notificationCenter; }
+    RecordingLinkActions& linkActions() { return m_linkActions; }
     QString settingsPath() const { return m_folder.filePath(QStringLiteral("settings.json")); }
+    QString remindersPath() const { return m_folder.filePath(QStringLiteral("reminders.json")); }
 
 private:
     const SandboxProcess* m_sandbox;
@@ -50,5 +56,7 @@ private:
     MemorySecretStore m_memorySecrets;
     SecretStore* m_secrets;
     ClientTesting::RecordingSleeper m_sleeper;
+    RecordingNotificationCenter m_notificationCenter;
+    RecordingLinkActions m_linkActions;
     std::unique_ptr<AppState> m_app;
 };

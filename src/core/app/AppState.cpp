@@ -30,10 +30,12 @@ AppState::AppState(AppEnvironment environment, QObject* parent)
     , m_draft(environment.clock)
     , m_addresses(ServiceAddresses::from(m_settings.settings()))
     , m_client(m_tokenProvider, &m_session, &m_uploadSession, m_addresses.apiBaseURL, std::move(environment.sleeper),
-               std::move(environment.clock))
+               environment.clock)
     , m_hierarchy(m_client)
     , m_location(m_settings, m_hierarchy, m_client, m_draft)
-    , m_auth(m_tokenProvider, m_settings, m_client, m_hierarchy, m_location, m_draft) {
+    , m_auth(m_tokenProvider, m_settings, m_client, m_hierarchy, m_location, m_draft)
+    , m_notifications(*environment.notificationCenter, *environment.linkActions, environment.remindersPath,
+                      std::move(environment.clock)) {
     m_uploadSession.setTransferTimeout(uploadTransferTimeoutMs);
     m_draft.setReminderLeadMinutes(m_settings.settings().defaultReminderLeadMinutes);
     connect(&m_auth, &AuthController::authStateChanged, this, &AppState::authStateChanged);

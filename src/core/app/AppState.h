@@ -7,6 +7,7 @@
 #include "compose/TaskDraft.h"
 #include "hierarchy/HierarchyStore.h"
 #include "hierarchy/LocationMemory.h"
+#include "notify/NotificationScheduler.h"
 #include "settings/SettingsStore.h"
 #include "shell/PopoverControlling.h"
 #include "shell/PopoverTab.h"
@@ -16,13 +17,18 @@
 #include <functional>
 #include <optional>
 
-// What the desktop hands the central state: the secret store, and seams for tests.
+// What the desktop hands the central state: the secret store, the notification center and what is
+// done with a task's link, and seams for tests.
 struct AppEnvironment {
     SecretStore* secrets = nullptr;
     // The settings file; empty means the user's own.
     QString settingsPath;
     Sleeper sleeper = Sleepers::real();
     Clock clock = Clocks::system();
+    NotificationCenter* notificationCenter = nullptr;
+    LinkActions* linkActions = nullptr;
+    // The file of reminders; empty means the user's own.
+    QString remindersPath;
 };
 
 // The one central object and the place where NorvaneBar is put together: it builds the token
@@ -46,6 +52,7 @@ public:
     TaskDraft& draft() { return m_draft; }
     AuthController& auth() { return m_auth; }
     LocationMemory& location() { return m_location; }
+    NotificationScheduler& notifications() { return m_notifications; }
     const ServiceAddresses& serviceAddresses() const { return m_addresses; }
 
     const AuthState& authState() const { return m_auth.authState(); }
@@ -83,5 +90,6 @@ private:
     HierarchyStore m_hierarchy;
     LocationMemory m_location;
     AuthController m_auth;
+    NotificationScheduler m_notifications;
     PopoverTab m_activeTab = PopoverTab::compose;
 };

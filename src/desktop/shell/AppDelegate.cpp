@@ -24,6 +24,8 @@ void AppDelegate::applicationDidFinishLaunching() {
     connect(&m_trayHost, &TrayHostWatcher::noHostFound, this, &AppDelegate::noTrayHostFound);
 
     m_app.popoverController = &popover;
+    m_app.notifications().registerCategories();
+    m_app.notifications().restoreReminders();
 
     m_instance.listen();
     m_control.publish();

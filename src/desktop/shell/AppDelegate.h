@@ -2,6 +2,8 @@
 
 #include "app/AppState.h"
 #include "linux/ControlService.h"
+#include "linux/DesktopLinkActions.h"
+#include "linux/FreedesktopNotificationCenter.h"
 #include "linux/SecretServiceStore.h"
 #include "linux/SingleInstance.h"
 #include "linux/TrayHostWatcher.h"
@@ -12,8 +14,8 @@
 #include <QObject>
 
 // Builds NorvaneBar's presence on the desktop: the tray icon once a tray host is known, the
-// popover and its pages, and the ways to reach it without the icon (a second launch, the D-Bus
-// interface); then starts the central state.
+// popover and its pages, the ways to reach it without the icon (a second launch, the D-Bus
+// interface) and the answers to its notifications; then starts the central state.
 class AppDelegate : public QObject {
     Q_OBJECT
 
@@ -27,7 +29,10 @@ private:
     void noTrayHostFound();
 
     SecretServiceStore m_secrets;
-    AppState m_app{AppEnvironment{&m_secrets}};
+    FreedesktopNotificationCenter m_notificationCenter;
+    DesktopLinkActions m_linkActions;
+    AppState m_app{AppEnvironment{
+        .secrets = &m_secrets, .notificationCenter = &m_notificationCenter, .linkActions = &m_linkActions}};
     SingleInstance m_instance;
     ControlService m_control;
     TrayHostWatcher m_trayHost;

@@ -216,6 +216,15 @@ class Notifications(unittest.TestCase):
         self.assertTrue(name)
         self.assertEqual(protocol_version, "1.2")
 
+    def test_capabilities_can_be_changed_and_restored(self):
+        test = "org.norvanebar.Test.Notifications"
+        try:
+            self.server.SetCapabilities(dbus.Array(["body"], signature="s"), dbus_interface=test)
+            self.assertEqual(list(self.server.GetCapabilities(dbus_interface=NOTIFICATIONS)), ["body"])
+        finally:
+            self.server.SetCapabilities(dbus.Array([], signature="s"), dbus_interface=test)
+        self.assertIn("actions", self.server.GetCapabilities(dbus_interface=NOTIFICATIONS))
+
     def test_notify_is_recorded_with_its_hints(self):
         hints = {"urgency": dbus.Byte(2), "category": "task", "x-norvanebar-task": "T-1",
                  "resident": dbus.Boolean(True), "image-data": dbus.Struct(

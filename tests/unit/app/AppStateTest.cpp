@@ -26,6 +26,14 @@ private slots:
         QCOMPARE(fromRawValue<PopoverTab>(QStringLiteral("myDay")), std::optional(PopoverTab::myDay));
     }
 
+    void notificationsGoToTheCenterAndRemindersToTheFileTheDesktopGave() {
+        AppStateFixture fixture;
+        AppState& app = fixture.start();
+        app.notifications().notifyBulkCreateFailed(QStringLiteral("e"), QUuid::createUuid(), nullptr);
+        QCOMPARE(fixture.notificationCenter().posted().size(), 1);
+        QCOMPARE(app.notifications().reminders().filePath(), fixture.remindersPath());
+    }
+
     void everyLaunchStartsAtCompose() {
         AppStateFixture fixture;
         fixture.start().setActiveTab(PopoverTab::myDay);

@@ -1,0 +1,190 @@
+#include "notify/NotificationScheduler.h"
+
+#include "async/StartTask.h"
+#include "notify/NotificationCategories.h"
+#include "notify/ReminderFile.h"
+#include "support/GeneratedNames.h"
+
+#include <QPointer>
+#include <QUrl>
+
+namespace {
+const QString taskURLKey = QStringLiteral("taskURL");
+const QString retryJobIDKey = QStringLiteral("retryJobID");
+// The canonical form of a UUID: 8-4-4-4-12 hexadecimal digits, no braces.
+constexpr qsizetype canonicalUuidLength = 36;
+
+QCoro::Task<bool> askPermission(QPointer<NotificationCenter> center) {
+    if (!center) {
+        co_return false;
+    }
+    QCoro::Task<bool> permission = center->permission();
+    co_return co_await std::move(permission);
+}
+
+// Only the keys whose values are present.
+NotificationUserInfo userInfoOf(const std::optional<QString>& taskURL, const std::optional<QUuid>& retryJobID) {
+    NotificationUserInfo info;
+    if (taskURL) {
+        info.insert(taskURLKey, *taskURL);
+    }
+    if (retryJobID) {
+        info.insert(retryJobIDKey, upperCaseUuid(*retryJobID));
+    }
+    return info;
+}
+
+std::optional<QUuid> parsedUuid(const QString& text) {
+    const QUuid uuid = QUuid::fromString(text);
+    if (text.size() != canonicalUuidLength || uuid.isNull()) {
+        return std::nullopt;
+    }
+    return uuid;
+}
+
+NotificationRequest makeRequest(QString title, QString body, std::optional<NotificationCategory> category,
+                                NotificationUserInfo info) {
+    return {
+        .identifier = QStringLiteral("norvanebar-") + upperCaseUuid(),
+        .title = std::move(title),
+        .body = std::move(body),
+        .category = std::move(category),
+        .userInfo = std::move(info),
+    };
+}
+} // namespace
+
+NotificationScheduler::NotificationScheduler(NotificationCenter& center, LinkActions& links,
+                                             const QString& remindersPath, Clock clock, QObject* parent)
+    : QObject(parent)
+    , m_center(center)
+    , m_links(links)
+    , m_reminders(remindersPath.isEmpty() ? ReminderFile::defaultPath() : remindersPath, std::move(clock)) {
+    connect(&m_reminders, &ReminderSchedule::due, this, &NotificationScheduler::deliverReminder);
+}
+
+void NotificationScheduler::registerCategories() {
+    connect(&m_center, &NotificationCenter::actionInvoked, this, &NotificationScheduler::didReceive,
+            Qt::UniqueConnection);
+}
+
+void NotificationScheduler::scheduleReminder(const QString& taskName, const std::optional<QString>& taskURL,
+                                             const QDateTime& fireDate) {
+    Reminder reminder{
+        .identifier = QStringLiteral("norvanebar-reminder-") + upperCaseUuid(),
+        .taskName = taskName,
+        .taskURL = taskURL,
+        .fireDate = fireDate.toUTC(),
+    };
+    // Without leave the reminder is dropped, silently.
+    startTask(this, askPermission(&m_center), [this, reminder = std::move(reminder)](bool allowed) {
+        if (allowed) {
+            m_reminders.add(reminder);
+        }
+    });
+}
+
+void NotificationScheduler::notifyTaskCreated(const QString& taskName, const std::optional<QString>& taskURL,
+                                              int attachmentFailures,
+                                              const std::optional<QString>& attachmentFailureMessage,
+                                              const std::optional<QUuid>& retryJobID, Delivered onDelivered) {
+    if (attachmentFailures <= 0) {
+        deliverImmediately(makeRequest(taskName, tr("Task created"), NotificationCategories::taskCreated(),
+                                       userInfoOf(taskURL, retryJobID)),
+                           std::move(onDelivered));
+        return;
+    }
+    const QString count = QString::number(attachmentFailures);
+    const QString body =
+        attachmentFailureMessage.value_or(attachmentFailures == 1 ? tr("%1 attachment failed to upload").arg(count)
+                                                                  : tr("%1 attachments failed to upload").arg(count));
+    deliverImmediately(
+        makeRequest(taskName, body, NotificationCategories::taskUploadFailed(), userInfoOf(taskURL, retryJobID)),
+        std::move(onDelivered));
+}
+
+void NotificationScheduler::notifyTaskCreateFailed(const QString& taskName, const QString& error,
+                                                   const QUuid& retryJobID, Delivered onDelivered) {
+    deliverImmediately(makeRequest(tr("Couldn't create task"), taskName + QStringLiteral(": ") + error,
+                                   NotificationCategories::taskFailed(), userInfoOf(std::nullopt, retryJobID)),
+                       std::move(onDelivered));
+}
+
+void NotificationScheduler::notifyBulkComplete(int createdCount, const QList<BulkFailure>& failures,
+                                               const std::optional<QUuid>& retryJobID, Delivered onDelivered) {
+    const QString created = QString::number(createdCount);
+    const QString title = createdCount == 1 ? tr("%1 task created").arg(created) : tr("%1 tasks created").arg(created);
+    if (failures.isEmpty()) {
+        deliverImmediately(
+            makeRequest(title, tr("All tasks created in Norvane"), std::nullopt, userInfoOf(std::nullopt, retryJobID)),
+            std::move(onDelivered));
+        return;
+    }
+    const QString failed = QString::number(failures.size());
+    const QString body = failures.size() == 1 ? tr("%1 task failed").arg(failed) : tr("%1 tasks failed").arg(failed);
+    deliverImmediately(
+        makeRequest(title, body, NotificationCategories::bulkFailed(), userInfoOf(std::nullopt, retryJobID)),
+        std::move(onDelivered));
+}
+
+void NotificationScheduler::notifyBulkCreateFailed(const QString& error, const QUuid& retryJobID,
+                                                   Delivered onDelivered) {
+    deliverImmediately(makeRequest(tr("Couldn't create tasks"), error, NotificationCategories::bulkFailed(),
+                                   userInfoOf(std::nullopt, retryJobID)),
+                       std::move(onDelivered));
+}
+
+void NotificationScheduler::deliverImmediately(NotificationRequest request, Delivered onDelivered) {
+    startTask(this, askPermission(&m_center),
+              [this, request = std::move(request), onDelivered = std::move(onDelivered)](bool allowed) {
+                  if (allowed) {
+                      m_center.post(request);
+                  }
+                  if (onDelivered) {
+                      onDelivered(allowed);
+                  }
+              });
+}
+
+void NotificationScheduler::deliverReminder(const Reminder& reminder) {
+    // No category, so no buttons; a click opens the task.
+    NotificationRequest reminderRequest{
+        .identifier = reminder.identifier,
+        .title = tr("Task reminder"),
+        .body = reminder.taskName,
+        .category = std::nullopt,
+        .userInfo = userInfoOf(reminder.taskURL, std::nullopt),
+    };
+    deliverImmediately(std::move(reminderRequest), nullptr);
+}
+
+void NotificationScheduler::didReceive(const QString& actionIdentifier, const NotificationUserInfo& userInfo) {
+    if (actionIdentifier == NotificationCategories::copyLinkAction) {
+        copyTaskURL(userInfo);
+    } else if (actionIdentifier == NotificationCategories::openTaskAction ||
+               actionIdentifier == NotificationCenter::defaultActionIdentifier) {
+        openTaskURL(userInfo);
+    } else if (actionIdentifier == NotificationCategories::retryAction) {
+        retryJob(userInfo);
+    }
+}
+
+void NotificationScheduler::copyTaskURL(const NotificationUserInfo& userInfo) {
+    if (userInfo.contains(taskURLKey)) {
+        m_links.copyText(userInfo.value(taskURLKey));
+    }
+}
+
+void NotificationScheduler::openTaskURL(const NotificationUserInfo& userInfo) {
+    const QUrl url(userInfo.value(taskURLKey), QUrl::StrictMode);
+    if (userInfo.contains(taskURLKey) && url.isValid() && !url.isRelative()) {
+        m_links.openURL(url);
+    }
+}
+
+void NotificationScheduler::retryJob(const NotificationUserInfo& userInfo) {
+    const std::optional<QUuid> jobID = parsedUuid(userInfo.value(retryJobIDKey));
+    if (jobID && m_retry) {
+        m_retry(*jobID);
+    }
+}

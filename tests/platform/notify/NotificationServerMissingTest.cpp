@@ -1,0 +1,64 @@
+#include "RecordingLinkActions.h"
+#include "RunTask.h"
+#include "linux/FreedesktopNotificationCenter.h"
+#include "notify/NotificationScheduler.h"
+
+#include <QDBusConnection>
+#include <QDBusConnectionInterface>
+#include <QElapsedTimer>
+#include <QFile>
+#include <QTemporaryDir>
+#include <QTest>
+
+// A session bus without a notification server: no leave to notify, said at once, and nothing kept.
+class NotificationServerMissingTest : public QObject {
+    Q_OBJECT
+
+private slots:
+    void initTestCase() {
+        QVERIFY(QDBusConnection::sessionBus().isConnected());
+        QVERIFY(!QDBusConnection::sessionBus().interface()->isServiceRegistered(
+            QStringLiteral("org.freedesktop.Notifications")));
+    }
+
+    void noServerOnTheBusMeansNoLeaveAndNoButtons() {
+        FreedesktopNotificationCenter center;
+        QElapsedTimer answered;
+        answered.start();
+        QVERIFY(!runTask(center.permission()));
+        QVERIFY(!runTask(center.offersActions()));
+        QVERIFY2(answered.elapsed() < 2000, "the bus says at once that nobody owns the name");
+    }
+
+    void eachPostReportsItWasNotDelivered() {
+        FreedesktopNotificationCenter center;
+        RecordingLinkActions links;
+        QTemporaryDir folder;
+        NotificationScheduler scheduler(center, links, folder.filePath(QStringLiteral("reminders.json")),
+                                        Clocks::system());
+        QList<bool> delivered;
+        const auto record = [&delivered](bool answer) { delivered.append(answer); };
+        const QUuid jobID = QUuid::createUuid();
+        scheduler.notifyTaskCreated(QStringLiteral("A"), QStringLiteral("https://x.test/t/1"), 0, std::nullopt, jobID,
+                                    record);
+        scheduler.notifyTaskCreateFailed(QStringLiteral("A"), QStringLiteral("e"), jobID, record);
+        scheduler.notifyBulkComplete(2, {}, jobID, record);
+        scheduler.notifyBulkCreateFailed(QStringLiteral("e"), jobID, record);
+        QTRY_COMPARE_WITH_TIMEOUT(delivered, (QList<bool>{false, false, false, false}), 5000);
+    }
+
+    void aReminderIsDroppedSilently() {
+        FreedesktopNotificationCenter center;
+        RecordingLinkActions links;
+        QTemporaryDir folder;
+        const QString path = folder.filePath(QStringLiteral("reminders.json"));
+        NotificationScheduler scheduler(center, links, path, Clocks::system());
+        scheduler.scheduleReminder(QStringLiteral("r"), std::nullopt, QDateTime::currentDateTimeUtc().addSecs(60));
+        QTest::qWait(200);
+        QVERIFY(!QFile::exists(path));
+        QCOMPARE(scheduler.reminders().armedFor(), std::nullopt);
+    }
+};
+
+QTEST_MAIN(NotificationServerMissingTest)
+#include "NotificationServerMissingTest.moc"

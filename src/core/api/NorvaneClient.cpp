@@ -2,6 +2,7 @@
 
 #include "api/Multipart.h"
 #include "api/StatusFailure.h"
+#include "api/TransferWatchdog.h"
 #include "api/UploadResponse.h"
 #include "api/UploadRetryPolicy.h"
 #include "async/Background.h"
@@ -18,7 +19,6 @@
 #include <memory>
 
 namespace {
-constexpr int requestTimeoutMs = 60'000;
 // The wait before the retry of a 429 when the service names none.
 constexpr double defaultRateLimitWait = 2.0;
 
@@ -72,6 +72,12 @@ NVError redirectFailure(QNetworkReply::NetworkError error, const char* text) {
     return NVError(NVError::Network{error, QCoreApplication::translate("QHttp", text)});
 }
 
+NVError timeoutFailure() {
+    // Qt's own words for a timeout.
+    return NVError(NVError::Network{QNetworkReply::TimeoutError,
+                                    QCoreApplication::translate("QAbstractSocket", "Socket operation timed out")});
+}
+
 std::chrono::milliseconds rateLimitWait(std::optional<double> retryAfter) {
     const double seconds = retryAfter && *retryAfter > 0
                                ? std::min(*retryAfter, UploadRetryPolicy::longestRateLimitSeconds)
@@ -82,16 +88,18 @@ std::chrono::milliseconds rateLimitWait(std::optional<double> retryAfter) {
 } // namespace
 
 NorvaneClient::NorvaneClient(const AuthProvider& auth, QNetworkAccessManager* session,
-                             QNetworkAccessManager* uploadSession, QUrl baseURL, Sleeper sleeper, Clock clock)
+                             QNetworkAccessManager* uploadSession, QUrl baseURL, Sleeper sleeper, Clock clock,
+                             TransferTimeLimits limits)
     : m_auth(auth)
     , m_session(session)
     , m_uploadSession(uploadSession ? uploadSession : session)
     , m_baseURL(std::move(baseURL))
     , m_sleeper(std::move(sleeper))
-    , m_clock(std::move(clock)) {}
+    , m_clock(std::move(clock))
+    , m_limits(limits) {}
 
 NorvaneClient NorvaneClient::withAuth(const AuthProvider& auth) const {
-    return {auth, m_session, nullptr, m_baseURL, m_sleeper, m_clock};
+    return {auth, m_session, nullptr, m_baseURL, m_sleeper, m_clock, m_limits};
 }
 
 QCoro::Task<QByteArray> NorvaneClient::perform(QByteArray method, QString path, QueryItems query,
@@ -109,7 +117,6 @@ QNetworkRequest NorvaneClient::authorizedRequest(const QString& path, const Quer
         throw NVError(NVError::NotAuthenticated{});
     }
     QNetworkRequest request(endpointURL(path, query));
-    request.setTransferTimeout(requestTimeoutMs);
     // The bare token, with no scheme word before it.
     request.setRawHeader(QByteArrayLiteral("Authorization"), token->toUtf8());
     if (!contentType.isEmpty()) {
@@ -138,7 +145,7 @@ QUrl NorvaneClient::endpointURL(const QString& path, const QueryItems& query) co
     return url;
 }
 
-QCoro::Task<QNetworkReply*> NorvaneClient::exchange(QNetworkAccessManager* session, Request request) {
+QCoro::Task<QNetworkReply*> NorvaneClient::exchange(QNetworkAccessManager* session, Request request) const {
     request.request.setAttribute(QNetworkRequest::RedirectPolicyAttribute, QNetworkRequest::ManualRedirectPolicy);
     for (int redirects = 0;; ++redirects) {
         ReplyPointer reply;
@@ -158,7 +165,11 @@ QCoro::Task<QNetworkReply*> NorvaneClient::exchange(QNetworkAccessManager* sessi
         } else {
             reply.reset(session->sendCustomRequest(request.request, request.method, request.body));
         }
+        const auto* watchdog = new TransferWatchdog(reply.get(), m_limits.withoutProgress, request.deadline);
         co_await reply.get();
+        if (watchdog->timedOut()) {
+            throw timeoutFailure();
+        }
         const std::optional<QUrl> target = redirectTarget(*reply, request.request.url());
         if (!target) {
             co_return reply.release();
@@ -267,6 +278,7 @@ QCoro::Task<TaskAttachment> NorvaneClient::uploadFromFileAttempt(QString path, Q
 }
 
 QCoro::Task<TaskAttachment> NorvaneClient::uploadAnswer(Request request) const {
+    request.deadline = QDeadlineTimer(m_limits.upload);
     QCoro::Task<QNetworkReply*> exchanging = exchange(m_uploadSession, std::move(request));
     const ReplyPointer reply(co_await std::move(exchanging));
     throwIfTransportFailed(*reply);

@@ -2,6 +2,7 @@
 
 #include "api/NVError.h"
 #include "api/TaskAttachment.h"
+#include "api/TransferTimeLimits.h"
 #include "async/Clock.h"
 #include "async/Sleeper.h"
 #include "auth/AuthProvider.h"
@@ -9,6 +10,7 @@
 #include "json/JsonEncoding.h"
 
 #include <QCoroTask>
+#include <QDeadlineTimer>
 #include <QList>
 #include <QNetworkRequest>
 #include <QUrl>
@@ -26,6 +28,10 @@ class QNetworkReply;
 // Every call fails with NVError; a 429 is retried once, after the wait the service asks for. The two
 // uploads have a retry loop of their own (UploadRetryPolicy).
 //
+// A transfer that stalls, or an upload attempt that runs past its limit (TransferTimeLimits), ends
+// with NVError::Network and QNetworkReply::TimeoutError, which an upload retries. A request aborted
+// on purpose (QNetworkReply::abort) ends with OperationCanceledError, which nothing retries.
+//
 // Redirects are followed here, one request per hop, not by the session: Qt 6.4 follows a redirect
 // inside the same QNetworkReply, and an answer that still comes for the first hop is then mixed
 // into the answer of the next.
@@ -41,11 +47,13 @@ public:
     // through `session` as well. `sleeper` waits before the retry of a 429; `clock` tells the time
     // for a Retry-After date.
     NorvaneClient(const AuthProvider& auth, QNetworkAccessManager* session, QNetworkAccessManager* uploadSession,
-                  QUrl baseURL, Sleeper sleeper = Sleepers::real(), Clock clock = Clocks::system());
+                  QUrl baseURL, Sleeper sleeper = Sleepers::real(), Clock clock = Clocks::system(),
+                  TransferTimeLimits limits = {});
 
     QNetworkAccessManager* session() const { return m_session; }
     QNetworkAccessManager* uploadSession() const { return m_uploadSession; }
     const QUrl& baseURL() const { return m_baseURL; }
+    const TransferTimeLimits& timeLimits() const { return m_limits; }
     // A client of the same service that asks `auth` for its token, with uploads through the
     // ordinary session. `auth` must outlive it.
     NorvaneClient withAuth(const AuthProvider& auth) const;
@@ -86,19 +94,22 @@ public:
 
 private:
     // One request as it goes out, kept whole so that a retry sends the very same bytes. Its body is
-    // `body`, or the file at `bodyPath` when that is set, opened anew by each hop that sends it.
+    // `body`, or the file at `bodyPath` when that is set, opened anew by each hop that sends it. It
+    // ends, with all its hops, at `deadline`.
     struct Request {
         QNetworkRequest request;
         QByteArray method;
         QByteArray body;
         QString bodyPath;
+        QDeadlineTimer deadline{QDeadlineTimer::Forever};
     };
     using Retry = std::function<QCoro::Task<QByteArray>()>;
 
     // Sends `request` on `session` and follows the redirects it is answered with as Qt would (up
     // to the request's maximum, never from https to http), each hop a reply of its own. The reply
-    // of the last hop, finished; the caller owns it.
-    static QCoro::Task<QNetworkReply*> exchange(QNetworkAccessManager* session, Request request);
+    // of the last hop, finished; the caller owns it. A hop that stalls, or runs past the request's
+    // deadline, fails with NVError::Network and QNetworkReply::TimeoutError.
+    QCoro::Task<QNetworkReply*> exchange(QNetworkAccessManager* session, Request request) const;
 
     // Builds the request for `path` with the token of this moment and sends it; the body of its 2xx
     // answer. Without a token, NVError::NotAuthenticated and no request.
@@ -135,4 +146,5 @@ private:
     const QUrl m_baseURL;
     const Sleeper m_sleeper;
     const Clock m_clock;
+    const TransferTimeLimits m_limits;
 };

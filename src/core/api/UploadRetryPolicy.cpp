@@ -72,8 +72,7 @@ namespace {
 // The transport failures worth another attempt. The platform this client was first written for
 // names nine; Qt folds some of them into one code, which the comment beside each says.
 constexpr std::array retryableNetworkErrors{
-    QNetworkReply::TimeoutError,                     // timed out
-    QNetworkReply::OperationCanceledError,           // timed out: Qt aborts a request past its transfer timeout
+    QNetworkReply::TimeoutError,                     // timed out, also by the client's own limits
     QNetworkReply::RemoteHostClosedError,            // connection lost
     QNetworkReply::NetworkSessionFailedError,        // not connected to the internet
     QNetworkReply::ConnectionRefusedError,           // cannot connect to host

@@ -29,7 +29,7 @@ std::optional<double> retryAfter(const QNetworkReply& reply, const QDateTime& no
 // storage or an answer that doesn't decode.
 bool isRetryable(const std::exception_ptr& error);
 // Transport failures that may pass: a timeout, a lost or refused connection, an unknown host, no
-// network at the moment.
+// network at the moment. Never a request aborted on purpose (OperationCanceledError).
 bool isRetryableNetworkError(QNetworkReply::NetworkError error);
 
 // The wait after attempt `attempt` (from 1) failed with `error`: the service's own wait for a rate

@@ -3,9 +3,6 @@
 #include <QNetworkReply>
 
 namespace {
-// Uploads may take long: ten minutes without progress, an hour in all.
-constexpr int uploadTransferTimeoutMs = 600'000;
-
 // Whether there was a request to abort.
 bool abortRunningRequests(const QNetworkAccessManager& session) {
     bool aborted = false;
@@ -36,7 +33,6 @@ AppState::AppState(AppEnvironment environment, QObject* parent)
     , m_auth(m_tokenProvider, m_settings, m_client, m_hierarchy, m_location, m_draft)
     , m_notifications(*environment.notificationCenter, *environment.linkActions, environment.remindersPath,
                       std::move(environment.clock)) {
-    m_uploadSession.setTransferTimeout(uploadTransferTimeoutMs);
     m_draft.setReminderLeadMinutes(m_settings.settings().defaultReminderLeadMinutes);
     connect(&m_auth, &AuthController::authStateChanged, this, &AppState::authStateChanged);
     connect(&m_location, &LocationMemory::currentContextChanged, this, &AppState::currentContextChanged);

@@ -2,6 +2,7 @@
 
 #include "async/StartTask.h"
 
+#include <QPointer>
 #include <QTimer>
 #include <cstdio>
 
@@ -24,13 +25,25 @@ void AppDelegate::applicationDidFinishLaunching() {
     connect(&m_trayHost, &TrayHostWatcher::noHostFound, this, &AppDelegate::noTrayHostFound);
 
     m_app.popoverController = &popover;
+    m_app.updateBadge = [delegate = QPointer(this)] {
+        if (delegate) {
+            delegate->refreshBadge();
+        }
+    };
     m_app.notifications().registerCategories();
     m_app.notifications().restoreReminders();
+    refreshBadge();
 
     m_instance.listen();
     m_control.publish();
     m_trayHost.start();
     startTask(this, m_app.bootstrap());
+}
+
+void AppDelegate::refreshBadge() {
+    // Tasks due today are not counted yet: the badge shows background work alone.
+    m_statusItem.setBadge(
+        StatusItemBadge::make(backgroundJobCount(), 0, m_app.settings().settings().showDueCountBadge));
 }
 
 void AppDelegate::trayHostFound() {

@@ -2,14 +2,50 @@
 
 #include "shell/StatusItemIcon.h"
 
+#include <QFontMetricsF>
 #include <QGuiApplication>
 #include <QIcon>
+#include <QPainter>
 #include <QPalette>
 #include <QPixmap>
+#include <algorithm>
+#include <array>
+#include <cmath>
 
-QString StatusItem::toolTip() {
-    return tr("NorvaneBar — new Norvane task");
+namespace {
+// The icon sides drawn, in pixels: the design's own, the usual panel size, and both doubled.
+constexpr std::array iconSides{18, 22, 36, 44};
+
+// Draws `text` into the lower right of `icon` on a pill of the desktop's highlight colour, cut
+// out of the design by a thin transparent ring so that it reads on any panel, light or dark. The
+// digits are half the icon's height, bold: at 22 px they stand 11 px tall.
+QImage withBadge(QImage icon, const QString& text) {
+    const qreal side = icon.height();
+    QFont font = QGuiApplication::font();
+    font.setBold(true);
+    font.setPixelSize(qRound(side * 0.5));
+    const QFontMetricsF metrics(font);
+    const qreal height = std::round(side * 0.6);
+    const qreal width = std::min(side, std::max(height, metrics.horizontalAdvance(text) + height * 0.5));
+    const QRectF pill(side - width, side - height, width, height);
+    const qreal ring = std::max(1.0, side / 18);
+
+    QPainter painter(&icon);
+    painter.setRenderHint(QPainter::Antialiasing);
+    painter.setPen(Qt::NoPen);
+    painter.setCompositionMode(QPainter::CompositionMode_Clear);
+    painter.setBrush(Qt::black);
+    painter.drawRoundedRect(pill.adjusted(-ring, -ring, ring, ring), (height + 2 * ring) / 2, (height + 2 * ring) / 2);
+    painter.setCompositionMode(QPainter::CompositionMode_SourceOver);
+    const QPalette palette = QGuiApplication::palette();
+    painter.setBrush(palette.color(QPalette::Highlight));
+    painter.drawRoundedRect(pill, height / 2, height / 2);
+    painter.setPen(palette.color(QPalette::HighlightedText));
+    painter.setFont(font);
+    painter.drawText(pill, Qt::AlignCenter, text);
+    return icon;
 }
+} // namespace
 
 StatusItem::StatusItem(QObject* parent)
     : QObject(parent) {
@@ -25,7 +61,6 @@ void StatusItem::create() {
     }
     m_icon = new QSystemTrayIcon(this);
     m_icon->setContextMenu(&m_menu);
-    m_icon->setToolTip(toolTip());
     refreshIcon();
     connect(m_icon, &QSystemTrayIcon::activated, this, [this](QSystemTrayIcon::ActivationReason reason) {
         if (reason != QSystemTrayIcon::Trigger) {
@@ -37,12 +72,27 @@ void StatusItem::create() {
     m_icon->show();
 }
 
+void StatusItem::setBadge(const StatusItemBadge& badge) {
+    if (badge == m_badge) {
+        return;
+    }
+    m_badge = badge;
+    if (m_icon) {
+        refreshIcon();
+    }
+}
+
 void StatusItem::refreshIcon() {
     // The design is a template image; on Linux it takes the desktop's text colour.
     const QColor ink = QGuiApplication::palette().color(QPalette::WindowText);
     QIcon icon;
-    for (const qreal scale : {1.0, 2.0}) {
-        icon.addPixmap(QPixmap::fromImage(StatusItemIcon::make(ink, scale)));
+    for (const int side : iconSides) {
+        QImage image = StatusItemIcon::make(ink, side / qreal(StatusItemIcon::pointSize));
+        if (!m_badge.text.isEmpty()) {
+            image = withBadge(std::move(image), m_badge.text);
+        }
+        icon.addPixmap(QPixmap::fromImage(image));
     }
     m_icon->setIcon(icon);
+    m_icon->setToolTip(m_badge.toolTip);
 }

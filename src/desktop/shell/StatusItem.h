@@ -1,5 +1,7 @@
 #pragma once
 
+#include "shell/StatusItemBadge.h"
+
 #include <QMenu>
 #include <QObject>
 #include <QRect>
@@ -11,11 +13,11 @@ class StatusItem : public QObject {
     Q_OBJECT
 
 public:
-    static QString toolTip();
-
     explicit StatusItem(QObject* parent = nullptr);
 
     void create();
+    // The number drawn into the icon and the tool tip; kept until the icon exists.
+    void setBadge(const StatusItemBadge& badge);
 
 signals:
     // A left click, with the icon's place on screen when the tray tells it.
@@ -30,4 +32,5 @@ private:
 
     QMenu m_menu;
     QSystemTrayIcon* m_icon = nullptr;
+    StatusItemBadge m_badge = StatusItemBadge::make(0, 0, false);
 };

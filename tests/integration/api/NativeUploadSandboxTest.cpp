@@ -12,6 +12,7 @@
 #include "support/FileError.h"
 
 #include <QDir>
+#include <QElapsedTimer>
 #include <QFile>
 #include <QJsonArray>
 #include <QNetworkAccessManager>
@@ -19,6 +20,7 @@
 #include <QRegularExpression>
 #include <QTemporaryDir>
 #include <QTest>
+#include <QTimer>
 
 using namespace ClientTesting;
 using namespace std::chrono_literals;
@@ -49,6 +51,14 @@ QString headerOf(const QJsonObject& entry, const QString& name) {
 SandboxFault failing(int status, int times) {
     SandboxFault fault = SandboxFault::answer(attachmentPath, status, times);
     fault.method = QStringLiteral("POST");
+    return fault;
+}
+
+// The attachment route keeps every request waiting for `delayMs` before it answers.
+SandboxFault stalling(int delayMs) {
+    SandboxFault fault = SandboxFault::delay(attachmentPath, delayMs);
+    fault.method = QStringLiteral("POST");
+    fault.times = -1;
     return fault;
 }
 
@@ -108,6 +118,30 @@ class NativeUploadSandboxTest : public QObject {
     }
 
     void verifyWaits(const QList<std::chrono::milliseconds>& expected) { QCOMPARE(m_sleeper.waits(), expected); }
+
+    // The test's client with time limits short enough to run out here.
+    void limitTransfers(TransferTimeLimits limits) {
+        m_client.emplace(*m_auth, &m_session, nullptr, m_sandbox.apiUrl(u""), m_sleeper.sleeper(),
+                         fixedClock(clockTime), limits);
+    }
+
+    // An upload whose every attempt the sandbox holds for 600 ms, under `limits` shorter than that:
+    // five attempts, each ended well before the answer, and the timeout of the last thrown.
+    void verifyEveryAttemptTimesOut(TransferTimeLimits limits, bool fromFile) {
+        const QString task = newTask(SandboxDemo::inboxListID);
+        limitTransfers(limits);
+        QVERIFY(m_sandbox.addFault(stalling(600)));
+        QElapsedTimer clock;
+        clock.start();
+        const auto error = failureOf(
+            fromFile ? m_client->uploadFromFile(attachmentOf(task), sourceFile("held"), QStringLiteral("held.txt"))
+                     : m_client->upload(attachmentOf(task), "held", QStringLiteral("held.txt")));
+        QVERIFY2(clock.elapsed() < 5 * 600, qPrintable(QString::number(clock.elapsed())));
+        QVERIFY(error && error->is<NVError::Network>());
+        QCOMPARE(error->as<NVError::Network>()->error, QNetworkReply::TimeoutError);
+        verifyWaits({2s, 4s, 8s, 16s});
+        QTRY_COMPARE(uploadRequests().size(), 5);
+    }
 
 private slots:
     void initTestCase() {
@@ -352,6 +386,51 @@ private slots:
         QVERIFY(error && error->is<NVError::Network>());
         QCOMPARE(error->as<NVError::Network>()->error, QNetworkReply::ConnectionRefusedError);
         verifyWaits({2s, 4s, 8s, 16s});
+    }
+
+    void aStalledTransferIsEndedAndRetried() { verifyEveryAttemptTimesOut({200ms, 60s}, true); }
+
+    void aStallThatPassesIsRetriedUntilTheUploadSucceeds() {
+        const QString task = newTask(SandboxDemo::inboxListID);
+        limitTransfers({200ms, 60s});
+        SandboxFault once = stalling(600);
+        once.times = 1;
+        QVERIFY(m_sandbox.addFault(once));
+        const TaskAttachment attachment =
+            runTask(m_client->upload(attachmentOf(task), "after a stall", QStringLiteral("s.txt")));
+        QCOMPARE(stored(attachment), QByteArray("after a stall"));
+        verifyWaits({2s});
+        QTRY_COMPARE(uploadRequests().size(), 2);
+    }
+
+    void anUploadPastTheOverallLimitEndsWithATimeoutError() {
+        // Never stalled for long enough; too long in all.
+        verifyEveryAttemptTimesOut({60s, 200ms}, false);
+    }
+
+    void theOverallLimitLeavesOtherRequestsAlone() {
+        limitTransfers({60s, 200ms});
+        SandboxFault slowTask = SandboxFault::delay(QStringLiteral("/api/v2/list/*/task"), 400);
+        slowTask.method = QStringLiteral("POST");
+        QVERIFY(m_sandbox.addFault(slowTask));
+        QVERIFY(!newTask(SandboxDemo::inboxListID).isEmpty());
+    }
+
+    void aDeliberateAbortIsNotRetried() {
+        const QString task = newTask(SandboxDemo::inboxListID);
+        QVERIFY(m_sandbox.addFault(stalling(600)));
+        // Aborted while the sandbox holds the request, as the program does with requests still
+        // running when it quits.
+        QTimer::singleShot(150ms, &m_session, [this] {
+            for (QNetworkReply* reply : m_session.findChildren<QNetworkReply*>()) {
+                reply->abort();
+            }
+        });
+        const auto error = failureOf(m_client->upload(attachmentOf(task), "cancelled", QStringLiteral("c.txt")));
+        QVERIFY(error && error->is<NVError::Network>());
+        QCOMPARE(error->as<NVError::Network>()->error, QNetworkReply::OperationCanceledError);
+        QCOMPARE(m_sleeper.waits().size(), 0);
+        QTRY_COMPARE(uploadRequests().size(), 1);
     }
 
     void aMissingFileFailsAtOnceWithoutARequest() {

@@ -18,6 +18,11 @@ class StatusItemTest : public QObject {
 
     static QByteArray tray() { return qgetenv("NORVANEBAR_TRAY"); }
 
+    // The icon as a panel of the usual height draws it.
+    static QImage drawn(StatusItem& item) {
+        return item.findChild<QSystemTrayIcon*>()->icon().pixmap(QSize(22, 22)).toImage();
+    }
+
     // The icon's window in an XEmbed tray, once docked.
     static QWidget* xembedIcon() {
         for (QWidget* widget : QApplication::topLevelWidgets()) {
@@ -122,6 +127,39 @@ private slots:
         QTRY_VERIFY(!menu->isVisible());
         click(icon, 1);
         QVERIFY(QTest::qWaitForWindowActive(&fixture.popover));
+    }
+
+    void aBadgeDrawsItsNumberIntoTheIconAndSetsTheToolTip() {
+        StatusItem item;
+        item.create();
+        auto* icon = item.findChild<QSystemTrayIcon*>();
+        const QImage plain = drawn(item);
+        QCOMPARE(plain.size(), QSize(22, 22));
+
+        item.setBadge(StatusItemBadge::make(3, 0, false));
+        QCOMPARE(icon->toolTip(), QStringLiteral("3 background tasks in progress"));
+        const QImage three = drawn(item);
+        QVERIFY(three != plain);
+        // The badge sits in the lower right, in the desktop's highlight colour; the chevron's tip
+        // at the top stays as it was.
+        const QColor highlight = QGuiApplication::palette().color(QPalette::Highlight);
+        QCOMPARE(three.pixelColor(20, 16).rgb(), highlight.rgb());
+        QCOMPARE(three.pixelColor(11, 5), plain.pixelColor(11, 5));
+
+        item.setBadge(StatusItemBadge::make(1, 0, false));
+        QCOMPARE(icon->toolTip(), QStringLiteral("1 background task in progress"));
+        QVERIFY(drawn(item) != three);
+
+        item.setBadge(StatusItemBadge::make(0, 0, false));
+        QCOMPARE(icon->toolTip(), QStringLiteral("NorvaneBar — new Norvane task"));
+        QCOMPARE(drawn(item), plain);
+    }
+
+    void aBadgeSetBeforeTheIconExistsIsShownWithIt() {
+        StatusItem item;
+        item.setBadge(StatusItemBadge::make(2, 0, false));
+        item.create();
+        QCOMPARE(item.findChild<QSystemTrayIcon*>()->toolTip(), QStringLiteral("2 background tasks in progress"));
     }
 
     void creatingTwiceKeepsOneIcon() {

@@ -120,11 +120,13 @@ private slots:
     }
 
     void theTrayIcon() {
-        QCOMPARE(StatusItem::toolTip(), marked(u"NorvaneBar — new Norvane task"));
+        QCOMPARE(StatusItemBadge::make(1, 0, false).toolTip, marked(u"1 background task in progress"));
+        QCOMPARE(StatusItemBadge::make(2, 0, false).toolTip, marked(u"%1 background tasks in progress").arg(2));
         StatusItem item;
         item.create();
         auto* icon = item.findChild<QSystemTrayIcon*>();
         QVERIFY(icon && icon->contextMenu());
+        QCOMPARE(icon->toolTip(), marked(u"NorvaneBar — new Norvane task"));
         QCOMPARE(icon->contextMenu()->actions().value(0)->text(), marked(u"Quit NorvaneBar"));
     }
 

@@ -56,14 +56,19 @@ private slots:
     }
 
     void transportFailuresThatMayPassAreRetried() {
-        for (const auto error :
-             {QNetworkReply::TimeoutError, QNetworkReply::OperationCanceledError, QNetworkReply::RemoteHostClosedError,
-              QNetworkReply::NetworkSessionFailedError, QNetworkReply::ConnectionRefusedError,
-              QNetworkReply::HostNotFoundError, QNetworkReply::TemporaryNetworkFailureError,
-              QNetworkReply::BackgroundRequestNotAllowedError}) {
+        for (const auto error : {QNetworkReply::TimeoutError, QNetworkReply::RemoteHostClosedError,
+                                 QNetworkReply::NetworkSessionFailedError, QNetworkReply::ConnectionRefusedError,
+                                 QNetworkReply::HostNotFoundError, QNetworkReply::TemporaryNetworkFailureError,
+                                 QNetworkReply::BackgroundRequestNotAllowedError}) {
             QVERIFY(UploadRetryPolicy::isRetryableNetworkError(error));
             QVERIFY(UploadRetryPolicy::isRetryable(network(error)));
         }
+    }
+
+    void aDeliberateAbortIsNotRetried() {
+        // The client's own time limits end a transfer with TimeoutError; a cancel is on purpose.
+        QVERIFY(!UploadRetryPolicy::isRetryableNetworkError(QNetworkReply::OperationCanceledError));
+        QVERIFY(!UploadRetryPolicy::isRetryable(network(QNetworkReply::OperationCanceledError)));
     }
 
     void otherTransportFailuresAreNotRetried() {

@@ -77,10 +77,17 @@ private slots:
             QProcess writer;
             writer.start(QStringLiteral(SETTINGS_WRITER_PATH), {path, QString::number(run * versionsPerRun)});
             QVERIFY(writer.waitForStarted());
-            QThread::msleep(random.bounded(20, 120));
+            // Kills are timed from the writer's first save, so that a slow start (the sanitizer
+            // build starts slowly) doesn't leave them all before any save.
+            QByteArray output;
+            while (!output.contains("begin") && writer.waitForReadyRead(10'000)) {
+                output += writer.readAllStandardOutput();
+            }
+            QVERIFY2(output.contains("begin"), "the writer never began a save");
+            QThread::msleep(random.bounded(0, 100));
             writer.kill();
             QVERIFY(writer.waitForFinished());
-            const WriterProgress progress = progressOf(writer.readAllStandardOutput());
+            const WriterProgress progress = progressOf(output + writer.readAllStandardOutput());
 
             // The file is the last one saved whole, or the one whose save was under way.
             QList<std::optional<qint64>> allowed{progress.lastEnded ? progress.lastEnded : fileVersion};

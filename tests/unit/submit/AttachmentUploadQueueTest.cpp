@@ -2,6 +2,7 @@
 #include "submit/AttachmentUploadError.h"
 #include "submit/AttachmentUploader.h"
 
+#include "ClientTesting.h"
 #include "HierarchyTesting.h"
 #include "RunTask.h"
 #include "TemporaryFolderTesting.h"
@@ -34,15 +35,6 @@ StagedAttachment sized(qint64 size, bool isImage, bool isVideo) {
     return attachment;
 }
 
-// The NVError an upload ends with; absent when it succeeds or fails otherwise.
-std::optional<NVError> nvFailureOf(QCoro::Task<> task) {
-    try {
-        runTask(std::move(task));
-    } catch (const NVError& error) {
-        return error;
-    }
-    return std::nullopt;
-}
 } // namespace
 
 class AttachmentUploadQueueTest : public QObject {
@@ -105,7 +97,8 @@ private slots:
         StagedAttachment attachment = staged(file(QStringLiteral("over.bin")));
         attachment.fileSizeBytes = 998'579'897;
         answerUploads(QStringLiteral("T1"));
-        const auto error = nvFailureOf(AttachmentUploader::upload(attachment, QStringLiteral("T1"), m_fake->client));
+        const auto error =
+            ClientTesting::failureOf(AttachmentUploader::upload(attachment, QStringLiteral("T1"), m_fake->client));
         QVERIFY(error);
         const NVError::Server expected{
             std::nullopt, QStringLiteral("Attachment exceeds Norvane's size limit (998.6 MB)."), std::nullopt};

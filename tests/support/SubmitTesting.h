@@ -6,6 +6,8 @@
 #include "submit/SubmitJobPayload.h"
 
 #include <QFileInfo>
+#include <QJsonArray>
+#include <QJsonObject>
 #include <QList>
 #include <QStringList>
 #include <QUuid>
@@ -43,6 +45,18 @@ inline SubmitJobPayload payload(const QString& listID, const QString& name,
     payload.request.markdownDescription = std::move(description);
     payload.attachments = attachments;
     return payload;
+}
+
+// The POSTs of a sandbox's request log whose path ends so, in order.
+inline QJsonArray postsEndingWith(const QJsonArray& log, const QString& ending) {
+    QJsonArray found;
+    for (const QJsonValue& entry : log) {
+        if (entry[QStringLiteral("method")].toString() == QStringLiteral("POST") &&
+            entry[QStringLiteral("path")].toString().endsWith(ending)) {
+            found.append(entry);
+        }
+    }
+    return found;
 }
 
 // A phase as a short text, so that sequences compare readably: "creating", "uploading 1/2",

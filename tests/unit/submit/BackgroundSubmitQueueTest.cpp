@@ -139,6 +139,26 @@ private slots:
         QVERIFY(exists(job.attachments[0]));
     }
 
+    void aFailedCreateSchedulesNoReminderAndItsRetrySchedulesTheFrozenInstantThoughPast() {
+        m_fake->service.answerNext(createPath, 400, refusedAnswer);
+        m_fake->service.answerNext(createPath, createdAnswer);
+        const QDateTime past(QDate(2021, 3, 4), QTime(8, 15), Qt::UTC);
+        SubmitJobPayload job = payload(listID, QStringLiteral("Report"));
+        job.reminderFireDate = past;
+        PhaseRecorder phases;
+        m_queue->enqueue(job, m_fake->client, std::nullopt, phases.handler());
+        waitForJobs();
+        QVERIFY(m_notifier->reminders.isEmpty());
+
+        m_queue->retry(*phases.last<ForegroundSubmitPhases::Failed>()->retryJobID, m_fake->client, phases.handler(),
+                       false);
+        waitForJobs();
+        QVERIFY(phases.last<ForegroundSubmitPhases::Done>());
+        QCOMPARE(m_notifier->reminders,
+                 (QList<RecordingNotifier::Reminder>{
+                     {QStringLiteral("Report"), QStringLiteral("https://app.example.com/t/T1"), past}}));
+    }
+
     void aJobInTheBackgroundWithUploadFailuresAndNotificationsOffShowsTheBanner() {
         m_notifier->delivers = false;
         m_fake->service.answer(createPath, createdAnswer);

@@ -16,6 +16,8 @@ LoopbackStorageServer::~LoopbackStorageServer() {
 
 bool LoopbackStorageServer::start() {
     m_server->set_tcp_nodelay(true);
+    // One request per connection: a connection kept alive would hold up stop() for its whole timeout.
+    m_server->set_keep_alive_max_count(1);
     m_server->Put(R"(/files/(.+))", [this](const httplib::Request& request, httplib::Response& response) {
         const QString filename = QString::fromStdString(request.matches[1].str());
         const std::lock_guard lock(m_mutex);

@@ -15,7 +15,7 @@ QString escapedName(QString name) {
 } // namespace
 
 QString appendLinks(const std::optional<QString>& description, const QList<Link>& links) {
-    const QString trimmed = description.value_or(QString()).trimmed();
+    QString trimmed = description.value_or(QString()).trimmed();
     if (links.isEmpty()) {
         return trimmed;
     }

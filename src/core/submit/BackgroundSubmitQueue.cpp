@@ -51,12 +51,10 @@ void BackgroundSubmitQueue::markBackgrounded(const ForegroundSubmitSession& sess
 void BackgroundSubmitQueue::retry(const QUuid& failedJobID, NorvaneClient client, PhaseHandler onPhase,
                                   bool forceNotify) {
     // Out of the map first, so that a second tap finds nothing to run.
-    const auto found = m_failedJobs.constFind(failedJobID);
-    if (found == m_failedJobs.cend()) {
+    if (!m_failedJobs.contains(failedJobID)) {
         return;
     }
-    const FailedSubmitJob job = *found;
-    m_failedJobs.erase(found);
+    const FailedSubmitJob job = m_failedJobs.take(failedJobID);
     changePendingCount(+1);
     QCoro::Task<> running =
         std::visit(Overloaded{
@@ -265,9 +263,9 @@ void BackgroundSubmitQueue::finishTracking(const std::optional<QUuid>& jobID) {
     }
 }
 
-QUuid BackgroundSubmitQueue::storeFailed(FailedSubmitJob job) {
+QUuid BackgroundSubmitQueue::storeFailed(const FailedSubmitJob& job) {
     const QUuid failedID = QUuid::createUuid();
-    m_failedJobs.insert(failedID, std::move(job));
+    m_failedJobs.insert(failedID, job);
     return failedID;
 }
 

@@ -83,7 +83,7 @@ private:
     // ends.
     bool finishJob(const std::optional<QUuid>& jobID, bool forceNotify);
     void finishTracking(const std::optional<QUuid>& jobID);
-    QUuid storeFailed(FailedSubmitJob job);
+    QUuid storeFailed(const FailedSubmitJob& job);
     // Deletes the copies of the attachments that made it and keeps those that failed for a retry of
     // the uploads to `task`; the retry id.
     QUuid keepFailedUploads(const CreatedTask& task, const QList<StagedAttachment>& attachments,

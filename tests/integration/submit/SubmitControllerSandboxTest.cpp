@@ -2,14 +2,12 @@
 // that mirrors a job's phases, leaving it for the background, retries from the result pages, and the
 // banner for an outcome whose notification could not be delivered.
 #include "AppStateFixture.h"
-#include "RecordingNotifier.h"
 #include "SandboxDemo.h"
+#include "SubmitPipeline.h"
 #include "SubmitTesting.h"
 #include "TemporaryFolderTesting.h"
 #include "compose/AttachmentStaging.h"
 #include "storage/StorageProviderRegistry.h"
-#include "submit/AttachmentUploadQueue.h"
-#include "submit/BackgroundSubmitQueue.h"
 #include "submit/SubmitController.h"
 
 #include <QJsonArray>
@@ -46,9 +44,7 @@ class SubmitControllerSandboxTest : public QObject {
     std::optional<TemporaryFolderOverride> m_temporary;
     std::unique_ptr<AppStateFixture> m_fixture;
     StorageProviderRegistry m_providers;
-    std::optional<RecordingNotifier> m_notifier;
-    std::optional<AttachmentUploadQueue> m_uploads;
-    std::optional<BackgroundSubmitQueue> m_queue;
+    std::optional<SubmitPipeline> m_pipeline;
     std::optional<SubmitController> m_controller;
     // Every phase the session showed, in order.
     QStringList m_shown;
@@ -58,10 +54,9 @@ class SubmitControllerSandboxTest : public QObject {
     SubmitController& controller() { return *m_controller; }
 
     void build() {
-        m_notifier.emplace();
-        m_uploads.emplace();
-        m_queue.emplace(*m_notifier, *m_uploads, m_providers, app().settings());
-        m_controller.emplace(draft(), app().settings(), app().location(), app().client(), *m_queue, *m_notifier);
+        m_pipeline.emplace(m_providers, app().settings());
+        m_controller.emplace(draft(), app().settings(), app().location(), app().client(), m_pipeline->queue,
+                             m_pipeline->notifier);
         m_shown.clear();
         connect(&*m_controller, &SubmitController::foregroundSubmitChanged, this, [this] {
             if (const auto& session = m_controller->foregroundSubmit()) {
@@ -81,7 +76,7 @@ class SubmitControllerSandboxTest : public QObject {
         return *AttachmentStaging::stage(QUrl::fromLocalFile(m_temporary->writeOutside(name, "bytes")));
     }
 
-    void waitForJobs() { QTRY_COMPARE_WITH_TIMEOUT(m_queue->pendingCount(), 0, 20'000); }
+    void waitForJobs() { QTRY_COMPARE_WITH_TIMEOUT(m_pipeline->queue.pendingCount(), 0, 20'000); }
 
     template <typename Phase> const Phase* shownPhase() {
         const auto& session = controller().foregroundSubmit();
@@ -105,8 +100,7 @@ private slots:
 
     void cleanup() {
         m_controller.reset();
-        m_queue.reset();
-        m_uploads.reset();
+        m_pipeline.reset();
         m_fixture.reset();
         m_temporary.reset();
     }
@@ -158,7 +152,7 @@ private slots:
                                        QStringLiteral("done 0 failed")}));
         QCOMPARE(draft().name(), QStringLiteral("  Mirrored  "));
         QCOMPARE(draft().attachments().size(), 1);
-        QCOMPARE(m_notifier->notificationCount(), 0);
+        QCOMPARE(m_pipeline->notifier.notificationCount(), 0);
     }
 
     void aSecondSubmitWhileASessionIsShownDoesNothing() {
@@ -168,7 +162,7 @@ private slots:
         const QUuid jobID = controller().foregroundSubmit()->jobID;
         controller().submitDraft();
         QCOMPARE(controller().foregroundSubmit()->jobID, jobID);
-        QCOMPARE(m_queue->pendingCount(), 1);
+        QCOMPARE(m_pipeline->queue.pendingCount(), 1);
         waitForJobs();
         QCOMPARE(creates().size(), 1);
     }
@@ -178,14 +172,14 @@ private slots:
         draft().setName(QStringLiteral(" \t "));
         controller().submitDraft();
         QVERIFY(!controller().foregroundSubmit());
-        QCOMPARE(m_queue->pendingCount(), 0);
+        QCOMPARE(m_pipeline->queue.pendingCount(), 0);
     }
 
     void withoutAListNothingStarts() {
         draft().setName(QStringLiteral("Nowhere"));
         controller().submitDraft();
         QVERIFY(!controller().foregroundSubmit());
-        QCOMPARE(m_queue->pendingCount(), 0);
+        QCOMPARE(m_pipeline->queue.pendingCount(), 0);
     }
 
     // Leaving the page.
@@ -203,13 +197,13 @@ private slots:
         QVERIFY(!controller().foregroundSubmit());
         QCOMPARE(draft().name(), QString());
         QVERIFY(draft().attachments().isEmpty());
-        QCOMPARE(m_notifier->permissionRequests, 1);
-        QCOMPARE(m_queue->backgroundedJobIDs(), QSet<QUuid>{jobID});
+        QCOMPARE(m_pipeline->notifier.permissionRequests, 1);
+        QCOMPARE(m_pipeline->queue.backgroundedJobIDs(), QSet<QUuid>{jobID});
 
         waitForJobs();
-        QCOMPARE(m_notifier->created.size(), 1);
-        QCOMPARE(m_notifier->created[0].taskName, QStringLiteral("Left behind"));
-        QVERIFY(m_queue->backgroundedJobIDs().isEmpty());
+        QCOMPARE(m_pipeline->notifier.created.size(), 1);
+        QCOMPARE(m_pipeline->notifier.created[0].taskName, QStringLiteral("Left behind"));
+        QVERIFY(m_pipeline->queue.backgroundedJobIDs().isEmpty());
         QVERIFY(!controller().foregroundSubmit());
     }
 
@@ -221,7 +215,7 @@ private slots:
         controller().backgroundActiveSubmit();
         QVERIFY(!controller().foregroundSubmit());
         QCOMPARE(draft().name(), QString());
-        QCOMPARE(m_notifier->notificationCount(), 0);
+        QCOMPARE(m_pipeline->notifier.notificationCount(), 0);
     }
 
     void aPhaseThatArrivesAfterTheSessionEndedIsIgnored() {
@@ -233,7 +227,7 @@ private slots:
         waitForJobs();
         QVERIFY(!controller().foregroundSubmit());
         QCOMPARE(m_shown, (QStringList{QStringLiteral("creating"), QStringLiteral("none")}));
-        QCOMPARE(m_notifier->notificationCount(), 0);
+        QCOMPARE(m_pipeline->notifier.notificationCount(), 0);
         QCOMPARE(creates().size(), 1);
     }
 
@@ -246,7 +240,7 @@ private slots:
         controller().leaveSubmitResult();
         QVERIFY(!controller().foregroundSubmit());
         QCOMPARE(draft().name(), QString());
-        QCOMPARE(m_queue->failedJobs().size(), 1);
+        QCOMPARE(m_pipeline->queue.failedJobs().size(), 1);
     }
 
     // Retrying from the result pages.
@@ -290,13 +284,13 @@ private slots:
         controller().submitDraft();
         QTRY_VERIFY(shownPhase<Failed>());
         const QUuid retryID = *shownPhase<Failed>()->retryJobID;
-        m_queue->retry(retryID, app().client(), {}, true);
+        m_pipeline->queue.retry(retryID, app().client(), {}, true);
         waitForJobs();
         controller().retryForegroundSubmit(retryID);
         QVERIFY(shownPhase<Creating>());
         QTest::qWait(50);
         QVERIFY(shownPhase<Creating>());
-        QCOMPARE(m_queue->pendingCount(), 0);
+        QCOMPARE(m_pipeline->queue.pendingCount(), 0);
     }
 
     void aSingleTaskNamedWithTasksShowsTheBulkLabelOnRetry() {
@@ -336,7 +330,7 @@ private slots:
     // The banner.
 
     void anUndeliveredOutcomeShowsAsTheBannerWhoseRetryNotifies() {
-        m_notifier->delivers = false;
+        m_pipeline->notifier.delivers = false;
         QVERIFY(m_sandbox.addFault(refusingCreate(200)));
         selectSupportList();
         draft().setName(QStringLiteral("Banner"));
@@ -348,19 +342,19 @@ private slots:
             std::get_if<BackgroundJobResult::CreateFailed>(&controller().lastBackgroundJobResult()->outcome);
         QVERIFY(failed);
         QCOMPARE(failed->taskName, QStringLiteral("Banner"));
-        QVERIFY(m_queue->failedJobs().contains(failed->retryJobID));
+        QVERIFY(m_pipeline->queue.failedJobs().contains(failed->retryJobID));
 
         controller().retryBackgroundResult();
         QVERIFY(!controller().lastBackgroundJobResult());
         waitForJobs();
-        QCOMPARE(m_notifier->created.size(), 1);
-        QVERIFY(m_notifier->created[0].wantsDelivery);
+        QCOMPARE(m_pipeline->notifier.created.size(), 1);
+        QVERIFY(m_pipeline->notifier.created[0].wantsDelivery);
         QCOMPARE(creates().size(), 2);
         // The retry's own outcome was not delivered either, so it stands in the banner now.
         QTRY_VERIFY(controller().lastBackgroundJobResult());
         QCOMPARE(controller().lastBackgroundJobResult()->outcome,
                  BackgroundJobResult::Outcome(
-                     BackgroundJobResult::Success{QStringLiteral("Banner"), m_notifier->created[0].taskURL}));
+                     BackgroundJobResult::Success{QStringLiteral("Banner"), m_pipeline->notifier.created[0].taskURL}));
         controller().dismissBackgroundResult();
         QVERIFY(!controller().lastBackgroundJobResult());
     }

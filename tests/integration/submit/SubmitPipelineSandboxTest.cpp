@@ -4,16 +4,14 @@
 #include "ClientTesting.h"
 #include "LoopbackStorageProvider.h"
 #include "LoopbackStorageServer.h"
-#include "RecordingNotifier.h"
 #include "SandboxDemo.h"
 #include "SandboxProcess.h"
+#include "SubmitPipeline.h"
 #include "SubmitTesting.h"
 #include "api/Endpoints.h"
 #include "auth/StaticTokenAuth.h"
 #include "settings/SettingsStore.h"
 #include "storage/StorageProviderRegistry.h"
-#include "submit/AttachmentUploadQueue.h"
-#include "submit/BackgroundSubmitQueue.h"
 
 #include <QJsonArray>
 #include <QJsonObject>
@@ -59,15 +57,13 @@ class SubmitPipelineSandboxTest : public QObject {
     std::optional<NorvaneClient> m_client;
     std::optional<SettingsStore> m_settings;
     StorageProviderRegistry m_providers;
-    std::optional<RecordingNotifier> m_notifier;
-    std::optional<AttachmentUploadQueue> m_uploads;
-    std::optional<BackgroundSubmitQueue> m_queue;
+    std::optional<SubmitPipeline> m_pipeline;
 
     StagedAttachment file(const QString& name, const QByteArray& bytes = "bytes") {
         return pinnedFile(m_folder.path(), name, bytes);
     }
     void useExternalStorage() { m_settings->set(&AppSettings::storageProvider, StorageProviderKind::cloudinary); }
-    void waitForJobs() { QTRY_COMPARE_WITH_TIMEOUT(m_queue->pendingCount(), 0, 20'000); }
+    void waitForJobs() { QTRY_COMPARE_WITH_TIMEOUT(m_pipeline->queue.pendingCount(), 0, 20'000); }
 
     QJsonArray creates() { return postsEndingWith(m_sandbox.requests(), QStringLiteral("list/%1/task").arg(listID)); }
     QJsonArray uploads() { return postsEndingWith(m_sandbox.requests(), QStringLiteral("/attachment")); }
@@ -101,15 +97,10 @@ private slots:
         m_sleeper = RecordingSleeper();
         m_client.emplace(*m_auth, &m_session, nullptr, m_sandbox.apiUrl(u""), m_sleeper.sleeper());
         m_settings.emplace(m_folder.filePath(QStringLiteral("settings-%1.json").arg(QUuid::createUuid().toString())));
-        m_notifier.emplace();
-        m_uploads.emplace();
-        m_queue.emplace(*m_notifier, *m_uploads, m_providers, *m_settings);
+        m_pipeline.emplace(m_providers, *m_settings);
     }
 
-    void cleanup() {
-        m_queue.reset();
-        m_uploads.reset();
-    }
+    void cleanup() { m_pipeline.reset(); }
 
     // The order of operations.
 
@@ -117,8 +108,8 @@ private slots:
         const QList<StagedAttachment> files{file(QStringLiteral("notes.txt"), "notes"),
                                             file(QStringLiteral("shot.png"), "png")};
         PhaseRecorder phases;
-        m_queue->enqueue(payload(listID, QStringLiteral("Native order"), files), *m_client, QUuid::createUuid(),
-                         phases.handler());
+        m_pipeline->queue.enqueue(payload(listID, QStringLiteral("Native order"), files), *m_client,
+                                  QUuid::createUuid(), phases.handler());
         waitForJobs();
 
         QCOMPARE(phases.described(), (QStringList{QStringLiteral("creating"), QStringLiteral("uploading 1/2"),
@@ -138,8 +129,8 @@ private slots:
         const QList<StagedAttachment> files{file(QStringLiteral("notes.txt"), "notes"),
                                             file(QStringLiteral("shot [1].png"), "png")};
         PhaseRecorder phases;
-        m_queue->enqueue(payload(listID, QStringLiteral("External order"), files, QStringLiteral("Steps\n")), *m_client,
-                         QUuid::createUuid(), phases.handler());
+        m_pipeline->queue.enqueue(payload(listID, QStringLiteral("External order"), files, QStringLiteral("Steps\n")),
+                                  *m_client, QUuid::createUuid(), phases.handler());
         waitForJobs();
 
         QCOMPARE(phases.described(), (QStringList{QStringLiteral("uploading 0/2"), QStringLiteral("uploading 1/2"),
@@ -167,8 +158,8 @@ private slots:
         QVERIFY(m_sandbox.addFault(refusing(createPattern, 500)));
         const StagedAttachment attachment = file(QStringLiteral("notes.txt"));
         PhaseRecorder phases;
-        m_queue->enqueue(payload(listID, QStringLiteral("Created once"), {attachment}), *m_client, QUuid::createUuid(),
-                         phases.handler());
+        m_pipeline->queue.enqueue(payload(listID, QStringLiteral("Created once"), {attachment}), *m_client,
+                                  QUuid::createUuid(), phases.handler());
         waitForJobs();
         const auto* failed = phases.last<ForegroundSubmitPhases::Failed>();
         QVERIFY(failed && failed->retryJobID);
@@ -177,7 +168,7 @@ private slots:
         QVERIFY(tasksNamed(QStringLiteral("Created once")).isEmpty());
 
         PhaseRecorder retried;
-        m_queue->retry(*failed->retryJobID, *m_client, retried.handler(), false);
+        m_pipeline->queue.retry(*failed->retryJobID, *m_client, retried.handler(), false);
         waitForJobs();
         QCOMPARE(retried.described(), (QStringList{QStringLiteral("creating"), QStringLiteral("uploading 1/1"),
                                                    QStringLiteral("done 0 failed")}));
@@ -195,8 +186,8 @@ private slots:
         const QList<StagedAttachment> files{file(QStringLiteral("first.txt")), file(QStringLiteral("second.txt")),
                                             file(QStringLiteral("third.txt"))};
         PhaseRecorder phases;
-        m_queue->enqueue(payload(listID, QStringLiteral("Partly attached"), files), *m_client, QUuid::createUuid(),
-                         phases.handler());
+        m_pipeline->queue.enqueue(payload(listID, QStringLiteral("Partly attached"), files), *m_client,
+                                  QUuid::createUuid(), phases.handler());
         waitForJobs();
         const auto* done = phases.last<ForegroundSubmitPhases::Done>();
         QVERIFY(done && done->retryJobID);
@@ -208,7 +199,7 @@ private slots:
         const qint64 before = uploads().size();
 
         PhaseRecorder retried;
-        m_queue->retry(*done->retryJobID, *m_client, retried.handler(), false);
+        m_pipeline->queue.retry(*done->retryJobID, *m_client, retried.handler(), false);
         waitForJobs();
         QCOMPARE(retried.described(), (QStringList{QStringLiteral("uploading 1/1"), QStringLiteral("done 0 failed")}));
         const auto* redone = retried.last<ForegroundSubmitPhases::Done>();
@@ -227,22 +218,23 @@ private slots:
         QVERIFY(m_sandbox.addFault(twice));
         const QList<StagedAttachment> files{file(QStringLiteral("first.txt")), file(QStringLiteral("second.txt"))};
         PhaseRecorder phases;
-        m_queue->enqueue(payload(listID, QStringLiteral("Twice"), files), *m_client, QUuid::createUuid(),
-                         phases.handler());
+        m_pipeline->queue.enqueue(payload(listID, QStringLiteral("Twice"), files), *m_client, QUuid::createUuid(),
+                                  phases.handler());
         waitForJobs();
         QCOMPARE(phases.last<ForegroundSubmitPhases::Done>()->failedUploads.size(), 2);
         QVERIFY(exists(files[0]) && exists(files[1]));
 
         QVERIFY(m_sandbox.addFault(refusing(uploadPattern)));
         PhaseRecorder retried;
-        m_queue->retry(*phases.last<ForegroundSubmitPhases::Done>()->retryJobID, *m_client, retried.handler(), false);
+        m_pipeline->queue.retry(*phases.last<ForegroundSubmitPhases::Done>()->retryJobID, *m_client, retried.handler(),
+                                false);
         waitForJobs();
         const auto* redone = retried.last<ForegroundSubmitPhases::Done>();
         QCOMPARE(redone->failedUploads.size(), 1);
         QCOMPARE(redone->failedUploads[0].attachment, files[0]);
         QVERIFY(exists(files[0]));
         QVERIFY(!exists(files[1]));
-        QCOMPARE(m_queue->failedJobs().size(), 1);
+        QCOMPARE(m_pipeline->queue.failedJobs().size(), 1);
     }
 
     void anExternalJobWithSomeFailuresDeletesTheCopiesThatMadeIt() {
@@ -250,8 +242,8 @@ private slots:
         m_storage.refuse(QStringLiteral("second.txt"));
         const QList<StagedAttachment> files{file(QStringLiteral("first.txt")), file(QStringLiteral("second.txt"))};
         PhaseRecorder phases;
-        m_queue->enqueue(payload(listID, QStringLiteral("External partly"), files), *m_client, QUuid::createUuid(),
-                         phases.handler());
+        m_pipeline->queue.enqueue(payload(listID, QStringLiteral("External partly"), files), *m_client,
+                                  QUuid::createUuid(), phases.handler());
         waitForJobs();
         const auto* done = phases.last<ForegroundSubmitPhases::Done>();
         QCOMPARE(done->failedUploads.size(), 1);
@@ -274,8 +266,8 @@ private slots:
                 QVERIFY(m_sandbox.addFault(refusing(createPattern)));
             }
         };
-        m_queue->enqueueBulk(BulkSubmitJobPayload{listID, {"One", "Two", "Three"}, fields}, *m_client,
-                             QUuid::createUuid(), onPhase);
+        m_pipeline->queue.enqueueBulk(BulkSubmitJobPayload{listID, {"One", "Two", "Three"}, fields}, *m_client,
+                                      QUuid::createUuid(), onPhase);
         waitForJobs();
         QCOMPARE(events,
                  (QStringList{QStringLiteral("bulkCreating 1/3"), QStringLiteral("bulkCreating 2/3"),
@@ -291,9 +283,9 @@ private slots:
         QCOMPARE(names, (QStringList{"One", "Two", "Three"}));
         QCOMPARE(statusOf(sent[1]), 400);
 
-        const QUuid retryID = m_queue->failedJobs().keys().value(0);
+        const QUuid retryID = m_pipeline->queue.failedJobs().keys().value(0);
         PhaseRecorder retried;
-        m_queue->retry(retryID, *m_client, retried.handler(), false);
+        m_pipeline->queue.retry(retryID, *m_client, retried.handler(), false);
         waitForJobs();
         QCOMPARE(retried.described(),
                  (QStringList{QStringLiteral("bulkCreating 1/1"), QStringLiteral("bulkDone 1 created 0 failed")}));
@@ -306,12 +298,12 @@ private slots:
         always.times = 2;
         QVERIFY(m_sandbox.addFault(always));
         PhaseRecorder phases;
-        m_queue->enqueueBulk(BulkSubmitJobPayload{listID, {"One", "Two"}, {}}, *m_client, QUuid::createUuid(),
-                             phases.handler());
+        m_pipeline->queue.enqueueBulk(BulkSubmitJobPayload{listID, {"One", "Two"}, {}}, *m_client, QUuid::createUuid(),
+                                      phases.handler());
         waitForJobs();
         const auto* failed = phases.last<ForegroundSubmitPhases::Failed>();
         QVERIFY(failed && failed->retryJobID);
-        QCOMPARE(m_queue->failedJobs().value(*failed->retryJobID),
+        QCOMPARE(m_pipeline->queue.failedJobs().value(*failed->retryJobID),
                  FailedSubmitJob(FailedSubmitJobs::BulkCreate{BulkSubmitJobPayload{listID, {"One", "Two"}, {}}}));
     }
 
@@ -322,15 +314,15 @@ private slots:
         const auto recorder = [&events](const QString& job) {
             return [&events, job](const ForegroundSubmitPhase& phase) { events.append(job + u' ' + describe(phase)); };
         };
-        m_queue->enqueue(payload(listID, QStringLiteral("Job A"),
-                                 {file(QStringLiteral("A1.txt"), QByteArray(300'000, 'a')),
-                                  file(QStringLiteral("A2.txt"), QByteArray(300'000, 'a'))}),
-                         *m_client, QUuid::createUuid(), recorder(QStringLiteral("A")));
-        m_queue->enqueue(payload(listID, QStringLiteral("Job B"),
-                                 {file(QStringLiteral("B1.txt"), QByteArray(300'000, 'b')),
-                                  file(QStringLiteral("B2.txt"), QByteArray(300'000, 'b'))}),
-                         *m_client, QUuid::createUuid(), recorder(QStringLiteral("B")));
-        QCOMPARE(m_queue->pendingCount(), 2);
+        m_pipeline->queue.enqueue(payload(listID, QStringLiteral("Job A"),
+                                          {file(QStringLiteral("A1.txt"), QByteArray(300'000, 'a')),
+                                           file(QStringLiteral("A2.txt"), QByteArray(300'000, 'a'))}),
+                                  *m_client, QUuid::createUuid(), recorder(QStringLiteral("A")));
+        m_pipeline->queue.enqueue(payload(listID, QStringLiteral("Job B"),
+                                          {file(QStringLiteral("B1.txt"), QByteArray(300'000, 'b')),
+                                           file(QStringLiteral("B2.txt"), QByteArray(300'000, 'b'))}),
+                                  *m_client, QUuid::createUuid(), recorder(QStringLiteral("B")));
+        QCOMPARE(m_pipeline->queue.pendingCount(), 2);
         waitForJobs();
 
         QStringList uploaded;

@@ -1,0 +1,333 @@
+#include "submit/BackgroundSubmitQueue.h"
+
+#include "async/StartTask.h"
+#include "settings/SettingsStore.h"
+#include "storage/StorageProviderRegistry.h"
+#include "submit/BulkSubmitter.h"
+#include "submit/SubmitNotifier.h"
+#include "submit/TaskSubmitter.h"
+#include "support/Overloaded.h"
+
+#include <QCoreApplication>
+#include <QFile>
+#include <QPointer>
+
+namespace {
+void tell(const PhaseHandler& onPhase, const ForegroundSubmitPhase& phase) {
+    if (onPhase) {
+        onPhase(phase);
+    }
+}
+} // namespace
+
+BackgroundSubmitQueue::BackgroundSubmitQueue(SubmitNotifier& notifier, AttachmentUploadQueue& uploadQueue,
+                                             const StorageProviderRegistry& providers, const SettingsStore& settings,
+                                             QObject* parent)
+    : QObject(parent)
+    , m_notifier(notifier)
+    , m_uploadQueue(uploadQueue)
+    , m_providers(providers)
+    , m_settings(settings) {}
+
+void BackgroundSubmitQueue::enqueue(SubmitJobPayload payload, NorvaneClient client, std::optional<QUuid> jobID,
+                                    PhaseHandler onPhase) {
+    changePendingCount(+1);
+    startTask(this, runSingleJob(std::move(payload), std::move(client), jobID, std::move(onPhase), false));
+}
+
+void BackgroundSubmitQueue::enqueueBulk(BulkSubmitJobPayload payload, NorvaneClient client, std::optional<QUuid> jobID,
+                                        PhaseHandler onPhase) {
+    changePendingCount(+1);
+    startTask(this, runBulkJob(std::move(payload), std::move(client), jobID, std::move(onPhase), false));
+}
+
+void BackgroundSubmitQueue::markBackgrounded(const ForegroundSubmitSession& session) {
+    m_backgroundedJobIDs.insert(session.jobID);
+    if (updateBadge) {
+        updateBadge();
+    }
+}
+
+void BackgroundSubmitQueue::retry(const QUuid& failedJobID, NorvaneClient client, PhaseHandler onPhase,
+                                  bool forceNotify) {
+    // Out of the map first, so that a second tap finds nothing to run.
+    if (!m_failedJobs.contains(failedJobID)) {
+        return;
+    }
+    const FailedSubmitJob job = m_failedJobs.take(failedJobID);
+    changePendingCount(+1);
+    QCoro::Task<> running =
+        std::visit(Overloaded{
+                       [&](const FailedSubmitJobs::CreateTask& failed) {
+                           return runSingleJob(failed.payload, client, std::nullopt, onPhase, forceNotify);
+                       },
+                       [&](const FailedSubmitJobs::UploadAttachments& failed) {
+                           return runUploadRetry(failed, client, onPhase, forceNotify);
+                       },
+                       [&](const FailedSubmitJobs::BulkCreate& failed) {
+                           return runBulkJob(failed.payload, client, std::nullopt, onPhase, forceNotify);
+                       },
+                   },
+                   job);
+    startTask(this, std::move(running));
+}
+
+QCoro::Task<> BackgroundSubmitQueue::runSingleJob(SubmitJobPayload payload, NorvaneClient client,
+                                                  std::optional<QUuid> jobID, PhaseHandler onPhase, bool forceNotify) {
+    const QPointer<BackgroundSubmitQueue> self(this);
+    const TaskSubmitter submitter(client, m_uploadQueue, m_notifier);
+    const TaskSubmitter::Provider provider = m_providers.makeProvider(m_settings.settings());
+    const bool usesExternal = provider && !payload.attachments.isEmpty();
+    const AttachmentUploader::Progress progress = TaskSubmitter::uploadingPhases(onPhase);
+
+    SubmitJobPayload toCreate = payload;
+    QList<AttachmentUploadFailure> externalFailures;
+    if (usesExternal) {
+        tell(onPhase, ForegroundSubmitPhases::Uploading{0, static_cast<int>(payload.attachments.size())});
+        QCoro::Task<TaskSubmitter::PreUpload> uploading = submitter.preUploadToExternal(payload, provider, progress);
+        TaskSubmitter::PreUpload preUpload = co_await std::move(uploading);
+        if (!self) {
+            co_return;
+        }
+        toCreate = std::move(preUpload.payload);
+        externalFailures = std::move(preUpload.failures);
+    }
+
+    tell(onPhase, ForegroundSubmitPhases::Creating{});
+    QCoro::Task<SubmitJobResult> creating = submitter.createTask(toCreate);
+    SubmitJobResult result = co_await std::move(creating);
+    if (!self) {
+        co_return;
+    }
+    // A failed creation hands on the payload as queued, and drops the failures of the external
+    // uploads: a retry starts from the beginning.
+    if (result.error) {
+        handleSingleResult(jobID, payload, result, onPhase, forceNotify);
+        co_return;
+    }
+    if (!result.created) {
+        changePendingCount(-1);
+        finishTracking(jobID);
+        co_return;
+    }
+    if (usesExternal) {
+        result.failedUploads = externalFailures;
+    } else if (!payload.attachments.isEmpty()) {
+        QCoro::Task<QList<AttachmentUploadFailure>> uploading =
+            submitter.uploadAttachments(result.created->id, payload.attachments, progress);
+        result.failedUploads = co_await std::move(uploading);
+        if (!self) {
+            co_return;
+        }
+    }
+    handleSingleResult(jobID, payload, result, onPhase, forceNotify);
+}
+
+QCoro::Task<> BackgroundSubmitQueue::runBulkJob(BulkSubmitJobPayload payload, NorvaneClient client,
+                                                std::optional<QUuid> jobID, PhaseHandler onPhase, bool forceNotify) {
+    const QPointer<BackgroundSubmitQueue> self(this);
+    const BulkSubmitter submitter(std::move(client));
+    QCoro::Task<BulkSubmitResult> running = submitter.runBulkJob(payload, onPhase);
+    const BulkSubmitResult result = co_await std::move(running);
+    if (self) {
+        handleBulkResult(jobID, payload, result, onPhase, forceNotify);
+    }
+}
+
+QCoro::Task<> BackgroundSubmitQueue::runUploadRetry(FailedSubmitJobs::UploadAttachments job, NorvaneClient client,
+                                                    PhaseHandler onPhase, bool forceNotify) {
+    const QPointer<BackgroundSubmitQueue> self(this);
+    const TaskSubmitter submitter(std::move(client), m_uploadQueue, m_notifier);
+    const TaskSubmitter::Provider provider = m_providers.makeProvider(m_settings.settings());
+    QCoro::Task<QList<AttachmentUploadFailure>> uploading =
+        provider ? submitter.retryUploadsToExternal(job.taskID, job.attachments, provider, onPhase)
+                 : submitter.retryUploads(job.taskID, job.attachments, onPhase);
+    const QList<AttachmentUploadFailure> failures = co_await std::move(uploading);
+    if (!self) {
+        co_return;
+    }
+    changePendingCount(-1);
+    const CreatedTask task{job.taskID, job.taskName, job.taskURL, std::nullopt};
+    if (failures.isEmpty()) {
+        cleanupAttachments(job.attachments);
+        if (forceNotify) {
+            m_notifier.notifyTaskCreated(job.taskName, job.taskURL, 0, std::nullopt, std::nullopt, {});
+        } else {
+            tell(onPhase, ForegroundSubmitPhases::Done{task, {}, std::nullopt});
+        }
+        co_return;
+    }
+    const QUuid failedID = keepFailedUploads(task, job.attachments, failures);
+    if (forceNotify) {
+        m_notifier.notifyTaskCreated(job.taskName, job.taskURL, static_cast<int>(failures.size()),
+                                     uploadFailureSummary(failures), failedID, {});
+    } else {
+        tell(onPhase, ForegroundSubmitPhases::Done{task, failures, failedID});
+    }
+}
+
+void BackgroundSubmitQueue::handleSingleResult(const std::optional<QUuid>& jobID, const SubmitJobPayload& payload,
+                                               const SubmitJobResult& result, const PhaseHandler& onPhase,
+                                               bool forceNotify) {
+    const bool isBackgrounded = finishJob(jobID, forceNotify);
+    if (result.error) {
+        // The files stay: the retry sends them.
+        const QUuid failedID = storeFailed(FailedSubmitJobs::CreateTask{payload});
+        if (isBackgrounded) {
+            m_notifier.notifyTaskCreateFailed(
+                payload.taskName, *result.error, failedID,
+                showIfUndelivered(BackgroundJobResult::CreateFailed{payload.taskName, *result.error, failedID}));
+        } else {
+            tell(onPhase, ForegroundSubmitPhases::Failed{*result.error, failedID});
+        }
+        return;
+    }
+    if (!result.created) {
+        return;
+    }
+    const CreatedTask& created = *result.created;
+    if (result.failedUploads.isEmpty()) {
+        cleanupAttachments(payload.attachments);
+        if (isBackgrounded) {
+            m_notifier.notifyTaskCreated(created.name, created.url, 0, std::nullopt, std::nullopt,
+                                         showIfUndelivered(BackgroundJobResult::Success{created.name, created.url}));
+        } else {
+            tell(onPhase, ForegroundSubmitPhases::Done{created, {}, std::nullopt});
+        }
+        return;
+    }
+    const QUuid failedID = keepFailedUploads(created, payload.attachments, result.failedUploads);
+    const std::optional<QString> summary = uploadFailureSummary(result.failedUploads);
+    const int count = static_cast<int>(result.failedUploads.size());
+    if (isBackgrounded) {
+        m_notifier.notifyTaskCreated(created.name, created.url, count, summary, failedID,
+                                     showIfUndelivered(BackgroundJobResult::UploadPartialFailure{
+                                         created.name, created.url, count, summary, failedID}));
+    } else {
+        tell(onPhase, ForegroundSubmitPhases::Done{created, result.failedUploads, failedID});
+    }
+}
+
+void BackgroundSubmitQueue::handleBulkResult(const std::optional<QUuid>& jobID, const BulkSubmitJobPayload& payload,
+                                             const BulkSubmitResult& result, const PhaseHandler& onPhase,
+                                             bool forceNotify) {
+    const bool isBackgrounded = finishJob(jobID, forceNotify);
+    if (result.error) {
+        const QUuid failedID = storeFailed(FailedSubmitJobs::BulkCreate{payload});
+        if (isBackgrounded) {
+            // No banner for this one: an undelivered notification leaves the retry in failedJobs only.
+            m_notifier.notifyBulkCreateFailed(*result.error, failedID, {});
+        } else {
+            tell(onPhase, ForegroundSubmitPhases::Failed{*result.error, failedID});
+        }
+        return;
+    }
+    const int createdCount = static_cast<int>(result.created.size());
+    if (result.failures.isEmpty()) {
+        if (isBackgrounded) {
+            m_notifier.notifyBulkComplete(createdCount, {}, std::nullopt,
+                                          showIfUndelivered(BackgroundJobResult::BulkSuccess{createdCount}));
+        } else {
+            tell(onPhase, ForegroundSubmitPhases::BulkDone{result.created, {}, std::nullopt});
+        }
+        return;
+    }
+    BulkSubmitJobPayload remaining{payload.listID, {}, payload.fieldTemplate};
+    for (const BulkFailure& failure : result.failures) {
+        remaining.taskNames.append(failure.line);
+    }
+    const QUuid failedID = storeFailed(FailedSubmitJobs::BulkCreate{remaining});
+    if (isBackgrounded) {
+        m_notifier.notifyBulkComplete(createdCount, result.failures, failedID,
+                                      showIfUndelivered(BackgroundJobResult::BulkPartial{
+                                          createdCount, static_cast<int>(result.failures.size()), failedID}));
+    } else {
+        tell(onPhase, ForegroundSubmitPhases::BulkDone{result.created, result.failures, failedID});
+    }
+}
+
+bool BackgroundSubmitQueue::finishJob(const std::optional<QUuid>& jobID, bool forceNotify) {
+    changePendingCount(-1);
+    const bool isBackgrounded = forceNotify || (jobID && m_backgroundedJobIDs.contains(*jobID));
+    finishTracking(jobID);
+    return isBackgrounded;
+}
+
+void BackgroundSubmitQueue::finishTracking(const std::optional<QUuid>& jobID) {
+    if (!jobID) {
+        return;
+    }
+    m_backgroundedJobIDs.remove(*jobID);
+    if (updateBadge) {
+        updateBadge();
+    }
+}
+
+QUuid BackgroundSubmitQueue::storeFailed(const FailedSubmitJob& job) {
+    const QUuid failedID = QUuid::createUuid();
+    m_failedJobs.insert(failedID, job);
+    return failedID;
+}
+
+QUuid BackgroundSubmitQueue::keepFailedUploads(const CreatedTask& task, const QList<StagedAttachment>& attachments,
+                                               const QList<AttachmentUploadFailure>& failures) {
+    QSet<QUuid> failedIDs;
+    QList<StagedAttachment> failed;
+    for (const AttachmentUploadFailure& failure : failures) {
+        failedIDs.insert(failure.attachment.id);
+        failed.append(failure.attachment);
+    }
+    QList<StagedAttachment> delivered;
+    for (const StagedAttachment& attachment : attachments) {
+        if (!failedIDs.contains(attachment.id)) {
+            delivered.append(attachment);
+        }
+    }
+    cleanupAttachments(delivered);
+    return storeFailed(FailedSubmitJobs::UploadAttachments{task.id, task.name, task.url, failed});
+}
+
+void BackgroundSubmitQueue::cleanupAttachments(const QList<StagedAttachment>& attachments) {
+    for (const StagedAttachment& attachment : attachments) {
+        // A copy that can't be deleted stays behind; the next one is still deleted.
+        QFile::remove(attachment.fileURL.toLocalFile());
+    }
+}
+
+std::optional<QString> BackgroundSubmitQueue::uploadFailureSummary(const QList<AttachmentUploadFailure>& failures) {
+    if (failures.isEmpty()) {
+        return std::nullopt;
+    }
+    const AttachmentUploadFailure& first = failures.first();
+    const QString named = first.attachment.filename + QStringLiteral(": ") + first.message;
+    if (failures.size() == 1) {
+        return named;
+    }
+    return QCoreApplication::translate("BackgroundSubmitQueue", "%1 attachments failed. ").arg(failures.size()) + named;
+}
+
+std::function<void(bool)> BackgroundSubmitQueue::showIfUndelivered(BackgroundJobResult::Outcome outcome) {
+    return [self = QPointer<BackgroundSubmitQueue>(this), outcome = std::move(outcome)](bool delivered) {
+        if (delivered || !self) {
+            return;
+        }
+        QMetaObject::invokeMethod(
+            self.data(),
+            [self, outcome] {
+                if (self) {
+                    emit self->backgroundResult(BackgroundJobResult{outcome});
+                }
+            },
+            Qt::QueuedConnection);
+    };
+}
+
+void BackgroundSubmitQueue::changePendingCount(int delta) {
+    // Each start is paired with one end, so the count never goes below 0 in a correct run.
+    const int count = std::max(0, m_pendingCount + delta);
+    if (count == m_pendingCount) {
+        return;
+    }
+    m_pendingCount = count;
+    emit pendingCountChanged();
+}

@@ -1,0 +1,23 @@
+#pragma once
+
+#include "api/NorvaneClient.h"
+#include "submit/BulkSubmitJobPayload.h"
+#include "submit/BulkSubmitResult.h"
+#include "submit/ForegroundSubmitPhase.h"
+
+#include <QCoroTask>
+
+// Creates one task per line of a bulk job, strictly one after the other, and tells which lines the
+// service refused. A refused line doesn't stop the run; nothing is paced or retried here. Made for
+// each job, and kept alive by it while it runs.
+class BulkSubmitter {
+public:
+    explicit BulkSubmitter(NorvaneClient client);
+
+    // Each task takes the template's fields except the description and the custom fields, which a
+    // bulk task never carries, and the line as its name. Never throws.
+    QCoro::Task<BulkSubmitResult> runBulkJob(BulkSubmitJobPayload payload, PhaseHandler onPhase) const;
+
+private:
+    NorvaneClient m_client;
+};

@@ -1,0 +1,37 @@
+#pragma once
+
+#include "compose/StagedAttachment.h"
+#include "submit/BulkSubmitJobPayload.h"
+#include "submit/SubmitJobPayload.h"
+
+#include <QList>
+#include <QString>
+#include <optional>
+#include <variant>
+
+// What a retry takes up again.
+namespace FailedSubmitJobs {
+
+// Creation failed; the payload as it was queued, attachments included.
+struct CreateTask {
+    SubmitJobPayload payload;
+    bool operator==(const CreateTask&) const = default;
+};
+// The task exists; these of its attachments failed.
+struct UploadAttachments {
+    QString taskID;
+    QString taskName;
+    std::optional<QString> taskURL;
+    QList<StagedAttachment> attachments;
+    bool operator==(const UploadAttachments&) const = default;
+};
+// Every line of a bulk job failed (the whole payload), or only these lines are still to do.
+struct BulkCreate {
+    BulkSubmitJobPayload payload;
+    bool operator==(const BulkCreate&) const = default;
+};
+
+} // namespace FailedSubmitJobs
+
+using FailedSubmitJob =
+    std::variant<FailedSubmitJobs::CreateTask, FailedSubmitJobs::UploadAttachments, FailedSubmitJobs::BulkCreate>;

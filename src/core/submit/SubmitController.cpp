@@ -1,0 +1,193 @@
+#include "submit/SubmitController.h"
+
+#include "api/NorvaneClient.h"
+#include "compose/TaskDraft.h"
+#include "hierarchy/LocationMemory.h"
+#include "settings/SettingsStore.h"
+#include "submit/BackgroundSubmitQueue.h"
+#include "submit/SubmitNotifier.h"
+
+#include <QCoreApplication>
+#include <QPointer>
+
+namespace {
+// Spaces and tabs only: a name of other white space still counts as given.
+QString trimmedOfSpacesAndTabs(const QString& text) {
+    qsizetype begin = 0;
+    qsizetype end = text.size();
+    const auto blank = [](QChar c) { return c == QLatin1Char(' ') || c == QLatin1Char('\t'); };
+    while (begin < end && blank(text.at(begin))) {
+        ++begin;
+    }
+    while (end > begin && blank(text.at(end - 1))) {
+        --end;
+    }
+    return text.mid(begin, end - begin);
+}
+
+bool hasNonBlankLine(const QString& lines) {
+    const QStringList split = lines.split(QLatin1Char('\n'));
+    return std::any_of(split.cbegin(), split.cend(), [](const QString& line) { return !line.trimmed().isEmpty(); });
+}
+} // namespace
+
+SubmitController::SubmitController(TaskDraft& draft, SettingsStore& settings, LocationMemory& location,
+                                   const NorvaneClient& client, BackgroundSubmitQueue& queue, SubmitNotifier& notifier,
+                                   QObject* parent)
+    : QObject(parent)
+    , m_draft(draft)
+    , m_settings(settings)
+    , m_location(location)
+    , m_client(client)
+    , m_queue(queue)
+    , m_notifier(notifier) {
+    connect(&m_draft, &TaskDraft::nameChanged, this, &SubmitController::updateCanSubmit);
+    connect(&m_location, &LocationMemory::currentContextChanged, this, &SubmitController::updateCanSubmit);
+    connect(&m_queue, &BackgroundSubmitQueue::backgroundResult, this,
+            [this](const BackgroundJobResult& result) { setLastBackgroundJobResult(result); });
+    updateCanSubmit();
+}
+
+void SubmitController::setBulkMode(bool bulk) {
+    if (m_isBulkMode == bulk) {
+        return;
+    }
+    m_isBulkMode = bulk;
+    emit isBulkModeChanged();
+    updateCanSubmit();
+}
+
+void SubmitController::setBulkLines(const QString& lines) {
+    if (m_bulkLines == lines) {
+        return;
+    }
+    m_bulkLines = lines;
+    emit bulkLinesChanged();
+    updateCanSubmit();
+}
+
+void SubmitController::submitDraft() {
+    const ListContext* context = m_location.currentContext();
+    if (!context || m_foregroundSubmit) {
+        return;
+    }
+    const QSet<DefaultField> visibleFields = m_settings.settings().visibleDefaultFields;
+    const QUuid jobID = QUuid::createUuid();
+    const QString listID = context->entry().list.id;
+    if (!m_isBulkMode) {
+        if (trimmedOfSpacesAndTabs(m_draft.name()).isEmpty()) {
+            return;
+        }
+        std::optional<SubmitJobPayload> payload = m_draft.snapshot(listID, visibleFields);
+        if (!payload) {
+            return;
+        }
+        setForegroundSubmit(ForegroundSubmitSession{jobID, payload->taskName, ForegroundSubmitPhases::Creating{}});
+        m_queue.enqueue(std::move(*payload), m_client, jobID, makePhaseHandler(jobID));
+        return;
+    }
+    std::optional<BulkSubmitJobPayload> payload = m_draft.bulkSnapshot(listID, m_bulkLines, visibleFields);
+    if (!payload) {
+        return;
+    }
+    const int count = static_cast<int>(payload->taskNames.size());
+    setForegroundSubmit(ForegroundSubmitSession{jobID, QString::number(count) + bulkNameSuffix(),
+                                                ForegroundSubmitPhases::BulkCreating{0, count}});
+    m_queue.enqueueBulk(std::move(*payload), m_client, jobID, makePhaseHandler(jobID));
+}
+
+PhaseHandler SubmitController::makePhaseHandler(const QUuid& jobID) {
+    return [self = QPointer<SubmitController>(this), jobID](const ForegroundSubmitPhase& phase) {
+        if (!self || !self->m_foregroundSubmit || self->m_foregroundSubmit->jobID != jobID) {
+            return;
+        }
+        ForegroundSubmitSession session = *self->m_foregroundSubmit;
+        session.phase = phase;
+        self->setForegroundSubmit(std::move(session));
+    };
+}
+
+void SubmitController::backgroundActiveSubmit() {
+    if (!m_foregroundSubmit) {
+        return;
+    }
+    m_notifier.requestNotificationPermissionIfNeeded();
+    m_queue.markBackgrounded(*m_foregroundSubmit);
+    setForegroundSubmit(std::nullopt);
+    resetDraftForNewTask();
+}
+
+void SubmitController::retryForegroundSubmit(const QUuid& retryJobID) {
+    if (!m_foregroundSubmit) {
+        return;
+    }
+    // The name alone tells a bulk session, deliberately simple: a single task whose name ends in
+    // that word shows the bulk label until its first real phase arrives.
+    ForegroundSubmitSession session = *m_foregroundSubmit;
+    if (session.taskName.endsWith(bulkNameSuffix())) {
+        session.phase = ForegroundSubmitPhases::BulkCreating{0, 1};
+    } else {
+        session.phase = ForegroundSubmitPhases::Creating{};
+    }
+    const QUuid jobID = session.jobID;
+    setForegroundSubmit(std::move(session));
+    m_queue.retry(retryJobID, m_client, makePhaseHandler(jobID), false);
+}
+
+void SubmitController::leaveSubmitResult() {
+    setForegroundSubmit(std::nullopt);
+    resetDraftForNewTask();
+}
+
+void SubmitController::resetDraftForNewTask() {
+    m_draft.reset(m_settings.settings().defaultReminderLeadMinutes);
+    setBulkLines(QString());
+    setBulkMode(false);
+}
+
+void SubmitController::dismissBackgroundResult() {
+    setLastBackgroundJobResult(std::nullopt);
+}
+
+void SubmitController::retryBackgroundResult() {
+    const std::optional<QUuid> retryJobID =
+        m_lastBackgroundJobResult ? m_lastBackgroundJobResult->retryJobID() : std::nullopt;
+    if (!retryJobID) {
+        return;
+    }
+    setLastBackgroundJobResult(std::nullopt);
+    m_queue.retry(*retryJobID, m_client, {}, true);
+}
+
+void SubmitController::setForegroundSubmit(std::optional<ForegroundSubmitSession> session) {
+    if (m_foregroundSubmit == session) {
+        return;
+    }
+    m_foregroundSubmit = std::move(session);
+    emit foregroundSubmitChanged();
+    updateCanSubmit();
+}
+
+void SubmitController::setLastBackgroundJobResult(std::optional<BackgroundJobResult> result) {
+    if (m_lastBackgroundJobResult == result) {
+        return;
+    }
+    m_lastBackgroundJobResult = std::move(result);
+    emit lastBackgroundJobResultChanged();
+}
+
+void SubmitController::updateCanSubmit() {
+    bool can = !m_foregroundSubmit && m_location.currentContext() != nullptr;
+    if (can) {
+        can = m_isBulkMode ? hasNonBlankLine(m_bulkLines) : !m_draft.name().trimmed().isEmpty();
+    }
+    if (can == m_canSubmit) {
+        return;
+    }
+    m_canSubmit = can;
+    emit canSubmitChanged();
+}
+
+QString SubmitController::bulkNameSuffix() {
+    return QCoreApplication::translate("SubmitController", " tasks");
+}

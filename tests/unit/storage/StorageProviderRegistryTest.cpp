@@ -1,0 +1,133 @@
+#include "storage/StorageProviderRegistry.h"
+#include "storage/StorageProviderError.h"
+
+#include "RunTask.h"
+
+#include <QTest>
+
+namespace {
+// Records the settings it was made from, and uploads nowhere.
+class SettingsProbe : public ExternalStorageProvider {
+public:
+    explicit SettingsProbe(AppSettings settings)
+        : settings(std::move(settings)) {}
+
+    QString displayName() const override { return QStringLiteral("Probe"); }
+    void validateConfiguration() const override {}
+    QCoro::Task<QUrl> upload(QUrl, QString) const override { co_return QUrl(QStringLiteral("https://probe/")); }
+
+    const AppSettings settings;
+};
+
+AppSettings settingsFor(StorageProviderKind kind) {
+    AppSettings settings;
+    settings.storageProvider = kind;
+    return settings;
+}
+
+// The description the error ends with, or nothing when it throws none.
+template <typename Call> std::optional<StorageProviderError> failureOf(Call call) {
+    try {
+        call();
+    } catch (const StorageProviderError& error) {
+        return error;
+    }
+    return std::nullopt;
+}
+} // namespace
+
+class StorageProviderRegistryTest : public QObject {
+    Q_OBJECT
+
+private slots:
+    void theErrorDescribesEachCase() {
+        QCOMPARE(StorageProviderError::missingConfiguration(QStringLiteral("Set a bucket.")).errorDescription(),
+                 QStringLiteral("Set a bucket."));
+        QCOMPARE(StorageProviderError::uploadFailed(QStringLiteral("HTTP 500")).errorDescription(),
+                 QStringLiteral("HTTP 500"));
+        QCOMPARE(StorageProviderError::invalidResponse().errorDescription(),
+                 QStringLiteral("Unexpected response from storage provider."));
+        QCOMPARE(QString::fromUtf8(StorageProviderError::invalidResponse().what()),
+                 QStringLiteral("Unexpected response from storage provider."));
+    }
+
+    void norvaneGivesNoProvider() {
+        StorageProviderRegistry registry;
+        registry.setFactory(StorageProviderKind::norvane,
+                            [](const AppSettings& settings) { return std::make_shared<SettingsProbe>(settings); });
+        QVERIFY(!registry.makeProvider(settingsFor(StorageProviderKind::norvane)));
+    }
+
+    void eachExternalKindGoesByItsName() {
+        QCOMPARE(StorageProviderRegistry::displayName(StorageProviderKind::cloudflareR2),
+                 QStringLiteral("Cloudflare R2"));
+        QCOMPARE(StorageProviderRegistry::displayName(StorageProviderKind::cloudinary), QStringLiteral("Cloudinary"));
+        QCOMPARE(StorageProviderRegistry::displayName(StorageProviderKind::googleDrive),
+                 QStringLiteral("Google Drive"));
+    }
+
+    void aKindWithoutFactoryGivesAProviderThatRefusesEveryUploadByName() {
+        const StorageProviderRegistry registry;
+        for (const StorageProviderKind kind :
+             {StorageProviderKind::cloudflareR2, StorageProviderKind::cloudinary, StorageProviderKind::googleDrive}) {
+            const auto provider = registry.makeProvider(settingsFor(kind));
+            QVERIFY(provider);
+            const QString name = StorageProviderRegistry::displayName(kind);
+            QCOMPARE(provider->displayName(), name);
+
+            const auto invalid = failureOf([&] { provider->validateConfiguration(); });
+            QVERIFY(invalid && invalid->is<StorageProviderError::MissingConfiguration>());
+            QVERIFY2(invalid->errorDescription().contains(name), qPrintable(invalid->errorDescription()));
+
+            const auto refused = failureOf([&] {
+                runTask(provider->upload(QUrl::fromLocalFile(QStringLiteral("/tmp/x.png")), QStringLiteral("x.png")));
+            });
+            QVERIFY(refused && refused->is<StorageProviderError::MissingConfiguration>());
+            QCOMPARE(refused->errorDescription(), invalid->errorDescription());
+        }
+    }
+
+    void theFactoryOfTheChosenKindMakesTheProviderFromTrimmedTexts() {
+        StorageProviderRegistry registry;
+        registry.setFactory(StorageProviderKind::cloudinary,
+                            [](const AppSettings& settings) { return std::make_shared<SettingsProbe>(settings); });
+        AppSettings settings = settingsFor(StorageProviderKind::cloudinary);
+        settings.cloudinaryCloudName = QStringLiteral("  demo-cloud\n");
+        settings.cloudinaryUploadPreset = QStringLiteral("\tunsigned ");
+        settings.cloudflareR2AccountID = QStringLiteral(" account ");
+        settings.cloudflareR2Bucket = QStringLiteral("\nbucket\n");
+        settings.cloudflareR2PublicURLBase = QStringLiteral(" https://pub.example.com/ ");
+        settings.googleDriveFolderID = QStringLiteral(" folder\r\n");
+
+        const auto provider = std::dynamic_pointer_cast<const SettingsProbe>(registry.makeProvider(settings));
+        QVERIFY(provider);
+        QCOMPARE(provider->settings.cloudinaryCloudName, QStringLiteral("demo-cloud"));
+        QCOMPARE(provider->settings.cloudinaryUploadPreset, QStringLiteral("unsigned"));
+        QCOMPARE(provider->settings.cloudflareR2AccountID, QStringLiteral("account"));
+        QCOMPARE(provider->settings.cloudflareR2Bucket, QStringLiteral("bucket"));
+        QCOMPARE(provider->settings.cloudflareR2PublicURLBase, QStringLiteral("https://pub.example.com/"));
+        QCOMPARE(provider->settings.googleDriveFolderID, QStringLiteral("folder"));
+    }
+
+    void anIncompleteConfigurationStillMakesAProvider() {
+        StorageProviderRegistry registry;
+        registry.setFactory(StorageProviderKind::googleDrive,
+                            [](const AppSettings& settings) { return std::make_shared<SettingsProbe>(settings); });
+        QVERIFY(registry.makeProvider(settingsFor(StorageProviderKind::googleDrive)));
+        QVERIFY(std::dynamic_pointer_cast<const SettingsProbe>(
+            registry.makeProvider(settingsFor(StorageProviderKind::googleDrive))));
+    }
+
+    void aFactoryServesOnlyItsOwnKind() {
+        StorageProviderRegistry registry;
+        registry.setFactory(StorageProviderKind::cloudinary,
+                            [](const AppSettings& settings) { return std::make_shared<SettingsProbe>(settings); });
+        const auto provider = registry.makeProvider(settingsFor(StorageProviderKind::cloudflareR2));
+        QVERIFY(provider);
+        QVERIFY(!std::dynamic_pointer_cast<const SettingsProbe>(provider));
+        QCOMPARE(provider->displayName(), QStringLiteral("Cloudflare R2"));
+    }
+};
+
+QTEST_GUILESS_MAIN(StorageProviderRegistryTest)
+#include "StorageProviderRegistryTest.moc"

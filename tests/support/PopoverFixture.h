@@ -34,6 +34,22 @@ struct PopoverFixture {
         return QTest::qWaitForWindowExposed(&fixture->popover) ? std::move(fixture) : nullptr;
     }
 
+    // A fixture shown against a freshly reset sandbox, signed in as its first demo user through the
+    // central state, with the list `listID` of Northwind chosen; null when any step fails.
+    static std::unique_ptr<PopoverFixture> signedInAgainst(SandboxProcess& sandbox, const QString& listID) {
+        std::unique_ptr<PopoverFixture> fixture = shownAgainst(sandbox);
+        if (!fixture || runTask(fixture->app->signIn(sandbox.token())).has_value()) {
+            return nullptr;
+        }
+        runTask(fixture->app->hierarchy().loadEntries(SandboxDemo::northwindID, false));
+        const std::optional<ListEntry> entry = fixture->app->hierarchy().entry(listID);
+        if (!entry) {
+            return nullptr;
+        }
+        fixture->app->selectLocation(*entry);
+        return fixture;
+    }
+
     // Paints the popover and waits a moment: the paths of the pictures of hostile names that were
     // asked for meanwhile. A picture in rich text would be asked for as soon as the text is laid out.
     QStringList picturesFetchedAfterPainting(SandboxProcess& sandbox) {
@@ -58,4 +74,6 @@ struct PopoverFixture {
     OnboardingModel* const onboarding = &pages.onboarding();
     LocationViewModel* const location = &pages.location();
     AttachmentListModel* const attachments = &pages.attachments();
+    ComposerViewModel* const composer = &pages.composer();
+    SubmitViewModel* const submit = &pages.submit();
 };

@@ -32,8 +32,19 @@ AppState::AppState(AppEnvironment environment, QObject* parent)
     , m_location(m_settings, m_hierarchy, m_client, m_draft)
     , m_auth(m_tokenProvider, m_settings, m_client, m_hierarchy, m_location, m_draft)
     , m_notifications(*environment.notificationCenter, *environment.linkActions, environment.remindersPath,
-                      std::move(environment.clock)) {
+                      std::move(environment.clock))
+    , m_linkActions(*environment.linkActions)
+    , m_submitQueue(m_notifications, m_uploadQueue, m_storageProviders, m_settings)
+    , m_submit(m_draft, m_settings, m_location, m_client, m_submitQueue, m_notifications) {
     m_draft.setReminderLeadMinutes(m_settings.settings().defaultReminderLeadMinutes);
+    // "Retry" on a notification: the outcome comes back as a notification.
+    m_notifications.setRetryHandler(
+        [this](const QUuid& jobID) { m_submitQueue.retry(jobID, m_client, PhaseHandler(), true); });
+    m_submitQueue.updateBadge = [this] {
+        if (updateBadge) {
+            updateBadge();
+        }
+    };
     connect(&m_auth, &AuthController::authStateChanged, this, &AppState::authStateChanged);
     connect(&m_location, &LocationMemory::currentContextChanged, this, &AppState::currentContextChanged);
 }

@@ -11,6 +11,10 @@
 #include "settings/SettingsStore.h"
 #include "shell/PopoverControlling.h"
 #include "shell/PopoverTab.h"
+#include "storage/StorageProviderRegistry.h"
+#include "submit/AttachmentUploadQueue.h"
+#include "submit/BackgroundSubmitQueue.h"
+#include "submit/SubmitController.h"
 
 #include <QNetworkAccessManager>
 #include <QObject>
@@ -53,6 +57,11 @@ public:
     AuthController& auth() { return m_auth; }
     LocationMemory& location() { return m_location; }
     NotificationScheduler& notifications() { return m_notifications; }
+    LinkActions& linkActions() { return m_linkActions; }
+    StorageProviderRegistry& storageProviders() { return m_storageProviders; }
+    BackgroundSubmitQueue& submitQueue() { return m_submitQueue; }
+    // The popover's submission: the session it follows, the mode of the composer, and the banner.
+    SubmitController& submit() { return m_submit; }
     const ServiceAddresses& serviceAddresses() const { return m_addresses; }
 
     const AuthState& authState() const { return m_auth.authState(); }
@@ -91,5 +100,10 @@ private:
     LocationMemory m_location;
     AuthController m_auth;
     NotificationScheduler m_notifications;
+    LinkActions& m_linkActions;
+    StorageProviderRegistry m_storageProviders;
+    AttachmentUploadQueue m_uploadQueue;
+    BackgroundSubmitQueue m_submitQueue;
+    SubmitController m_submit;
     PopoverTab m_activeTab = PopoverTab::compose;
 };

@@ -42,8 +42,8 @@ void AppDelegate::applicationDidFinishLaunching() {
 
 void AppDelegate::refreshBadge() {
     // Tasks due today are not counted yet: the badge shows background work alone.
-    m_statusItem.setBadge(
-        StatusItemBadge::make(backgroundJobCount(), 0, m_app.settings().settings().showDueCountBadge));
+    m_statusItem.setBadge(StatusItemBadge::make(m_app.submitQueue().backgroundedJobIDs().size(), 0,
+                                                m_app.settings().settings().showDueCountBadge));
 }
 
 void AppDelegate::trayHostFound() {

@@ -12,7 +12,6 @@
 
 #include <QGuiApplication>
 #include <QObject>
-#include <functional>
 
 // Builds NorvaneBar's presence on the desktop: the tray icon once a tray host is known, the
 // popover and its pages, the ways to reach it without the icon (a second launch, the D-Bus
@@ -26,9 +25,6 @@ public:
     void applicationDidFinishLaunching();
     // Redraws the tray icon's badge and tool tip from the running work. AppState::updateBadge calls it.
     void refreshBadge();
-
-    // How many submissions run in the background, for the badge; none until pointed at the queue.
-    std::function<qsizetype()> backgroundJobCount = [] { return qsizetype{0}; };
 
 private:
     void trayHostFound();

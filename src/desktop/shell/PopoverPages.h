@@ -5,8 +5,10 @@
 #include "auth/OnboardingModel.h"
 #include "compose/AttachmentInput.h"
 #include "compose/AttachmentListModel.h"
+#include "compose/ComposerViewModel.h"
 #include "hierarchy/LocationViewModel.h"
 #include "shell/PopoverWindow.h"
+#include "submit/SubmitViewModel.h"
 
 class QClipboard;
 
@@ -23,12 +25,16 @@ public:
     OnboardingModel& onboarding() { return m_onboarding; }
     LocationViewModel& location() { return m_location; }
     AttachmentListModel& attachments() { return m_attachments; }
+    ComposerViewModel& composer() { return m_composer; }
+    SubmitViewModel& submit() { return m_submit; }
 
 private:
     AuthViewModel m_auth;
     OnboardingModel m_onboarding;
     LocationViewModel m_location;
     AttachmentListModel m_attachments;
+    ComposerViewModel m_composer;
+    SubmitViewModel m_submit;
     // After the models, so that the pages are gone before the models they show.
     PopoverWindow m_window;
     AttachmentInput m_attachmentInput;

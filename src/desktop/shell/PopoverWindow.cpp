@@ -2,6 +2,7 @@
 
 #include "auth/SecretFieldAccessible.h"
 #include "shell/PopoverPlacement.h"
+#include "shell/SymbolImageProvider.h"
 
 #include <QCursor>
 #include <QElapsedTimer>
@@ -38,6 +39,7 @@ PopoverWindow::PopoverWindow()
     setResizeMode(QQuickView::SizeViewToRootObject);
     // Where qt_add_qml_module puts the NorvaneBar module; Qt 6.4 does not look there by itself.
     engine()->addImportPath(QStringLiteral("qrc:/qt/qml"));
+    engine()->addImageProvider(SymbolImageProvider::providerID, new SymbolImageProvider);
     // The registration sits alone in an object file of this static library, which the linker drops
     // unless something refers to it; the module then lacks its C++ types.
     volatile auto registration = &qml_register_types_NorvaneBar;

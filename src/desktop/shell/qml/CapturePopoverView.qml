@@ -10,9 +10,11 @@ Pane {
     required property OnboardingModel onboarding
     required property LocationViewModel location
     required property AttachmentListModel attachments
+    required property ComposerViewModel composer
+    required property SubmitViewModel submit
 
     width: 380
-    height: 460
+    height: 520
     padding: 0
     focus: true
 
@@ -40,7 +42,9 @@ Pane {
                 page.setSource("SignedInPopoverView.qml", {
                     "auth": root.auth,
                     "location": root.location,
-                    "attachments": root.attachments
+                    "attachments": root.attachments,
+                    "composer": root.composer,
+                    "submit": root.submit
                 });
                 break;
             case AuthViewModel.SignedOut:

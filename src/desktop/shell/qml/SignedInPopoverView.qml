@@ -5,13 +5,16 @@ import QtQuick.Controls
 import QtQuick.Layouts
 import NorvaneBar
 
-// The signed-in page. The composer and My Day take their places here as they arrive.
+// The signed-in page: who and where, then the composer, or in its place the page of the submission
+// it started, and the banner of a background job's outcome.
 Pane {
     id: root
 
     required property AuthViewModel auth
     required property LocationViewModel location
     required property AttachmentListModel attachments
+    required property ComposerViewModel composer
+    required property SubmitViewModel submit
 
     padding: 16
 
@@ -92,51 +95,54 @@ Pane {
             }
         }
 
-        Label {
-            objectName: "attachmentCount"
-            visible: root.attachments.count > 0
-            text: qsTr("%n attachments", "", root.attachments.count)
-            opacity: 0.7
-            Accessible.name: text
-        }
+        Loader {
+            id: page
 
-        ListView {
-            id: attachmentList
+            readonly property int shown: root.submit.page
 
-            objectName: "attachmentList"
+            function show() {
+                switch (page.shown) {
+                case SubmitViewModel.Progress:
+                    page.setSource("../../submit/qml/SubmitProgressView.qml", {
+                        "submit": root.submit
+                    });
+                    break;
+                case SubmitViewModel.Done:
+                    page.setSource("../../submit/qml/SubmitDoneView.qml", {
+                        "submit": root.submit
+                    });
+                    break;
+                case SubmitViewModel.BulkDone:
+                    page.setSource("../../submit/qml/BulkDoneView.qml", {
+                        "submit": root.submit
+                    });
+                    break;
+                case SubmitViewModel.Failed:
+                    page.setSource("../../submit/qml/SubmitFailedView.qml", {
+                        "submit": root.submit
+                    });
+                    break;
+                case SubmitViewModel.Composer:
+                default:
+                    page.setSource("../../compose/qml/ComposerView.qml", {
+                        "composer": root.composer,
+                        "attachments": root.attachments
+                    });
+                    break;
+                }
+            }
+
+            objectName: "submitPage"
             Layout.fillWidth: true
             Layout.fillHeight: true
-            clip: true
-            spacing: 6
-            model: root.attachments
-            activeFocusOnTab: count > 0
-            keyNavigationEnabled: true
-            Accessible.role: Accessible.List
-            Accessible.name: qsTr("Attachments")
-
-            delegate: AttachmentRow {
-                width: ListView.view.width
-                onRemoveRequested: root.attachments.remove(this.index)
-            }
-
-            Label {
-                anchors.centerIn: parent
-                width: parent.width
-                visible: attachmentList.count === 0
-                horizontalAlignment: Text.AlignHCenter
-                wrapMode: Text.WordWrap
-                opacity: 0.6
-                text: qsTr("Paste or drop files here to attach them.")
-                Accessible.name: text
-            }
+            focus: true
+            onShownChanged: page.show()
+            Component.onCompleted: page.show()
         }
 
-        Label {
+        BackgroundJobResultBanner {
             Layout.fillWidth: true
-            opacity: 0.7
-            wrapMode: Text.WordWrap
-            text: qsTr("Press Esc to close.")
-            Accessible.name: text
+            submit: root.submit
         }
     }
 

@@ -1,0 +1,52 @@
+#include "shell/SymbolImageProvider.h"
+
+#include <QHash>
+
+namespace {
+
+constexpr int defaultExtent = 16;
+
+// Each symbol with the icon-naming names that show it, best first. Our own picture is
+// :/symbols/<symbol>.svg.
+const QHash<QString, QStringList>& themeNames() {
+    static const QHash<QString, QStringList> names{
+        {QStringLiteral("checkmark.circle.fill"),
+         {QStringLiteral("emblem-ok-symbolic"), QStringLiteral("emblem-default")}},
+        {QStringLiteral("exclamationmark.triangle.fill"), {QStringLiteral("dialog-warning")}},
+        {QStringLiteral("xmark.circle.fill"), {QStringLiteral("dialog-error")}},
+        {QStringLiteral("xmark.octagon.fill"), {QStringLiteral("process-stop")}},
+        {QStringLiteral("xmark"), {QStringLiteral("window-close-symbolic"), QStringLiteral("window-close")}},
+        {QStringLiteral("arrow.triangle.branch"), {QStringLiteral("vcs-branch")}},
+        {QStringLiteral("doc.text"), {QStringLiteral("text-x-generic-symbolic"), QStringLiteral("text-x-generic")}},
+        {QStringLiteral("list.bullet"), {QStringLiteral("view-list-symbolic"), QStringLiteral("view-list")}},
+    };
+    return names;
+}
+
+} // namespace
+
+SymbolImageProvider::SymbolImageProvider()
+    : QQuickImageProvider(QQuickImageProvider::Pixmap) {}
+
+QIcon SymbolImageProvider::icon(const QString& symbol) {
+    const auto names = themeNames().constFind(symbol);
+    if (names == themeNames().constEnd()) {
+        return {};
+    }
+    for (const QString& name : *names) {
+        if (QIcon::hasThemeIcon(name)) {
+            return QIcon::fromTheme(name);
+        }
+    }
+    return QIcon(QStringLiteral(":/symbols/%1.svg").arg(symbol));
+}
+
+QPixmap SymbolImageProvider::requestPixmap(const QString& id, QSize* size, const QSize& requestedSize) {
+    const QSize extent =
+        requestedSize.isValid() && !requestedSize.isEmpty() ? requestedSize : QSize(defaultExtent, defaultExtent);
+    const QPixmap picture = icon(id).pixmap(extent);
+    if (size) {
+        *size = picture.size();
+    }
+    return picture;
+}

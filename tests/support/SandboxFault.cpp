@@ -23,6 +23,14 @@ SandboxFault SandboxFault::dropConnection(const QString& path, int times) {
     return fault;
 }
 
+SandboxFault SandboxFault::dropAnswer(const QString& path, int times) {
+    SandboxFault fault;
+    fault.path = path;
+    fault.dropAfter = true;
+    fault.times = times;
+    return fault;
+}
+
 QJsonObject SandboxFault::toJson() const {
     QJsonObject rule{{QStringLiteral("path"), path}};
     if (!method.isEmpty()) {
@@ -55,6 +63,9 @@ QJsonObject SandboxFault::toJson() const {
     }
     if (drop) {
         rule.insert(QStringLiteral("drop"), true);
+    }
+    if (dropAfter) {
+        rule.insert(QStringLiteral("dropAfter"), true);
     }
     return rule;
 }

@@ -19,12 +19,16 @@ struct SandboxFault {
     std::optional<QString> bodyText;
     std::optional<int> delayMs;
     bool drop = false;
+    bool dropAfter = false;
 
     static SandboxFault answer(const QString& path, int status, int times = 1);
     static SandboxFault delay(const QString& path, int delayMs);
     // Qt's network access sends a request once more on a new connection when its connection closes
     // before any answer, so a drop that a QNetworkAccessManager client is to see happens twice.
     static SandboxFault dropConnection(const QString& path, int times = 2);
+    // The request is handled, a task created or a file stored, and then its answer is lost: the
+    // connection drops in its place. The same resend applies as above.
+    static SandboxFault dropAnswer(const QString& path, int times = 2);
 
     QJsonObject toJson() const;
 };

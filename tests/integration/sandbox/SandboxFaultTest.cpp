@@ -9,6 +9,7 @@
 #include <QHttpMultiPart>
 #include <QJsonArray>
 #include <QNetworkProxy>
+#include <QTcpSocket>
 #include <QTest>
 
 class SandboxFaultTest : public QObject {
@@ -33,6 +34,26 @@ class SandboxFaultTest : public QObject {
         multipart.append(part);
         return m_http.sendMultipart(m_sandbox.apiUrl(QStringLiteral("task/%1/attachment").arg(task)),
                                     SyncHttpClient::authorization(m_sandbox.token()), &multipart);
+    }
+
+    // The open tasks of the support list with that name, through the task search.
+    int tasksNamed(const QString& name) {
+        int count = 0;
+        for (int page = 0;; ++page) {
+            const QJsonObject answer =
+                m_http
+                    .get(m_sandbox.apiUrl(QStringLiteral("team/%1/task").arg(SandboxDemo::northwindID),
+                                          {{QStringLiteral("list_ids[]"), SandboxDemo::supportListID},
+                                           {QStringLiteral("page"), QString::number(page)}}),
+                         m_sandbox.token())
+                    .json();
+            for (const QJsonValue task : answer.value(QStringLiteral("tasks")).toArray()) {
+                count += task[QStringLiteral("name")].toString() == name ? 1 : 0;
+            }
+            if (answer.value(QStringLiteral("last_page")).toBool(true)) {
+                return count;
+            }
+        }
     }
 
     HttpResult postRule(const QByteArray& rule) {
@@ -83,6 +104,58 @@ private slots:
         QVERIFY(!dropped.answered());
         QVERIFY(dropped.error != QNetworkReply::NoError);
         QCOMPARE(m_sandbox.requests().last().toObject().value(QStringLiteral("status")).toInt(), 0);
+    }
+
+    void aDroppedAnswerComesAfterTheTaskIsCreated() {
+        SandboxFault fault = SandboxFault::dropAnswer(QStringLiteral("/api/v2/list/*/task"), 1);
+        fault.method = QStringLiteral("POST");
+        QVERIFY(m_sandbox.addFault(fault));
+        // A plain socket, so that no network stack sends the request a second time.
+        const QByteArray body = R"({"name": "Answer lost"})";
+        QTcpSocket socket;
+        socket.connectToHost(QStringLiteral("127.0.0.1"), static_cast<quint16>(m_sandbox.port()));
+        QVERIFY(socket.waitForConnected(5000));
+        socket.write("POST /api/v2/list/" + SandboxDemo::supportListID.toLatin1() +
+                     "/task HTTP/1.1\r\nHost: 127.0.0.1\r\nAuthorization: " + m_sandbox.token().toLatin1() +
+                     "\r\nContent-Type: application/json\r\nContent-Length: " + QByteArray::number(body.size()) +
+                     "\r\n\r\n" + body);
+        QByteArray received;
+        while (socket.state() == QAbstractSocket::ConnectedState && socket.waitForReadyRead(5000)) {
+            received += socket.readAll();
+        }
+        received += socket.readAll();
+        QCOMPARE(received, QByteArray());
+        QCOMPARE(socket.state(), QAbstractSocket::UnconnectedState);
+
+        QCOMPARE(tasksNamed(QStringLiteral("Answer lost")), 1);
+        const QJsonArray log = m_sandbox.requests();
+        QCOMPARE(log.size(), 2);
+        QCOMPARE(log[0][QStringLiteral("method")].toString(), QStringLiteral("POST"));
+        QCOMPARE(log[0][QStringLiteral("status")].toInt(), 0);
+        QVERIFY(log[0][QStringLiteral("fault")].isDouble());
+        // The rule is spent: the next creation is answered.
+        const HttpResult answered =
+            m_http.postJson(m_sandbox.apiUrl(QStringLiteral("list/%1/task").arg(SandboxDemo::supportListID)),
+                            m_sandbox.token(), QJsonObject{{QStringLiteral("name"), QStringLiteral("Answered")}});
+        QCOMPARE(answered.status, 200);
+        QCOMPARE(tasksNamed(QStringLiteral("Answered")), 1);
+    }
+
+    void anUploadWhoseAnswerIsDroppedIsStored() {
+        QVERIFY(m_sandbox.addFault(SandboxFault::dropAnswer(QStringLiteral("/api/v2/task/*/attachment"))));
+        const HttpResult dropped = upload(1000);
+        QVERIFY(!dropped.answered());
+        // Qt sent it once more before it gave up, and each copy was stored.
+        int lost = 0;
+        for (const QJsonValue entry : m_sandbox.requests()) {
+            lost += entry[QStringLiteral("method")].toString() == QStringLiteral("POST") &&
+                            entry[QStringLiteral("status")].toInt() == 0
+                        ? 1
+                        : 0;
+        }
+        QCOMPARE(lost, 2);
+        const QString page = QString::fromUtf8(m_http.get(m_sandbox.webUrl(QStringLiteral("/t/") + taskID())).body);
+        QCOMPARE(page.count(QStringLiteral(">a.bin</a>")), 2);
     }
 
     void delayedAnswer() {
@@ -145,6 +218,8 @@ private slots:
         QTest::newRow("relative path") << QByteArray(R"({"path": "api", "status": 500})");
         QTest::newRow("status out of range") << QByteArray(R"({"path": "/x", "status": 99})");
         QTest::newRow("drop and status") << QByteArray(R"({"path": "/x", "status": 500, "drop": true})");
+        QTest::newRow("drop after and status") << QByteArray(R"({"path": "/x", "status": 500, "dropAfter": true})");
+        QTest::newRow("drop before and after") << QByteArray(R"({"path": "/x", "drop": true, "dropAfter": true})");
         QTest::newRow("nothing to do") << QByteArray(R"({"path": "/x"})");
         QTest::newRow("times zero") << QByteArray(R"({"path": "/x", "status": 500, "times": 0})");
         QTest::newRow("delay too long") << QByteArray(R"({"path": "/x", "delayMs": 999999})");

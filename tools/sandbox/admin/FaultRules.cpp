@@ -30,7 +30,8 @@ QJsonObject FaultRule::toJson() const {
                        {QStringLiteral("remaining"), remaining},
                        {QStringLiteral("applied"), applied},
                        {QStringLiteral("delayMs"), delayMs},
-                       {QStringLiteral("drop"), drop}};
+                       {QStringLiteral("drop"), drop},
+                       {QStringLiteral("dropAfter"), dropAfter}};
     if (answer) {
         object.insert(QStringLiteral("status"), answer->status);
     }
@@ -48,6 +49,7 @@ std::variant<FaultRule, QString> FaultRules::parse(const QJsonObject& object) {
     rule.remaining = static_cast<int>(fields.integer(QStringLiteral("times")).value_or(1));
     rule.delayMs = static_cast<int>(fields.integer(QStringLiteral("delayMs")).value_or(0));
     rule.drop = fields.boolean(QStringLiteral("drop")).value_or(false);
+    rule.dropAfter = fields.boolean(QStringLiteral("dropAfter")).value_or(false);
     const std::optional<qint64> status = fields.integer(QStringLiteral("status"));
     const std::optional<QString> err = fields.string(QStringLiteral("err"));
     const std::optional<QString> ecode = fields.string(QStringLiteral("ecode"));
@@ -72,8 +74,11 @@ std::variant<FaultRule, QString> FaultRules::parse(const QJsonObject& object) {
     if (status && rule.drop) {
         return QStringLiteral("a rule either drops the connection or answers with a status");
     }
-    if (!status && !rule.drop && rule.delayMs == 0) {
-        return QStringLiteral("a rule needs a status, drop or delayMs");
+    if (rule.dropAfter && (status || rule.drop)) {
+        return QStringLiteral("a rule with dropAfter neither answers with a status nor drops before handling");
+    }
+    if (!status && !rule.drop && !rule.dropAfter && rule.delayMs == 0) {
+        return QStringLiteral("a rule needs a status, drop, dropAfter or delayMs");
     }
     if (!headers.isUndefined() && !headers.isObject()) {
         return QStringLiteral("headers must be an object of strings");

@@ -20,6 +20,9 @@ struct FaultRule {
     int remaining = 1; // negative: without end
     int delayMs = 0;
     bool drop = false;
+    // The request is handled as without the rule, and then the connection is dropped instead of
+    // sending the answer: a change made whose confirmation is lost on the way.
+    bool dropAfter = false;
     std::optional<ServiceResponse> answer;
     int applied = 0;
 
@@ -31,10 +34,13 @@ struct FaultRule {
 //
 // A rule: {"method": "GET", "path": "/api/v2/team/*/task", "times": 1,
 //          "status": 429, "headers": {"Retry-After": "1"}, "err": "...", "ecode": "...",
-//          "body": <any JSON>, "bodyText": "...", "contentType": "...", "delayMs": 200, "drop": true}
+//          "body": <any JSON>, "bodyText": "...", "contentType": "...", "delayMs": 200, "drop": true,
+//          "dropAfter": true}
 // `path` is a glob over the decoded path: `*` stays within a segment, `**` crosses segments.
 // `times` defaults to 1; a negative number never runs out. A rule delays, then drops the connection
-// or answers with `status`; a rule with a delay alone lets the request go on afterwards.
+// or answers with `status`; a rule with a delay alone lets the request go on afterwards. With
+// `dropAfter` the request goes on and is handled, and the connection is dropped in place of its
+// answer.
 class FaultRules {
 public:
     // Adds one rule object or {"rules": [...]}; returns the added rules or what is wrong.

@@ -92,7 +92,15 @@ ServiceResponse SandboxService::answer(const ServiceRequest& request, std::optio
             request.discardBody();
             return *fault->answer;
         }
+        if (fault->dropAfter) {
+            route(request);
+            return ServiceResponse::dropped();
+        }
     }
+    return route(request);
+}
+
+ServiceResponse SandboxService::route(const ServiceRequest& request) {
     if (request.bodyTooLarge) {
         return ApiErrors::bodyTooLarge();
     }

@@ -37,7 +37,10 @@ public:
 private:
     SandboxService(SandboxSettings settings, StoreData data);
 
+    // The fault rule's answer, if one catches the request, else route's.
     ServiceResponse answer(const ServiceRequest& request, std::optional<int>& faultID);
+    // The answer of the API, the web pages or a 404, without fault rules.
+    ServiceResponse route(const ServiceRequest& request);
     ServiceResponse answerAPI(const ServiceRequest& request);
     ServiceResponse answerAdmin(const ServiceRequest& request);
     void resetData();

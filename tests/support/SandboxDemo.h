@@ -3,6 +3,7 @@
 #include "SandboxProcess.h"
 #include "SyncHttpClient.h"
 
+#include <QHash>
 #include <QJsonArray>
 #include <QJsonObject>
 #include <QString>
@@ -52,6 +53,25 @@ inline QJsonObject firstNorthwindTask(SyncHttpClient& http, const SandboxProcess
         .toArray()
         .first()
         .toObject();
+}
+
+// The names of the open tasks of a Northwind list by task id, through the task search, page by page.
+inline QHash<QString, QString> openTaskNames(SyncHttpClient& http, const SandboxProcess& sandbox,
+                                             const QString& listID) {
+    QHash<QString, QString> names;
+    for (int page = 0;; ++page) {
+        const QJsonObject answer = http.get(sandbox.apiUrl(QStringLiteral("team/%1/task").arg(northwindID),
+                                                           {{QStringLiteral("list_ids[]"), listID},
+                                                            {QStringLiteral("page"), QString::number(page)}}),
+                                            sandbox.token())
+                                       .json();
+        for (const QJsonValue task : answer.value(QStringLiteral("tasks")).toArray()) {
+            names.insert(task[QStringLiteral("id")].toString(), task[QStringLiteral("name")].toString());
+        }
+        if (answer.value(QStringLiteral("last_page")).toBool(true)) {
+            return names;
+        }
+    }
 }
 
 // The workspace of hostile names, whose only member is the hostile-names user. Pictures in its

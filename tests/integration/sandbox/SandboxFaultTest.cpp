@@ -36,24 +36,9 @@ class SandboxFaultTest : public QObject {
                                     SyncHttpClient::authorization(m_sandbox.token()), &multipart);
     }
 
-    // The open tasks of the support list with that name, through the task search.
     int tasksNamed(const QString& name) {
-        int count = 0;
-        for (int page = 0;; ++page) {
-            const QJsonObject answer =
-                m_http
-                    .get(m_sandbox.apiUrl(QStringLiteral("team/%1/task").arg(SandboxDemo::northwindID),
-                                          {{QStringLiteral("list_ids[]"), SandboxDemo::supportListID},
-                                           {QStringLiteral("page"), QString::number(page)}}),
-                         m_sandbox.token())
-                    .json();
-            for (const QJsonValue task : answer.value(QStringLiteral("tasks")).toArray()) {
-                count += task[QStringLiteral("name")].toString() == name ? 1 : 0;
-            }
-            if (answer.value(QStringLiteral("last_page")).toBool(true)) {
-                return count;
-            }
-        }
+        const QHash<QString, QString> tasks = SandboxDemo::openTaskNames(m_http, m_sandbox, SandboxDemo::supportListID);
+        return static_cast<int>(std::count(tasks.cbegin(), tasks.cend(), name));
     }
 
     HttpResult postRule(const QByteArray& rule) {

@@ -309,22 +309,26 @@ private:
         return static_cast<int>(made) - lostAnswerJobs;
     }
 
+    // Lost on both sends of the request, so that the job fails and is retried; and lost once, on the
+    // first send only.
     bool benchLostAnswers() {
-        int retried = 0;
-        const std::optional<int> retriedDuplicates = lostAnswerDuplicates(QStringLiteral("Lost, retried "), 2, retried);
-        if (!retriedDuplicates) {
-            std::fprintf(stderr, "a job whose answer was lost did not end with its task\n");
-            return false;
+        struct Case {
+            const char* key;
+            QString prefix;
+            int lostAnswers;
+        };
+        for (const Case& lost :
+             {Case{"retried", QStringLiteral("Lost, retried "), 2}, Case{"once", QStringLiteral("Lost once "), 1}}) {
+            int retried = 0;
+            const std::optional<int> duplicates = lostAnswerDuplicates(lost.prefix, lost.lostAnswers, retried);
+            if (!duplicates) {
+                std::fprintf(stderr, "a job whose answer was lost did not end with its task\n");
+                return false;
+            }
+            std::printf("lost_answer_%s_failed_jobs %d jobs saw a failure and were retried once (of %d)\n", lost.key,
+                        retried, lostAnswerJobs);
+            std::printf("lost_answer_%s_duplicates %d tasks beyond one per job\n", lost.key, *duplicates);
         }
-        std::printf("lost_answer_retried_jobs %d jobs failed and were retried once (of %d)\n", retried, lostAnswerJobs);
-        std::printf("lost_answer_retried_duplicates %d tasks beyond one per job\n", *retriedDuplicates);
-        const std::optional<int> onceDuplicates = lostAnswerDuplicates(QStringLiteral("Lost once "), 1, retried);
-        if (!onceDuplicates) {
-            std::fprintf(stderr, "a job whose answer was lost once did not end with its task\n");
-            return false;
-        }
-        std::printf("lost_answer_once_failed_jobs %d jobs saw a failure (of %d)\n", retried, lostAnswerJobs);
-        std::printf("lost_answer_once_duplicates %d tasks beyond one per job\n", *onceDuplicates);
         return true;
     }
 

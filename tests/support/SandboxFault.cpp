@@ -24,10 +24,9 @@ SandboxFault SandboxFault::dropConnection(const QString& path, int times) {
 }
 
 SandboxFault SandboxFault::dropAnswer(const QString& path, int times) {
-    SandboxFault fault;
-    fault.path = path;
+    SandboxFault fault = dropConnection(path, times);
+    fault.drop = false;
     fault.dropAfter = true;
-    fault.times = times;
     return fault;
 }
 

@@ -1,16 +1,20 @@
 """Shows NorvaneBar on a virtual display against norvane-sandbox: opens the popover with a click on
 its tray icon, signs in with a wrong and then a demo token, chooses a list, pastes two files and then
-a picture as attachments, starts again to show that the token and the list were kept, and saves a
-screenshot of each step. Run inside a desktop session.
+a picture as attachments, starts again to show that the token and the list were kept, then creates
+tasks: one typed and created, one with two files, three in bulk, one refused and retried, and one
+left to run in the background, whose notification it prints. It saves a screenshot of each step.
+Run inside a desktop session with an accessibility bus, through which it presses the buttons.
 
 usage: headless_demo.py NORVANEBAR NORVANE_SANDBOX OUTPUT_FOLDER"""
 
+import json
 import os
 import subprocess
 import sys
 import time
 
 sys.path.insert(0, os.path.join(os.path.dirname(__file__), "..", "tests", "e2e"))
+from accessibility import application, find, press, pump_until  # noqa: E402
 from demo_sandbox import Sandbox, write_profile  # noqa: E402
 from norvanebar_app import NorvaneBar, click, popover_window_id, wait_until, xembed_icon_window  # noqa: E402
 
@@ -56,6 +60,98 @@ def sample_files(out):
     return uris, picture
 
 
+CREATE = {"method": "POST", "path": "/api/v2/list/*/task"}
+UPLOAD = {"method": "POST", "path": "/api/v2/task/*/attachment"}
+
+
+def shown(ui, name, timeout=15.0):
+    """Waits until the popover shows a text with this accessible name."""
+    pump_until(lambda: find(ui, None, name), timeout, f'"{name}" in the popover')
+
+
+def submit(name=None):
+    if name:
+        subprocess.run(["xdotool", "type", "--delay", "5", name], check=True)
+    subprocess.run(["xdotool", "key", "ctrl+Return"], check=True)
+
+
+def two_small_files(out):
+    folder = os.path.join(out, "files")
+    os.makedirs(folder, exist_ok=True)
+    paths = [os.path.join(folder, "wireframes.pdf"), os.path.join(folder, "colour-palette.png")]
+    for path, size in zip(paths, (240_000, 96_000)):
+        with open(path, "wb") as file:
+            file.write(os.urandom(size))
+    uris = os.path.join(folder, "two-files")
+    with open(uris, "w", encoding="utf-8") as file:
+        file.write("".join(f"file://{path}\r\n" for path in paths))
+    return uris
+
+
+def last_notification():
+    with open(os.environ["NORVANEBAR_NOTIFICATIONS_LOG"], encoding="utf-8") as log:
+        events = [json.loads(line) for line in log if line.strip()]
+    notified = [event for event in events if event.get("event") == "notify"]
+    return notified[-1] if notified else None
+
+
+def create_tasks(sandbox, out):
+    """The road from the composer to the finished task, page by page."""
+    ui = pump_until(lambda: application("NorvaneBar"), what="NorvaneBar on the accessibility bus")
+
+    sandbox.add_fault(dict(CREATE, delayMs=2500))
+    submit("Plan the launch")
+    shown(ui, "Creating Plan the launch…")
+    screenshot(out, "8-creating-a-task.png")
+    shown(ui, "Task created")
+    screenshot(out, "9-task-created.png")
+    press(ui, "Create New Task")
+
+    shown(ui, "Task name")
+    paste("text/uri-list", two_small_files(out))
+    shown(ui, "2 attachments")
+    sandbox.add_fault(dict(UPLOAD, delayMs=2500, times=2))
+    submit("Share the design files")
+    shown(ui, "Uploading attachment 1 of 2…")
+    screenshot(out, "10-uploading-attachment-1-of-2.png")
+    shown(ui, "Task created")
+    screenshot(out, "11-task-with-two-files-created.png")
+    press(ui, "Create New Task")
+
+    press(ui, "Multiple tasks — one per line")
+    bulk_editor = pump_until(lambda: find(ui, None, "Bulk task names"), what="the bulk editor")
+    bulk_editor.grab_focus()
+    for number, line in enumerate(("Draft the agenda", "Book the room", "Send the invites")):
+        if number:
+            subprocess.run(["xdotool", "key", "Return"], check=True)
+        subprocess.run(["xdotool", "type", "--delay", "5", line], check=True)
+    screenshot(out, "12-three-lines-in-bulk.png")
+    submit()
+    shown(ui, "3 tasks created")
+    screenshot(out, "13-bulk-done.png")
+    press(ui, "Done")
+
+    sandbox.add_fault(dict(CREATE, status=500, err="The service is down for maintenance", ecode="DEMO_001"))
+    submit("Order new badges")
+    shown(ui, "Couldn't create task")
+    screenshot(out, "14-creation-refused.png")
+    press(ui, "Retry")
+    shown(ui, "Task created")
+    screenshot(out, "15-created-on-retry.png")
+    press(ui, "Create New Task")
+
+    sandbox.add_fault(dict(CREATE, delayMs=3000))
+    submit("Call the printer company")
+    shown(ui, "Creating Call the printer company…")
+    press(ui, "Create New Task")
+    screenshot(out, "16-job-left-to-the-background.png")
+    notification = wait_until(lambda: (n := last_notification()) and n["summary"] == "Call the printer company" and n,
+                              timeout=15, what="the notification of the background job")
+    print("notification server received: " + json.dumps(
+        {key: notification[key] for key in ("app_name", "summary", "body", "actions", "hints")}, ensure_ascii=False))
+    screenshot(out, "17-after-the-background-job.png")
+
+
 def open_from_tray(app):
     click(wait_until(xembed_icon_window, what="the tray icon"), 1)
     app.wait_popover(True)
@@ -63,7 +159,7 @@ def open_from_tray(app):
 
 
 def main(binary, sandbox_binary, out):
-    sandbox = Sandbox(sandbox_binary, os.path.join(out, "sandbox.log"))
+    sandbox = Sandbox(sandbox_binary, os.path.join(out, "sandbox.log"), admin=True)
     try:
         write_profile(os.environ["XDG_CONFIG_HOME"], sandbox)
         token, _, name = sandbox.tokens[0]
@@ -71,6 +167,8 @@ def main(binary, sandbox_binary, out):
         # Pasted pictures are staged in the temporary folder; the demo keeps its own.
         os.environ["TMPDIR"] = os.path.join(out, "tmp")
         os.makedirs(os.environ["TMPDIR"], exist_ok=True)
+        # The demo presses buttons over the accessibility bus.
+        os.environ["QT_LINUX_ACCESSIBILITY_ALWAYS_ON"] = "1"
 
         app = NorvaneBar(binary, out).start()
         try:
@@ -80,8 +178,10 @@ def main(binary, sandbox_binary, out):
             screenshot(out, "2-wrong-token.png")
             type_into_popover(token)
             screenshot(out, "3-signed-in.png")
-            # The list chooser takes the keyboard with Tab and loads the lists; each Down picks the next.
-            subprocess.run(["xdotool", "key", "Tab"], check=True)
+            # The list chooser loads the lists when it takes the keyboard; each Down picks the next.
+            ui = pump_until(lambda: application("NorvaneBar"), what="NorvaneBar on the accessibility bus")
+            pump_until(lambda: find(ui, None, "List for new tasks"), what="the list chooser") \
+                .grab_focus()
             time.sleep(SETTLE)
             subprocess.run(["xdotool", "key", "Down", "Down"], check=True)
             screenshot(out, "4-list-chosen.png")
@@ -97,6 +197,11 @@ def main(binary, sandbox_binary, out):
         try:
             open_from_tray(again)
             screenshot(out, "7-signed-in-and-list-restored-after-restart.png")
+            try:
+                create_tasks(sandbox, out)
+            except Exception:
+                screenshot(out, "failed-step.png")
+                raise
         finally:
             again.stop()
     finally:

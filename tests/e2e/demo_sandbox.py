@@ -4,13 +4,15 @@ NorvaneBar at it, in a throw-away configuration folder so the user's own setting
 import json
 import os
 import subprocess
+import urllib.request
 
 
 class Sandbox:
-    def __init__(self, binary, log_path):
+    def __init__(self, binary, log_path, admin=False):
+        """With `admin`, the test endpoints are on, so that `add_fault` can stage failures."""
         self.log = open(log_path, "w", encoding="utf-8")
-        self.process = subprocess.Popen([binary, "--port", "0", "--seed", "demo"], stdout=subprocess.PIPE,
-                                        stderr=self.log, text=True)
+        arguments = [binary, "--port", "0", "--seed", "demo"] + (["--admin"] if admin else [])
+        self.process = subprocess.Popen(arguments, stdout=subprocess.PIPE, stderr=self.log, text=True)
         self.api = self.web = None
         self.tokens = []  # (token, user id, display name)
         for line in self.process.stdout:
@@ -29,6 +31,13 @@ class Sandbox:
         if not (self.api and self.web and self.tokens):
             self.stop()
             raise RuntimeError(f"norvane-sandbox did not start; see {log_path}")
+
+    def add_fault(self, rule):
+        """Adds a fault rule (see tools/sandbox/README.md), such as a delay or a refusal."""
+        request = urllib.request.Request(self.web + "/_sandbox/faults", data=json.dumps(rule).encode("utf-8"),
+                                         headers={"Content-Type": "application/json"}, method="POST")
+        with urllib.request.urlopen(request, timeout=10) as answer:
+            answer.read()
 
     def stop(self):
         if self.process.poll() is None:

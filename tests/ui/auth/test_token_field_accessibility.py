@@ -23,49 +23,11 @@ from gi.repository import Atspi, GLib  # noqa: E402
 
 TESTS = os.path.dirname(os.path.dirname(os.path.dirname(os.path.abspath(__file__))))
 sys.path.insert(0, os.path.join(TESTS, "e2e"))
-from norvanebar_app import NorvaneBar, wait_until  # noqa: E402
+from accessibility import application, find, has_state, pump_until  # noqa: E402
+from norvanebar_app import NorvaneBar  # noqa: E402
 
 NAME = "Norvane personal API token"
 TOKEN = "pk_4810001_Q7WX2ZKV9M"
-
-
-def pump_until(condition, timeout=10.0, what="condition"):
-    """Runs the GLib main loop, which delivers AT-SPI events, until condition() is true."""
-    context = GLib.MainContext.default()
-
-    def idle():
-        if not context.iteration(False):
-            time.sleep(0.02)
-
-    return wait_until(condition, timeout, what, idle)
-
-
-def descendants(node, depth=0):
-    if node is None or depth > 30:
-        return
-    yield node
-    for index in range(node.get_child_count()):
-        yield from descendants(node.get_child_at_index(index), depth + 1)
-
-
-def application(name):
-    desktop = Atspi.get_desktop(0)
-    for index in range(desktop.get_child_count()):
-        app = desktop.get_child_at_index(index)
-        if app is not None and app.get_name() == name:
-            return app
-    return None
-
-
-def find(root, role, name=None):
-    for node in descendants(root):
-        if node.get_role() == role and (name is None or node.get_name() == name):
-            return node
-    return None
-
-
-def has_state(node, state):
-    return node.get_state_set().contains(state)
 
 
 class TokenFieldAccessibilityTest(unittest.TestCase):

@@ -85,12 +85,15 @@ private slots:
             page(QStringLiteral("shell/qml/SignedInPopoverView.qml"),
                  {{QStringLiteral("auth"), QVariant::fromValue(m_fixture->auth)},
                   {QStringLiteral("location"), QVariant::fromValue(m_fixture->location)},
-                  {QStringLiteral("attachments"), QVariant::fromValue(m_fixture->attachments)}});
+                  {QStringLiteral("attachments"), QVariant::fromValue(m_fixture->attachments)},
+                  {QStringLiteral("composer"), QVariant::fromValue(m_fixture->composer)},
+                  {QStringLiteral("submit"), QVariant::fromValue(m_fixture->submit)}});
         QVERIFY(signedIn);
         const QStringList names = QuickItems::accessibleNames(signedIn.get());
         for (const char16_t* text :
              {u"NorvaneBar", u"List for new tasks", u"Attachments", u"Paste or drop files here to attach them.",
-              u"Press Esc to close.", u"Drop to attach"}) {
+              u"Press Esc to close.", u"Drop to attach", u"Compose mode", u"Single task",
+              u"Multiple tasks — one per line", u"Task name", u"Description", u"Create Task", u"Dismiss"}) {
             QVERIFY2(names.contains(marked(text)), qPrintable(names.join(u'|')));
         }
         QCOMPARE(signedIn->findChild<QObject*>(QStringLiteral("signedInUser"))->property("text").toString(),

@@ -67,8 +67,15 @@ ColumnLayout {
 
     ScrollView {
         Layout.fillWidth: true
-        Layout.preferredHeight: 72
+        Layout.preferredHeight: 64
         visible: !root.bulk
+
+        // The text areas of the Basic style draw no frame of their own.
+        background: Rectangle {
+            color: root.palette.base
+            border.color: root.palette.mid
+            radius: 2
+        }
 
         TextArea {
             objectName: "taskDescription"
@@ -86,6 +93,13 @@ ColumnLayout {
         Layout.fillHeight: true
         Layout.minimumHeight: 96
         visible: root.bulk
+
+        // The text areas of the Basic style draw no frame of their own.
+        background: Rectangle {
+            color: root.palette.base
+            border.color: root.palette.mid
+            radius: 2
+        }
 
         TextArea {
             objectName: "bulkEditor"

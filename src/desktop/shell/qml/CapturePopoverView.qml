@@ -14,7 +14,7 @@ Pane {
     required property SubmitViewModel submit
 
     width: 380
-    height: 520
+    height: 600
     padding: 0
     focus: true
 

@@ -52,7 +52,7 @@ QString linkableTaskID(const QString& taskID, const std::optional<QString>& cust
 
 QString branchName(const QString& taskID, const QString& taskName, const std::optional<QString>& customTaskID,
                    const std::optional<QString>& username, const QString& format) {
-    const QString id = linkableTaskID(taskID, customTaskID);
+    QString id = linkableTaskID(taskID, customTaskID);
     QString name = format.trimmed();
     if (name.isEmpty()) {
         name = defaultFormat;

@@ -44,7 +44,7 @@ QIcon SymbolImageProvider::icon(const QString& symbol) {
 QPixmap SymbolImageProvider::requestPixmap(const QString& id, QSize* size, const QSize& requestedSize) {
     const QSize extent =
         requestedSize.isValid() && !requestedSize.isEmpty() ? requestedSize : QSize(defaultExtent, defaultExtent);
-    const QPixmap picture = icon(id).pixmap(extent);
+    QPixmap picture = icon(id).pixmap(extent);
     if (size) {
         *size = picture.size();
     }

@@ -87,7 +87,7 @@ QCoro::Task<> FreedesktopNotificationCenter::notify(NotificationRequest request)
     if (!self || reply.type() != QDBusMessage::ReplyMessage || reply.arguments().isEmpty()) {
         co_return; // failures of posting are dropped
     }
-    m_posted.insert(reply.arguments().constFirst().toUInt(), std::move(request));
+    m_posted.insert(reply.arguments().constFirst().toUInt(), request);
 }
 
 void FreedesktopNotificationCenter::serverActionInvoked(uint id, const QString& actionKey) {

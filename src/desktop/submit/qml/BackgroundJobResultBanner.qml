@@ -27,7 +27,8 @@ Pane {
 
         Image {
             source: root.submit.hasBanner ? "image://symbol/" + root.submit.bannerSymbol : ""
-            sourceSize: Qt.size(20, 20)
+            sourceSize.width: 20
+            sourceSize.height: 20
             Accessible.ignored: true
         }
 

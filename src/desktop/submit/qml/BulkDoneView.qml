@@ -35,6 +35,8 @@ ColumnLayout {
         Accessible.name: root.submit.bulkTitle
 
         delegate: CopyButton {
+            id: createdTask
+
             required property int index
             required property string modelData
 
@@ -48,7 +50,7 @@ ColumnLayout {
             contentItem: Label {
                 elide: Text.ElideRight
                 textFormat: Text.PlainText
-                text: parent.text
+                text: createdTask.text
             }
         }
     }

@@ -13,7 +13,8 @@ RowLayout {
 
     Image {
         source: "image://symbol/" + root.symbol
-        sourceSize: Qt.size(24, 24)
+        sourceSize.width: 24
+        sourceSize.height: 24
         Accessible.ignored: true
     }
 

@@ -1,5 +1,7 @@
 #include "api/NorvaneClient.h"
 
+#include "api/OneShotBody.h"
+
 #include "api/Multipart.h"
 #include "api/StatusFailure.h"
 #include "api/TransferWatchdog.h"
@@ -52,8 +54,12 @@ bool isRedirect(int status) {
 // Where a redirect sends the request that went to `from`. Absent for any other answer, and for a
 // Location that is no http or https address: such a redirect stands as the answer.
 std::optional<QUrl> redirectTarget(const QNetworkReply& reply, const QUrl& from) {
-    if (reply.error() != QNetworkReply::NoError ||
-        !isRedirect(reply.attribute(QNetworkRequest::HttpStatusCodeAttribute).toInt())) {
+    const int status = reply.attribute(QNetworkRequest::HttpStatusCodeAttribute).toInt();
+    // Qt 6.4 rewinds the body of a request answered 307 or 308 even when it follows no redirect
+    // itself; a body that is sent once can't rewind, and the redirect then comes with
+    // ContentReSendError. Without a status, that error is a resend refused, not a redirect.
+    const bool rewindRefused = reply.error() == QNetworkReply::ContentReSendError && (status == 307 || status == 308);
+    if ((reply.error() != QNetworkReply::NoError && !rewindRefused) || !isRedirect(status)) {
         return std::nullopt;
     }
     const QUrl location = QUrl::fromEncoded(reply.rawHeader(QByteArrayLiteral("Location")));
@@ -163,7 +169,13 @@ QCoro::Task<QNetworkReply*> NorvaneClient::exchange(QNetworkAccessManager* sessi
             // A GET goes through get() so that any scheme the session knows answers it, not only HTTP.
             reply.reset(session->get(request.request));
         } else {
-            reply.reset(session->sendCustomRequest(request.request, request.method, request.body));
+            // Sent once: a request the service may have carried out is never repeated by itself.
+            auto body = std::make_unique<OneShotBody>(request.body);
+            QNetworkRequest once = request.request;
+            once.setHeader(QNetworkRequest::ContentLengthHeader, body->size());
+            once.setAttribute(QNetworkRequest::DoNotBufferUploadDataAttribute, true);
+            reply.reset(session->sendCustomRequest(once, request.method, body.get()));
+            body.release()->setParent(reply.get());
         }
         const auto* watchdog = new TransferWatchdog(reply.get(), m_limits.withoutProgress, request.deadline);
         co_await reply.get();

@@ -507,6 +507,24 @@ private slots:
         QCOMPARE(m_sleeper.waits().size(), 0);
     }
 
+    void aPostWhoseAnswerIsLostIsSentOnceAndFails() {
+        SandboxFault lost = SandboxFault::dropAnswer(QStringLiteral("/api/v2/list/*/task"), 1);
+        lost.method = QStringLiteral("POST");
+        QVERIFY(addFault(lost));
+        CreateTaskRequest request;
+        request.name = QStringLiteral("Its answer is lost");
+        const auto error = failureOf(client().post<CreatedTask>(
+            QStringLiteral("list/") + SandboxDemo::inboxListID + QStringLiteral("/task"), request));
+        QVERIFY(error && error->is<NVError::Network>());
+        // The service created it; a second send would have created it again.
+        qsizetype posts = 0;
+        for (const QJsonValue& entry : m_sandbox.requests()) {
+            posts += entry[QStringLiteral("method")].toString() == QStringLiteral("POST") ? 1 : 0;
+        }
+        QCOMPARE(posts, 1);
+        QCOMPARE(m_sleeper.waits().size(), 0);
+    }
+
     void everyAnswerOfTheSandboxDecodes() {
         const QString space = SandboxDemo::productSpaceID;
         const QString list = SandboxDemo::inboxListID;

@@ -49,7 +49,7 @@ AppState& AppStateFixture::start() {
         .secrets = m_secrets,
         .settingsPath = settingsPath(),
         .sleeper = m_sleeper.sleeper(),
-        .notificationCenter = &m_notificationCenter,
+        .notificationCenter = m_center,
         .linkActions = &m_linkActions,
         .remindersPath = remindersPath(),
     });

@@ -46,6 +46,8 @@ public:
     AppState& app() const { return *m_app; }
     MemorySecretStore& memorySecrets() { return m_memorySecrets; }
     RecordingNotificationCenter& notificationCenter() { return m_notificationCenter; }
+    // The notification center of the central states started from now on, in place of the recording one.
+    void useNotificationCenter(NotificationCenter& center) { m_center = &center; }
     RecordingLinkActions& linkActions() { return m_linkActions; }
     QString settingsPath() const { return m_folder.filePath(QStringLiteral("settings.json")); }
     QString remindersPath() const { return m_folder.filePath(QStringLiteral("reminders.json")); }
@@ -57,6 +59,7 @@ private:
     SecretStore* m_secrets;
     ClientTesting::RecordingSleeper m_sleeper;
     RecordingNotificationCenter m_notificationCenter;
+    NotificationCenter* m_center = &m_notificationCenter;
     RecordingLinkActions m_linkActions;
     std::unique_ptr<AppState> m_app;
 };

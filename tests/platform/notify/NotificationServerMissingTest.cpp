@@ -1,5 +1,7 @@
+#include "AppStateFixture.h"
 #include "RecordingLinkActions.h"
 #include "RunTask.h"
+#include "SandboxDemo.h"
 #include "linux/FreedesktopNotificationCenter.h"
 #include "notify/NotificationScheduler.h"
 
@@ -10,7 +12,8 @@
 #include <QTemporaryDir>
 #include <QTest>
 
-// A session bus without a notification server: no leave to notify, said at once, and nothing kept.
+// A session bus without a notification server: no leave to notify, said at once, and nothing kept;
+// the outcome of a job in the background then shows in the popover's banner.
 class NotificationServerMissingTest : public QObject {
     Q_OBJECT
 
@@ -57,6 +60,38 @@ private slots:
         QTest::qWait(200);
         QVERIFY(!QFile::exists(path));
         QCOMPARE(scheduler.reminders().armedFor(), std::nullopt);
+    }
+
+    void theOutcomeOfAJobInTheBackgroundComesAsTheBanner() {
+        SandboxProcess sandbox;
+        QVERIFY2(sandbox.start(), qPrintable(sandbox.errorString()));
+        const std::unique_ptr<AppStateFixture> fixture = AppStateFixture::withFirstUser(sandbox);
+        QVERIFY(fixture);
+        FreedesktopNotificationCenter center;
+        fixture->useNotificationCenter(center);
+        fixture->writeSettings({{QStringLiteral("activeAccountID"), SandboxDemo::firstUserID}});
+        AppState& app = fixture->startSignedIn();
+        QVERIFY(app.authState().user());
+        runTask(app.hierarchy().loadEntries(SandboxDemo::northwindID, false));
+        // Signing in loads the lists of the active workspace too; whichever load ran, they come.
+        std::optional<ListEntry> list;
+        QTRY_VERIFY_WITH_TIMEOUT((list = app.hierarchy().entry(SandboxDemo::supportListID)).has_value(), 10'000);
+        app.selectLocation(*list);
+        SandboxFault slowCreation = SandboxFault::delay(QStringLiteral("/api/v2/list/*/task"), 300);
+        slowCreation.method = QStringLiteral("POST");
+        QVERIFY(sandbox.addFault(slowCreation));
+
+        app.draft().setName(QStringLiteral("Left to the background"));
+        app.submit().submitDraft();
+        QVERIFY(app.submit().foregroundSubmit());
+        app.submit().backgroundActiveSubmit();
+        QVERIFY(!app.submit().foregroundSubmit());
+        QTRY_VERIFY_WITH_TIMEOUT(app.submit().lastBackgroundJobResult().has_value(), 10'000);
+        const auto* success =
+            std::get_if<BackgroundJobResult::Success>(&app.submit().lastBackgroundJobResult()->outcome);
+        QVERIFY(success);
+        QCOMPARE(success->taskName, QStringLiteral("Left to the background"));
+        QCOMPARE(app.submitQueue().pendingCount(), 0);
     }
 };
 

@@ -56,6 +56,17 @@ AppState& AppStateFixture::start() {
     return *m_app;
 }
 
+bool AppStateFixture::chooseNorthwindList(const QString& listID) {
+    runTask(app().hierarchy().loadEntries(SandboxDemo::northwindID, false));
+    std::optional<ListEntry> entry;
+    QTest::qWaitFor([&] { return (entry = app().hierarchy().entry(listID)).has_value(); }, 10'000);
+    if (!entry) {
+        return false;
+    }
+    app().selectLocation(*entry);
+    return true;
+}
+
 AppState& AppStateFixture::startSignedIn() {
     AppState& app = start();
     runTask(app.bootstrap());

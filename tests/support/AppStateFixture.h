@@ -40,6 +40,9 @@ public:
     AppState& start();
     // A started central state, bootstrapped to its end.
     AppState& startSignedIn();
+    // Chooses the Northwind list `listID` for new tasks once the lists have loaded (signing in loads
+    // those of the active workspace as well); false when it never appears.
+    bool chooseNorthwindList(const QString& listID);
     // Ends the central state, as when the app quits.
     void stop() { m_app.reset(); }
 

@@ -38,15 +38,10 @@ struct PopoverFixture {
     // central state, with the list `listID` of Northwind chosen; null when any step fails.
     static std::unique_ptr<PopoverFixture> signedInAgainst(SandboxProcess& sandbox, const QString& listID) {
         std::unique_ptr<PopoverFixture> fixture = shownAgainst(sandbox);
-        if (!fixture || runTask(fixture->app->signIn(sandbox.token())).has_value()) {
+        if (!fixture || runTask(fixture->app->signIn(sandbox.token())).has_value() ||
+            !fixture->state.chooseNorthwindList(listID)) {
             return nullptr;
         }
-        runTask(fixture->app->hierarchy().loadEntries(SandboxDemo::northwindID, false));
-        const std::optional<ListEntry> entry = fixture->app->hierarchy().entry(listID);
-        if (!entry) {
-            return nullptr;
-        }
-        fixture->app->selectLocation(*entry);
         return fixture;
     }
 

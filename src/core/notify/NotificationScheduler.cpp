@@ -1,5 +1,7 @@
 #include "notify/NotificationScheduler.h"
 
+#include "submit/TaskCounts.h"
+
 #include "async/StartTask.h"
 #include "notify/NotificationCategories.h"
 #include "notify/ReminderFile.h"
@@ -112,16 +114,14 @@ void NotificationScheduler::notifyTaskCreateFailed(const QString& taskName, cons
 
 void NotificationScheduler::notifyBulkComplete(int createdCount, const QList<BulkFailure>& failures,
                                                const std::optional<QUuid>& retryJobID, Delivered onDelivered) {
-    const QString created = QString::number(createdCount);
-    const QString title = createdCount == 1 ? tr("%1 task created").arg(created) : tr("%1 tasks created").arg(created);
+    const QString title = TaskCounts::created(createdCount);
     if (failures.isEmpty()) {
         deliverImmediately(
             makeRequest(title, tr("All tasks created in Norvane"), std::nullopt, userInfoOf(std::nullopt, retryJobID)),
             std::move(onDelivered));
         return;
     }
-    const QString failed = QString::number(failures.size());
-    const QString body = failures.size() == 1 ? tr("%1 task failed").arg(failed) : tr("%1 tasks failed").arg(failed);
+    const QString body = TaskCounts::failed(failures.size());
     deliverImmediately(
         makeRequest(title, body, NotificationCategories::bulkFailed(), userInfoOf(std::nullopt, retryJobID)),
         std::move(onDelivered));

@@ -1,23 +1,12 @@
 #include "submit/SubmitViewModel.h"
 
 #include "compose/BranchNameFormatter.h"
+#include "submit/TaskCounts.h"
 #include "support/Overloaded.h"
 
 #include <QUrl>
 
 namespace Phases = ForegroundSubmitPhases;
-
-namespace {
-
-QString tasksCreated(int count) {
-    return count == 1 ? SubmitViewModel::tr("1 task created") : SubmitViewModel::tr("%1 tasks created").arg(count);
-}
-
-QString tasksFailed(int count) {
-    return count == 1 ? SubmitViewModel::tr("1 task failed") : SubmitViewModel::tr("%1 tasks failed").arg(count);
-}
-
-} // namespace
 
 SubmitViewModel::SubmitViewModel(SubmitController& submit, const AuthController& auth, const SettingsStore& settings,
                                  LinkActions& links, QObject* parent)
@@ -105,12 +94,12 @@ bool SubmitViewModel::hasTaskLink() const {
 
 QString SubmitViewModel::bulkTitle() const {
     const auto* done = phaseAs<Phases::BulkDone>();
-    return done ? tasksCreated(static_cast<int>(done->created.size())) : QString();
+    return done ? TaskCounts::created(done->created.size()) : QString();
 }
 
 QString SubmitViewModel::bulkFailureTitle() const {
     const auto* done = phaseAs<Phases::BulkDone>();
-    return done && !done->failures.isEmpty() ? tasksFailed(static_cast<int>(done->failures.size())) : QString();
+    return done && !done->failures.isEmpty() ? TaskCounts::failed(done->failures.size()) : QString();
 }
 
 QStringList SubmitViewModel::createdTaskNames() const {
@@ -214,8 +203,8 @@ QString SubmitViewModel::bannerTitle() const {
         Overloaded{[](const BackgroundJobResult::Success& success) { return success.taskName; },
                    [](const BackgroundJobResult::UploadPartialFailure& partial) { return partial.taskName; },
                    [](const BackgroundJobResult::CreateFailed& failed) { return failed.taskName; },
-                   [](const BackgroundJobResult::BulkSuccess& bulk) { return tasksCreated(bulk.createdCount); },
-                   [](const BackgroundJobResult::BulkPartial& bulk) { return tasksCreated(bulk.createdCount); }},
+                   [](const BackgroundJobResult::BulkSuccess& bulk) { return TaskCounts::created(bulk.createdCount); },
+                   [](const BackgroundJobResult::BulkPartial& bulk) { return TaskCounts::created(bulk.createdCount); }},
         result->outcome);
 }
 
@@ -231,7 +220,7 @@ QString SubmitViewModel::bannerSubtitle() const {
                    },
                    [](const BackgroundJobResult::CreateFailed& failed) { return failed.message; },
                    [](const BackgroundJobResult::BulkSuccess&) { return tr("All tasks created in Norvane"); },
-                   [](const BackgroundJobResult::BulkPartial& bulk) { return tasksFailed(bulk.failureCount); }},
+                   [](const BackgroundJobResult::BulkPartial& bulk) { return TaskCounts::failed(bulk.failureCount); }},
         result->outcome);
 }
 

@@ -67,10 +67,7 @@ class SubmitControllerSandboxTest : public QObject {
         });
     }
 
-    void selectSupportList() {
-        runTask(app().hierarchy().loadEntries(SandboxDemo::northwindID, false));
-        app().selectLocation(*app().hierarchy().entry(SandboxDemo::supportListID));
-    }
+    void selectSupportList() { QVERIFY(m_fixture->chooseNorthwindList(SandboxDemo::supportListID)); }
 
     StagedAttachment stagedFile(const QString& name) {
         return *AttachmentStaging::stage(QUrl::fromLocalFile(m_temporary->writeOutside(name, "bytes")));

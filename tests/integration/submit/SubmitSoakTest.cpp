@@ -165,8 +165,7 @@ class SubmitSoakTest : public QObject {
         m_fixture->startSignedIn();
         // As the application's delegate does, so that a notification's "Retry" reaches the queue.
         app().notifications().registerCategories();
-        runTask(app().hierarchy().loadEntries(SandboxDemo::northwindID, false));
-        app().selectLocation(*app().hierarchy().entry(SandboxDemo::supportListID));
+        QVERIFY(m_fixture->chooseNorthwindList(SandboxDemo::supportListID));
         connect(&controller(), &SubmitController::foregroundSubmitChanged, this, [this] { ++m_sessionChanges; });
     }
 

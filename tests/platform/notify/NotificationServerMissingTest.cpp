@@ -72,11 +72,7 @@ private slots:
         fixture->writeSettings({{QStringLiteral("activeAccountID"), SandboxDemo::firstUserID}});
         AppState& app = fixture->startSignedIn();
         QVERIFY(app.authState().user());
-        runTask(app.hierarchy().loadEntries(SandboxDemo::northwindID, false));
-        // Signing in loads the lists of the active workspace too; whichever load ran, they come.
-        std::optional<ListEntry> list;
-        QTRY_VERIFY_WITH_TIMEOUT((list = app.hierarchy().entry(SandboxDemo::supportListID)).has_value(), 10'000);
-        app.selectLocation(*list);
+        QVERIFY(fixture->chooseNorthwindList(SandboxDemo::supportListID));
         SandboxFault slowCreation = SandboxFault::delay(QStringLiteral("/api/v2/list/*/task"), 300);
         slowCreation.method = QStringLiteral("POST");
         QVERIFY(sandbox.addFault(slowCreation));

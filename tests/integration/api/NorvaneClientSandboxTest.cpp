@@ -352,6 +352,16 @@ private slots:
         QCOMPARE(entry.value(QStringLiteral("bodySize")).toInteger(), expected.size());
     }
 
+    void aWriteAsksForAnUncompressedAnswerAndAReadForACompressedOne() {
+        runTask(client().get<UserResponse>(QStringLiteral("user")));
+        QVERIFY(headerOf(lastRequest(), QStringLiteral("Accept-Encoding")).toString().contains(u"gzip"));
+        CreateTaskRequest request;
+        request.name = QStringLiteral("Plain answer");
+        runTask(client().post<CreatedTask>(QStringLiteral("list/") + SandboxDemo::inboxListID + QStringLiteral("/task"),
+                                           request));
+        QCOMPARE(headerOf(lastRequest(), QStringLiteral("Accept-Encoding")).toString(), QStringLiteral("identity"));
+    }
+
     void theRetryIsTheVerySameRequest() {
         QVERIFY(addFault(rateLimit(QStringLiteral("/api/v2/task/*/comment"), QStringLiteral("3"))));
         const QString task = createTask(QStringLiteral("Needs a comment"));

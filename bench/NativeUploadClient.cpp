@@ -6,6 +6,7 @@
 // Prints "name value unit" lines: the upload's wall time, VmRSS before it, the peak during it (VmHWM
 // reset through clear_refs first) and the growth, and how many files the upload left in the
 // temporary directory. A small upload runs first so that the connection and the libraries are warm.
+#include "api/DirectUploadSession.h"
 #include "api/NorvaneClient.h"
 #include "auth/StaticTokenAuth.h"
 
@@ -14,7 +15,6 @@
 #include <QDir>
 #include <QElapsedTimer>
 #include <QFile>
-#include <QNetworkAccessManager>
 #include <QTemporaryFile>
 #include <cstdio>
 
@@ -79,7 +79,8 @@ int main(int argc, char** argv) {
     }
     const StaticTokenAuth auth(arguments[2]);
     QNetworkAccessManager session;
-    const NorvaneClient client(auth, &session, nullptr, QUrl(arguments[1]));
+    DirectUploadSession uploads;
+    const NorvaneClient client(auth, &session, &uploads, QUrl(arguments[1]));
     int status = 1;
     QCoro::Task<int> task =
         run(client, QStringLiteral("task/%1/attachment").arg(arguments[3]), QUrl::fromLocalFile(arguments[4]));

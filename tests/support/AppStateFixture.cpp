@@ -59,8 +59,7 @@ AppState& AppStateFixture::start() {
 bool AppStateFixture::chooseNorthwindList(const QString& listID) {
     runTask(app().hierarchy().loadEntries(SandboxDemo::northwindID, false));
     std::optional<ListEntry> entry;
-    QTest::qWaitFor([&] { return (entry = app().hierarchy().entry(listID)).has_value(); }, 10'000);
-    if (!entry) {
+    if (!QTest::qWaitFor([&] { return (entry = app().hierarchy().entry(listID)).has_value(); }, 10'000)) {
         return false;
     }
     app().selectLocation(*entry);

@@ -1,5 +1,6 @@
 #pragma once
 
+#include "api/DirectUploadSession.h"
 #include "api/NorvaneClient.h"
 #include "app/ServiceAddresses.h"
 #include "auth/AuthController.h"
@@ -94,7 +95,7 @@ private:
     TaskDraft m_draft;
     ServiceAddresses m_addresses;
     QNetworkAccessManager m_session;
-    QNetworkAccessManager m_uploadSession;
+    DirectUploadSession m_uploadSession;
     NorvaneClient m_client;
     HierarchyStore m_hierarchy;
     LocationMemory m_location;

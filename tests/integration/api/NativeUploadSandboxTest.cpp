@@ -5,6 +5,7 @@
 #include "SandboxDemo.h"
 #include "SandboxProcess.h"
 #include "SyncHttpClient.h"
+#include "api/DirectUploadSession.h"
 #include "api/NorvaneClient.h"
 #include "api/TaskRecords.h"
 #include "api/TaskRequests.h"
@@ -18,6 +19,7 @@
 #include <QNetworkAccessManager>
 #include <QRandomGenerator>
 #include <QRegularExpression>
+#include <QTcpSocket>
 #include <QTemporaryDir>
 #include <QTest>
 #include <QTimer>
@@ -74,6 +76,7 @@ class NativeUploadSandboxTest : public QObject {
 
     SandboxProcess m_sandbox;
     QNetworkAccessManager m_session;
+    DirectUploadSession m_uploads;
     std::optional<StaticTokenAuth> m_auth;
     RecordingSleeper m_sleeper;
     std::optional<NorvaneClient> m_client;
@@ -121,7 +124,7 @@ class NativeUploadSandboxTest : public QObject {
 
     // The test's client with time limits short enough to run out here.
     void limitTransfers(TransferTimeLimits limits) {
-        m_client.emplace(*m_auth, &m_session, nullptr, m_sandbox.apiUrl(u""), m_sleeper.sleeper(),
+        m_client.emplace(*m_auth, &m_session, &m_uploads, m_sandbox.apiUrl(u""), m_sleeper.sleeper(),
                          fixedClock(clockTime), limits);
     }
 
@@ -157,7 +160,7 @@ private slots:
     void init() {
         QVERIFY2(m_sandbox.reset(), qPrintable(m_sandbox.errorString()));
         m_sleeper = RecordingSleeper();
-        m_client.emplace(*m_auth, &m_session, nullptr, m_sandbox.apiUrl(u""), m_sleeper.sleeper(),
+        m_client.emplace(*m_auth, &m_session, &m_uploads, m_sandbox.apiUrl(u""), m_sleeper.sleeper(),
                          fixedClock(clockTime));
     }
 
@@ -350,7 +353,7 @@ private slots:
 
     void aRejectedTokenIsNotRetried() {
         const StaticTokenAuth wrongToken(QStringLiteral("pk_not_a_real_token"));
-        const NorvaneClient client(wrongToken, &m_session, nullptr, m_sandbox.apiUrl(u""), m_sleeper.sleeper());
+        const NorvaneClient client(wrongToken, &m_session, &m_uploads, m_sandbox.apiUrl(u""), m_sleeper.sleeper());
         const auto error = failureOf(
             client.uploadFromFile(attachmentOf(QStringLiteral("1")), sourceFile("x"), QStringLiteral("x.txt")));
         QVERIFY(error && error->is<NVError::Unauthorized>());
@@ -360,7 +363,7 @@ private slots:
 
     void withoutATokenNothingIsSentAndTheBodyFileIsRemoved() {
         const NoTokenAuth noToken;
-        const NorvaneClient client(noToken, &m_session, nullptr, m_sandbox.apiUrl(u""), m_sleeper.sleeper());
+        const NorvaneClient client(noToken, &m_session, &m_uploads, m_sandbox.apiUrl(u""), m_sleeper.sleeper());
         const auto error = failureOf(
             client.uploadFromFile(attachmentOf(QStringLiteral("1")), sourceFile("x"), QStringLiteral("x.txt")));
         QVERIFY(error && error->is<NVError::NotAuthenticated>());
@@ -370,18 +373,21 @@ private slots:
 
     void aDroppedConnectionIsRetried() {
         const QString task = newTask(SandboxDemo::inboxListID);
-        SandboxFault drop = SandboxFault::dropConnection(attachmentPath);
-        QVERIFY(m_sandbox.addFault(drop));
+        // One drop is seen: an upload is never sent again behind the retry rules' back.
+        QVERIFY(m_sandbox.addFault(SandboxFault::dropConnection(attachmentPath, 1)));
         const TaskAttachment attachment =
             runTask(m_client->uploadFromFile(attachmentOf(task), sourceFile("after a drop"), QStringLiteral("d.txt")));
         QCOMPARE(stored(attachment), QByteArray("after a drop"));
+        const QJsonArray uploads = uploadRequests();
+        QCOMPARE(uploads.size(), 2);
+        QCOMPARE(uploads[0][QStringLiteral("status")].toInt(), 0);
         verifyWaits({2s});
     }
 
     void aRefusedConnectionIsRetriedAndTheLastErrorThrown() {
         QUrl closed = m_sandbox.apiUrl(u"");
         closed.setPort(1);
-        const NorvaneClient client(*m_auth, &m_session, nullptr, closed, m_sleeper.sleeper());
+        const NorvaneClient client(*m_auth, &m_session, &m_uploads, closed, m_sleeper.sleeper());
         const auto error = failureOf(client.upload(attachmentOf(QStringLiteral("1")), "x", QStringLiteral("x.txt")));
         QVERIFY(error && error->is<NVError::Network>());
         QCOMPARE(error->as<NVError::Network>()->error, QNetworkReply::ConnectionRefusedError);
@@ -421,8 +427,8 @@ private slots:
         QVERIFY(m_sandbox.addFault(stalling(600)));
         // Aborted while the sandbox holds the request, as the program does with requests still
         // running when it quits.
-        QTimer::singleShot(150ms, &m_session, [this] {
-            for (QNetworkReply* reply : m_session.findChildren<QNetworkReply*>()) {
+        QTimer::singleShot(150ms, &m_uploads, [this] {
+            for (QNetworkReply* reply : m_uploads.findChildren<QNetworkReply*>()) {
                 reply->abort();
             }
         });
@@ -431,6 +437,58 @@ private slots:
         QCOMPARE(error->as<NVError::Network>()->error, QNetworkReply::OperationCanceledError);
         QCOMPARE(m_sleeper.waits().size(), 0);
         QTRY_COMPARE(uploadRequests().size(), 1);
+    }
+
+    void consecutiveUploadsGoDownOneConnection() {
+        const QString task = newTask(SandboxDemo::inboxListID);
+        QCOMPARE(runTask(m_client->upload(attachmentOf(task), "first", QStringLiteral("1.txt"))).id.has_value(), true);
+        const QList<QTcpSocket*> afterFirst = m_uploads.findChildren<QTcpSocket*>();
+        QCOMPARE(afterFirst.size(), 1);
+        const quint16 port = afterFirst.first()->localPort();
+        const TaskAttachment second =
+            runTask(m_client->uploadFromFile(attachmentOf(task), sourceFile("second"), QStringLiteral("2.txt")));
+        QCOMPARE(stored(second), QByteArray("second"));
+        const QList<QTcpSocket*> afterSecond = m_uploads.findChildren<QTcpSocket*>();
+        QCOMPARE(afterSecond.size(), 1);
+        QCOMPARE(afterSecond.first()->localPort(), port);
+    }
+
+    void anIdleConnectionThatClosedIsNotUsedAgain() {
+        const QString task = newTask(SandboxDemo::inboxListID);
+        runTask(m_client->upload(attachmentOf(task), "first", QStringLiteral("1.txt")));
+        QTcpSocket* idle = m_uploads.findChild<QTcpSocket*>();
+        QVERIFY(idle);
+        const quint16 port = idle->localPort();
+        idle->disconnectFromHost();
+        QTRY_VERIFY(m_uploads.findChildren<QTcpSocket*>().isEmpty());
+        const TaskAttachment second = runTask(m_client->upload(attachmentOf(task), "second", QStringLiteral("2.txt")));
+        QCOMPARE(stored(second), QByteArray("second"));
+        const QList<QTcpSocket*> connections = m_uploads.findChildren<QTcpSocket*>();
+        QCOMPARE(connections.size(), 1);
+        QVERIFY(connections.first()->localPort() != port);
+        QCOMPARE(m_sleeper.waits().size(), 0);
+    }
+
+    void aConnectionIdlePastItsLimitIsNotUsedAgain() {
+        DirectUploadSession neverReused(0ms);
+        const NorvaneClient client(*m_auth, &m_session, &neverReused, m_sandbox.apiUrl(u""), m_sleeper.sleeper());
+        const QString task = newTask(SandboxDemo::inboxListID);
+        runTask(client.upload(attachmentOf(task), "first", QStringLiteral("1.txt")));
+        const quint16 port = neverReused.findChild<QTcpSocket*>()->localPort();
+        const TaskAttachment second = runTask(client.upload(attachmentOf(task), "second", QStringLiteral("2.txt")));
+        QCOMPARE(stored(second), QByteArray("second"));
+        QCOMPARE(neverReused.findChildren<QTcpSocket*>().size(), 1);
+        QVERIFY(neverReused.findChild<QTcpSocket*>()->localPort() != port);
+    }
+
+    void anEncryptedUploadToAServerWithoutEncryptionFailsItsHandshakeOnce() {
+        QUrl plain = m_sandbox.apiUrl(u"");
+        plain.setScheme(QStringLiteral("https"));
+        const NorvaneClient client(*m_auth, &m_session, &m_uploads, plain, m_sleeper.sleeper());
+        const auto error = failureOf(client.upload(attachmentOf(QStringLiteral("1")), "x", QStringLiteral("x.txt")));
+        QVERIFY(error && error->is<NVError::Network>());
+        QCOMPARE(error->as<NVError::Network>()->error, QNetworkReply::SslHandshakeFailedError);
+        QCOMPARE(m_sleeper.waits().size(), 0);
     }
 
     void aMissingFileFailsAtOnceWithoutARequest() {

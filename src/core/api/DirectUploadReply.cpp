@@ -9,8 +9,8 @@
 namespace {
 // The piece of the body read and written at a time, and how much may wait in the connection's
 // buffer: enough to keep a fast link busy, little enough to keep memory flat for any file.
-constexpr qint64 bodyPieceBytes = 256 * 1024;
-constexpr qint64 bufferedBytes = 1024 * 1024;
+constexpr qint64 bodyPieceBytes = qint64{256} * 1024;
+constexpr qint64 bufferedBytes = qint64{1024} * 1024;
 
 QByteArray hostField(const QUrl& url) {
     QByteArray host = url.host(QUrl::FullyEncoded).toLatin1();
@@ -66,10 +66,10 @@ QNetworkReply::NetworkError replyError(QAbstractSocket::SocketError error) {
 } // namespace
 
 DirectUploadReply::DirectUploadReply(QNetworkAccessManager::Operation operation, const QNetworkRequest& request,
-                                     const QByteArray& verb, QIODevice* body, qint64 bodySize, ConnectionPool* pool,
+                                     QByteArray verb, QIODevice* body, qint64 bodySize, ConnectionPool* pool,
                                      QObject* parent)
     : QNetworkReply(parent)
-    , m_verb(verb)
+    , m_verb(std::move(verb))
     , m_body(body)
     , m_bodySize(bodySize)
     , m_pool(pool) {

@@ -24,8 +24,8 @@ class DirectUploadReply : public QNetworkReply {
 public:
     // `body` stays the caller's and is read from its current position; it holds exactly
     // `bodySize` bytes.
-    DirectUploadReply(QNetworkAccessManager::Operation operation, const QNetworkRequest& request,
-                      const QByteArray& verb, QIODevice* body, qint64 bodySize, ConnectionPool* pool, QObject* parent);
+    DirectUploadReply(QNetworkAccessManager::Operation operation, const QNetworkRequest& request, QByteArray verb,
+                      QIODevice* body, qint64 bodySize, ConnectionPool* pool, QObject* parent);
     ~DirectUploadReply() override;
 
     void abort() override;

@@ -5,7 +5,7 @@
 
 namespace {
 // No server sends a head anywhere near this; one that does is not answering HTTP.
-constexpr qsizetype maximumHeadBytes = 64 * 1024;
+constexpr qsizetype maximumHeadBytes = qsizetype{64} * 1024;
 
 QByteArray headerValue(const QList<HttpResponseReader::Header>& headers, QByteArrayView name) {
     QByteArrayList values;
@@ -18,12 +18,9 @@ QByteArray headerValue(const QList<HttpResponseReader::Header>& headers, QByteAr
 }
 
 bool listsToken(const QByteArray& value, QByteArrayView token) {
-    for (const QByteArray& item : value.split(',')) {
-        if (item.trimmed().compare(token, Qt::CaseInsensitive) == 0) {
-            return true;
-        }
-    }
-    return false;
+    return std::ranges::any_of(value.split(','), [token](const QByteArray& item) {
+        return item.trimmed().compare(token, Qt::CaseInsensitive) == 0;
+    });
 }
 
 // A decimal or hexadecimal count with nothing else in it, or none.

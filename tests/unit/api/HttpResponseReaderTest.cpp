@@ -152,7 +152,7 @@ private slots:
         QVERIFY(reader.failed());
         HttpResponseReader endless;
         endless.feed("HTTP/1.1 200 OK\r\nX-Endless: ");
-        endless.feed(QByteArray(70 * 1024, 'y'));
+        endless.feed(QByteArray(qsizetype{70} * 1024, 'y'));
         QVERIFY(endless.failed());
     }
 };

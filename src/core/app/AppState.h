@@ -7,6 +7,7 @@
 #include "compose/TaskDraft.h"
 #include "hierarchy/HierarchyStore.h"
 #include "hierarchy/LocationMemory.h"
+#include "myday/MyDayStore.h"
 #include "notify/NotificationScheduler.h"
 #include "settings/SettingsStore.h"
 #include "shell/PopoverControlling.h"
@@ -53,6 +54,7 @@ public:
     const NorvaneClient& client() const { return m_client; }
     SettingsStore& settings() { return m_settings; }
     HierarchyStore& hierarchy() { return m_hierarchy; }
+    MyDayStore& myDay() { return m_myDay; }
     TaskDraft& draft() { return m_draft; }
     AuthController& auth() { return m_auth; }
     LocationMemory& location() { return m_location; }
@@ -97,6 +99,7 @@ private:
     QNetworkAccessManager m_uploadSession;
     NorvaneClient m_client;
     HierarchyStore m_hierarchy;
+    MyDayStore m_myDay;
     LocationMemory m_location;
     AuthController m_auth;
     NotificationScheduler m_notifications;

@@ -16,7 +16,7 @@ struct MyDayRow {
     TaskTreeNode node;
 
     static MyDayRow section(const QString& title) { return {Kind::section, title, {}}; }
-    static MyDayRow task(const TaskTreeNode& node) { return {Kind::task, {}, node}; }
+    static MyDayRow task(TaskTreeNode node) { return {Kind::task, {}, std::move(node)}; }
     // What stays the same when the row's content changes: the section title, or the task id.
     QString key() const { return kind == Kind::section ? QLatin1Char('#') + title : node.task.id; }
 

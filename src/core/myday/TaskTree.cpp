@@ -1,25 +1,42 @@
 #include "myday/TaskTree.h"
 
+#include <algorithm>
+
 TaskTreeList::TaskTreeList(QList<NVTaskSummary> tasks)
     : m_tasks(std::move(tasks)) {
-    QSet<QString> ids;
-    ids.reserve(m_tasks.size());
-    for (const NVTaskSummary& task : m_tasks) {
-        ids.insert(task.id);
+    const auto count = static_cast<size_t>(m_tasks.size());
+    m_firstChild.assign(count, none);
+    m_lastChild.assign(count, none);
+    m_nextSibling.assign(count, none);
+    m_holdsChildren.assign(count, false);
+    m_firstIndexOf.reserve(m_tasks.size());
+    for (qsizetype index = 0; index < m_tasks.size(); ++index) {
+        const QString& id = m_tasks[index].id;
+        if (m_firstIndexOf.constFind(id) == m_firstIndexOf.cend()) {
+            m_firstIndexOf.insert(id, index);
+            m_holdsChildren[static_cast<size_t>(index)] = true;
+        }
     }
     for (qsizetype index = 0; index < m_tasks.size(); ++index) {
-        const std::optional<QString>& parent = m_tasks[index].parentTaskID;
-        if (parent && ids.contains(*parent)) {
-            m_childrenByParent[*parent].append(index);
-        } else {
-            m_roots.append(index);
+        const std::optional<QString>& parentID = m_tasks[index].parentTaskID;
+        const auto parent = parentID ? m_firstIndexOf.constFind(*parentID) : m_firstIndexOf.cend();
+        if (parent == m_firstIndexOf.cend()) {
+            m_roots.push_back(index);
+            continue;
         }
+        const auto parentIndex = static_cast<size_t>(*parent);
+        if (m_lastChild[parentIndex] == none) {
+            m_firstChild[parentIndex] = index;
+        } else {
+            m_nextSibling[static_cast<size_t>(m_lastChild[parentIndex])] = index;
+        }
+        m_lastChild[parentIndex] = index;
     }
 }
 
 QList<NVTaskSummary> TaskTreeList::rootTasks() const {
     QList<NVTaskSummary> roots;
-    roots.reserve(m_roots.size());
+    roots.reserve(static_cast<qsizetype>(m_roots.size()));
     for (const qsizetype index : m_roots) {
         roots.append(m_tasks[index]);
     }
@@ -28,35 +45,51 @@ QList<NVTaskSummary> TaskTreeList::rootTasks() const {
 
 QList<TaskTreeNode> TaskTreeList::children(const TaskTreeNode& node) const {
     QList<TaskTreeNode> children;
-    for (const qsizetype index : m_childrenByParent.value(node.task.id)) {
-        children.append({m_tasks[index], node.depth + 1});
+    const qsizetype parent = m_firstIndexOf.value(node.task.id, none);
+    for (qsizetype child = parent == none ? none : m_firstChild[static_cast<size_t>(parent)]; child != none;
+         child = m_nextSibling[static_cast<size_t>(child)]) {
+        children.append({m_tasks[child], node.depth + 1});
     }
     return children;
+}
+
+QList<TaskTreeList::Placement> TaskTreeList::placements() const {
+    QList<Placement> placements;
+    placements.reserve(m_tasks.size());
+    std::vector<bool> placed(static_cast<size_t>(m_tasks.size()), false);
+    // Depth first without recursion: the stack holds what comes next, the next sibling below the
+    // first child.
+    std::vector<Placement> stack;
+    for (auto root = m_roots.crbegin(); root != m_roots.crend(); ++root) {
+        stack.push_back({*root, 0});
+    }
+    while (!stack.empty()) {
+        const Placement current = stack.back();
+        stack.pop_back();
+        const auto index = static_cast<size_t>(current.index);
+        if (placed[index]) {
+            continue;
+        }
+        placed[index] = true;
+        placements.append(current);
+        // A repeated id hangs its children from its first entry; only that entry shows them.
+        if (!m_holdsChildren[index]) {
+            continue;
+        }
+        const size_t firstPushed = stack.size();
+        for (qsizetype child = m_firstChild[index]; child != none; child = m_nextSibling[static_cast<size_t>(child)]) {
+            stack.push_back({child, current.depth + 1});
+        }
+        std::reverse(stack.begin() + static_cast<std::ptrdiff_t>(firstPushed), stack.end());
+    }
+    return placements;
 }
 
 QList<TaskTreeNode> TaskTreeList::rows() const {
     QList<TaskTreeNode> rows;
     rows.reserve(m_tasks.size());
-    QSet<QString> path;
-    for (const qsizetype index : m_roots) {
-        appendSubtree(index, 0, path, rows);
+    for (const Placement& placement : placements()) {
+        rows.append({m_tasks[placement.index], placement.depth});
     }
     return rows;
-}
-
-void TaskTreeList::appendSubtree(qsizetype index, int depth, QSet<QString>& path, QList<TaskTreeNode>& rows) const {
-    const NVTaskSummary& task = m_tasks[index];
-    if (path.contains(task.id)) {
-        return;
-    }
-    rows.append({task, depth});
-    const auto children = m_childrenByParent.constFind(task.id);
-    if (children == m_childrenByParent.cend()) {
-        return;
-    }
-    path.insert(task.id);
-    for (const qsizetype child : *children) {
-        appendSubtree(child, depth + 1, path, rows);
-    }
-    path.remove(task.id);
 }

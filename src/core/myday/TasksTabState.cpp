@@ -29,8 +29,9 @@ QCollator nameOrder() {
 }
 
 void appendTree(QList<MyDayRow>& rows, const QList<NVTaskSummary>& tasks) {
-    for (const TaskTreeNode& node : TaskTreeList(tasks).rows()) {
-        rows.append(MyDayRow::task(node));
+    const TaskTreeList tree(tasks);
+    for (const TaskTreeList::Placement& placement : tree.placements()) {
+        rows.append(MyDayRow::task({tasks[placement.index], placement.depth}));
     }
 }
 } // namespace
@@ -355,9 +356,7 @@ void TasksTabState::updateRows() {
             }
         }
     }
-    if (rows == m_rows) {
-        return;
-    }
+    // Told every time: the row model works out what changed.
     m_rows = std::move(rows);
     emit rowsChanged();
 }

@@ -107,7 +107,7 @@ public:
     QList<AssigneeChoice> availableAssignees() const;
 
     // While searching, the matches in tree form; otherwise the non-empty sections, each followed by
-    // its tasks in tree form.
+    // its tasks in tree form. rowsChanged comes whenever they are worked out anew.
     const QList<MyDayRow>& rows() const { return m_rows; }
 
     // Clears the row error, fetches with the request filters (or empties the list for `mine` with

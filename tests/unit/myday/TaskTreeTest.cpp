@@ -46,11 +46,13 @@ private slots:
         QCOMPARE(children[1].depth, 3);
     }
 
-    void aCycleOrARepeatedIdIsNotEnteredTwice() {
+    void aCycleOrARepeatedIdNeitherLoopsNorDoublesARow() {
         const TaskTreeList cycle({child("a", "b"), child("b", "a")});
         QCOMPARE(rowsWithDepth(cycle), QStringList());
         const TaskTreeList repeated({task("x"), child("x", "x"), child("y", "x")});
-        QCOMPARE(rowsWithDepth(repeated), (QStringList{"x", ">y"}));
+        QCOMPARE(rowsWithDepth(repeated), (QStringList{"x", ">x", ">y"}));
+        const TaskTreeList around({task("r"), child("a", "r"), child("r", "a")});
+        QCOMPARE(rowsWithDepth(around), (QStringList{"r", ">a", ">>r"}));
         const TaskTreeList self({child("s", "s")});
         QCOMPARE(rowsWithDepth(self), QStringList());
     }

@@ -15,16 +15,10 @@ namespace {
 const QString searchPath = QStringLiteral("/api/v2/team/%1/task").arg(SandboxDemo::northwindID);
 
 SandboxFault onTaskChange(int status) {
-    SandboxFault fault = SandboxFault::answer(QStringLiteral("/api/v2/task/*"), status);
-    fault.method = QStringLiteral("PUT");
+    SandboxFault fault =
+        SandboxFault::answer(QStringLiteral("/api/v2/task/*"), status).forMethod(QStringLiteral("PUT"));
     fault.err = QStringLiteral("The sandbox refuses this change");
     fault.ecode = QStringLiteral("SANDBOX_001");
-    return fault;
-}
-
-SandboxFault delayed(const QString& method, const QString& path, int delayMs) {
-    SandboxFault fault = SandboxFault::delay(path, delayMs);
-    fault.method = method;
     return fault;
 }
 
@@ -266,7 +260,9 @@ private slots:
     void aCompletionDuringASlowRefreshIsNotUndoneByIt() {
         refreshed();
         const NVTaskSummary task = supportTask();
-        QVERIFY(m_sandbox.addFault(delayed(QStringLiteral("GET"), searchPath, 400)));
+        // The statuses are known, so the completion is one request, well inside the slow refresh.
+        runTask(store().loadStatuses(task.list->id));
+        QVERIFY(m_sandbox.addFault(SandboxFault::delay(searchPath, 800).forMethod(QStringLiteral("GET"))));
         QCoro::Task<> refreshing = state().refresh();
         runTask(state().complete(task));
         QVERIFY(store().isLoading());
@@ -279,7 +275,11 @@ private slots:
     void aRefreshDuringASlowCompletionLosesTheTaskWhenTheCompletionEnds() {
         refreshed();
         const NVTaskSummary task = supportTask();
-        QVERIFY(m_sandbox.addFault(delayed(QStringLiteral("PUT"), QStringLiteral("/api/v2/task/*"), 400)));
+        runTask(store().loadStatuses(task.list->id));
+        // A refresh of one short page, well inside the slow completion.
+        state().setSelectedStatus(task.status->status);
+        QVERIFY(m_sandbox.addFault(
+            SandboxFault::delay(QStringLiteral("/api/v2/task/*"), 800).forMethod(QStringLiteral("PUT"))));
         QCoro::Task<> completing = state().complete(task);
         runTask(state().refresh());
         QVERIFY(state().isWorking(task.id));

@@ -17,7 +17,8 @@ QString loadingText(const QString& prefix) {
 }
 
 QString pageText(const QString& prefix, int page) {
-    return loadingText(prefix) + QStringLiteral(" (page %1)").arg(page + 1);
+    //: The loading message before a further page of tasks: "Loading tasks… (page 2)".
+    return QCoreApplication::translate("MyDayStore", "%1… (page %2)").arg(prefix).arg(page + 1);
 }
 
 // The entries of `tasks` with the id of `changed` replaced by it, re-sorted; absent when the id is

@@ -5,7 +5,7 @@
 
 namespace SnoozePresets {
 namespace {
-constexpr qint64 secondsPerDay = 24 * 3600;
+constexpr qint64 secondsPerDay = 24LL * 3600;
 constexpr int mondayNumber = 1;
 
 const QTime evening(18, 0);

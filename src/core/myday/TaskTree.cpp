@@ -60,9 +60,11 @@ QList<TaskTreeList::Placement> TaskTreeList::placements() const {
     // Depth first without recursion: the stack holds what comes next, the next sibling below the
     // first child.
     std::vector<Placement> stack;
-    for (auto root = m_roots.crbegin(); root != m_roots.crend(); ++root) {
-        stack.push_back({*root, 0});
+    stack.reserve(m_roots.size());
+    for (const qsizetype root : m_roots) {
+        stack.push_back({root, 0});
     }
+    std::reverse(stack.begin(), stack.end());
     while (!stack.empty()) {
         const Placement current = stack.back();
         stack.pop_back();

@@ -3,17 +3,15 @@
 // per space; and the time of entry(forListID) over 5,000 cached entries, against a plain scan of
 // one flat array.
 #include "RunTask.h"
-#include "SandboxProcess.h"
+#include "SandboxClient.h"
 #include "auth/StaticTokenAuth.h"
 #include "hierarchy/HierarchyStore.h"
 
 #include <QCoreApplication>
 #include <QElapsedTimer>
 #include <QJsonArray>
-#include <QJsonDocument>
 #include <QNetworkAccessManager>
 #include <QRandomGenerator>
-#include <QTemporaryDir>
 #include <algorithm>
 #include <cstdio>
 
@@ -51,25 +49,12 @@ double median(QList<double> values) {
 }
 
 int benchLoadEntries() {
-    QTemporaryDir folder;
-    const QString seedPath = folder.filePath(QStringLiteral("seed.json"));
-    QFile seed(seedPath);
-    if (!seed.open(QIODevice::WriteOnly)) {
+    SandboxClient service;
+    if (!service.start(benchSeed(), token)) {
         return 1;
     }
-    seed.write(QJsonDocument(benchSeed()).toJson(QJsonDocument::Compact));
-    seed.close();
-    SandboxProcess sandbox;
-    SandboxProcess::Options options;
-    options.seed = seedPath;
-    if (!sandbox.start(options)) {
-        std::fprintf(stderr, "sandbox: %s\n", qPrintable(sandbox.errorString()));
-        return 1;
-    }
-    StaticTokenAuth auth(token);
-    QNetworkAccessManager session;
-    const NorvaneClient client(auth, &session, nullptr, sandbox.apiUrl(u""));
-    HierarchyStore store(client);
+    SandboxProcess& sandbox = service.sandbox;
+    HierarchyStore store(*service.client);
     runTask(store.loadEntries(workspaceID, true)); // warm-up: connections opened
     // The baseline without injected latency shows what the sandbox and the machine cost.
     for (const int latency : {0, latencyMs}) {

@@ -100,10 +100,11 @@ FakeService::Answer FakeService::nextAnswer(const QString& path) {
     return queue.size() > 1 ? queue.dequeue() : queue.head();
 }
 
-QNetworkReply* FakeService::createRequest(Operation, const QNetworkRequest& request, QIODevice*) {
+QNetworkReply* FakeService::createRequest(Operation, const QNetworkRequest& request, QIODevice* outgoingData) {
     const QString path = request.url().path().mid(baseURL().path().size() + 1);
     paths.append(path);
     queries.append(request.url().query(QUrl::FullyDecoded));
+    bodies.append(outgoingData ? outgoingData->readAll() : QByteArray());
     inFlight += 1;
     maxInFlight = std::max(maxInFlight, inFlight);
     auto* reply = new FakeReply(this, request, path);

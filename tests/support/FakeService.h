@@ -35,9 +35,10 @@ public:
     void hold(const QString& path) { m_held.append(path); }
     void release(const QString& path);
 
-    // Every request in order: its path relative to the base, and its query as sent.
+    // Every request in order: its path relative to the base, its query as sent, and its body.
     QStringList paths;
     QStringList queries;
+    QList<QByteArray> bodies;
     QStringList aborted;
     int inFlight = 0;
     int maxInFlight = 0;

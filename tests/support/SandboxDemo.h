@@ -13,9 +13,9 @@
 // Ids of norvane-sandbox's demo data (tools/sandbox/store/DemoSeed.cpp) that tests rely on.
 namespace SandboxDemo {
 
-// Owns about 150 open tasks in Northwind, so that paging goes past 100.
+// Owns 250 open tasks in Northwind, so that My Day reads three pages of 100.
 inline constexpr qint64 firstUserID = 4810001;
-inline constexpr int firstUserOpenNorthwindTasks = 150;
+inline constexpr int firstUserOpenNorthwindTasks = 250;
 // A member of Northwind only.
 inline constexpr qint64 secondUserID = 4810002;
 // Members without a token: an empty user name, no user name, neither user name nor email.
@@ -110,6 +110,17 @@ inline const QString emojiListName = QStringLiteral("🚀 Launch plan 👩🏽�
 inline const QString blanksListName = QStringLiteral("   Blanks around   ");
 inline QString longListName() {
     return QStringLiteral("Long") + QStringLiteral(" name").repeated(59) + QLatin1Char('!');
+}
+// Open tasks of the first user in Northwind named as the hostile lists are: markup with a picture,
+// ampersands, right-to-left text, emoji, blanks around and 300 characters.
+inline QStringList hostileTaskNames(const QUrl& webBase) {
+    return {QStringLiteral("<b>Ship</b> & \"launch\" <img src=\"%1%2\"> checklist")
+                .arg(webBase.toString(QUrl::StripTrailingSlash), hostilePicturePath(u"task-name")),
+            QStringLiteral("R&D budget & <Q3> review"),
+            QStringLiteral("مراجعة طلبات العملاء"),
+            QStringLiteral("🚀 Launch review 👩🏽‍💻 🇳🇴"),
+            QStringLiteral("   Blanks around a task   "),
+            QStringLiteral("Long task") + QStringLiteral(" name").repeated(58) + QLatin1Char('!')};
 }
 
 } // namespace SandboxDemo

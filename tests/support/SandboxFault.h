@@ -30,5 +30,12 @@ struct SandboxFault {
     // connection drops in its place. The same resend applies as above.
     static SandboxFault dropAnswer(const QString& path, int times = 2);
 
+    // The same rule for requests of `method` only.
+    SandboxFault forMethod(const QString& method) const {
+        SandboxFault fault = *this;
+        fault.method = method;
+        return fault;
+    }
+
     QJsonObject toJson() const;
 };

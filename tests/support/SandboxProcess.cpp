@@ -3,6 +3,8 @@
 #include "SyncHttpClient.h"
 
 #include <QDeadlineTimer>
+#include <QFile>
+#include <QJsonDocument>
 #include <QUrlQuery>
 
 #include <csignal>
@@ -40,6 +42,18 @@ bool SandboxProcess::start(const Options& options) {
         return false;
     }
     return readStartup();
+}
+
+bool SandboxProcess::startSeeded(const QJsonObject& seed, Options options) {
+    options.seed = m_seedFolder.filePath(QStringLiteral("seed.json"));
+    QFile file(options.seed);
+    if (!m_seedFolder.isValid() || !file.open(QIODevice::WriteOnly) ||
+        file.write(QJsonDocument(seed).toJson(QJsonDocument::Compact)) < 0) {
+        m_error = QStringLiteral("the seed could not be written: ") + file.errorString();
+        return false;
+    }
+    file.close();
+    return start(options);
 }
 
 bool SandboxProcess::readStartup() {

@@ -5,6 +5,7 @@
 #include <QJsonArray>
 #include <QProcess>
 #include <QStringList>
+#include <QTemporaryDir>
 #include <QUrl>
 
 #include <optional>
@@ -44,6 +45,10 @@ public:
     // Starts it and waits for its "ready" line; false with errorString() when it did not come up.
     bool start(const Options& options);
     bool start() { return start(Options()); }
+    // Starts it on `seed` (the form of a seed file), written to a file that lives as long as this
+    // object; `options.seed` is ignored.
+    bool startSeeded(const QJsonObject& seed, Options options);
+    bool startSeeded(const QJsonObject& seed) { return startSeeded(seed, Options()); }
     // Sends SIGTERM and waits; true when it ended on its own with exit code 0.
     bool stop();
     QString errorString() const { return m_error; }
@@ -82,4 +87,5 @@ private:
     QUrl m_baseUrl;
     QString m_dataFolder;
     QString m_error;
+    QTemporaryDir m_seedFolder;
 };

@@ -87,12 +87,17 @@ NorvaneClient::QueryItems teamTasksQuery(const TeamTasksFilter& filter, int page
 
 QCoro::Task<TeamTasksResponse> getTeamTasks(const NorvaneClient& client, const QString& teamID,
                                             const TeamTasksFilter& filter, int page) {
-    return client.get<TeamTasksResponse>(QStringLiteral("team/%1/task").arg(teamID), teamTasksQuery(filter, page));
+    return client.getDecodedInBackground<TeamTasksResponse>(QStringLiteral("team/%1/task").arg(teamID),
+                                                            teamTasksQuery(filter, page));
 }
 
-QCoro::Task<QList<NVTaskSummary>> getAllTeamTasks(const NorvaneClient& client, QString teamID, TeamTasksFilter filter) {
+QCoro::Task<QList<NVTaskSummary>> getAllTeamTasks(const NorvaneClient& client, QString teamID, TeamTasksFilter filter,
+                                                  NextPageHandler onNextPage) {
     QList<NVTaskSummary> tasks;
     for (int page = 0; page < maxTaskPages; ++page) {
+        if (page > 0 && onNextPage) {
+            onNextPage(page);
+        }
         QCoro::Task<TeamTasksResponse> request = getTeamTasks(client, teamID, filter, page);
         const TeamTasksResponse answer = co_await std::move(request);
         tasks.append(answer.tasks);

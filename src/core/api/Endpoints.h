@@ -12,6 +12,7 @@
 #include <QList>
 #include <QString>
 #include <QStringList>
+#include <functional>
 #include <optional>
 
 // Every call NorvaneBar makes to the service, with its path, query and result, in one place. Paths
@@ -56,12 +57,16 @@ QCoro::Task<FieldsResponse> getListFields(const NorvaneClient& client, const QSt
 
 // The query of one page of the task search, its items in the order the service is sent them.
 NorvaneClient::QueryItems teamTasksQuery(const TeamTasksFilter& filter, int page);
+// One page, decoded off the main thread: a page of a hundred tasks is a large answer.
 QCoro::Task<TeamTasksResponse> getTeamTasks(const NorvaneClient& client, const QString& teamID,
                                             const TeamTasksFilter& filter, int page);
+// Told the 0-based number of the page a walk is about to request, from the second page on.
+using NextPageHandler = std::function<void(int page)>;
 // Walks the pages from 0 and gathers their tasks. It stops after a page marked last, after a page
 // of fewer than taskPageSize tasks, or after page 9; tasks beyond that are left out. A failed page
 // fails the whole walk.
-QCoro::Task<QList<NVTaskSummary>> getAllTeamTasks(const NorvaneClient& client, QString teamID, TeamTasksFilter filter);
+QCoro::Task<QList<NVTaskSummary>> getAllTeamTasks(const NorvaneClient& client, QString teamID, TeamTasksFilter filter,
+                                                  NextPageHandler onNextPage = {});
 
 QCoro::Task<CreatedTask> createTask(const NorvaneClient& client, const QString& listID,
                                     const CreateTaskRequest& request);

@@ -3,6 +3,7 @@
 #include "api/NVError.h"
 #include "api/TaskAttachment.h"
 #include "api/TransferTimeLimits.h"
+#include "async/Background.h"
 #include "async/Clock.h"
 #include "async/Sleeper.h"
 #include "auth/AuthProvider.h"
@@ -65,6 +66,18 @@ public:
             perform(QByteArrayLiteral("GET"), std::move(path), std::move(query), std::nullopt);
         const QByteArray answer = co_await std::move(performing);
         co_return decodeRecord<T>(answer);
+    }
+
+    // The same, with the answer decoded off the main thread: for answers large enough to hold up the
+    // main thread while they decode.
+    template <Json::DecodableRecord T>
+    QCoro::Task<T> getDecodedInBackground(QString path, QueryItems query = {}) const {
+        QCoro::Task<QByteArray> performing =
+            perform(QByteArrayLiteral("GET"), std::move(path), std::move(query), std::nullopt);
+        const QByteArray answer = co_await std::move(performing);
+        std::function<T()> decoding = [answer] { return decodeRecord<T>(answer); };
+        QCoro::Task<T> decoded = runInBackground(std::move(decoding));
+        co_return co_await std::move(decoded);
     }
 
     // POST `body` as JSON with sorted keys, and the answer decoded as T.

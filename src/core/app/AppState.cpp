@@ -29,6 +29,7 @@ AppState::AppState(AppEnvironment environment, QObject* parent)
     , m_client(m_tokenProvider, &m_session, &m_uploadSession, m_addresses.apiBaseURL, std::move(environment.sleeper),
                environment.clock)
     , m_hierarchy(m_client)
+    , m_myDay(m_client, environment.clock)
     , m_location(m_settings, m_hierarchy, m_client, m_draft)
     , m_auth(m_tokenProvider, m_settings, m_client, m_hierarchy, m_location, m_draft)
     , m_notifications(*environment.notificationCenter, *environment.linkActions, environment.remindersPath,

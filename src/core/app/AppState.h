@@ -8,6 +8,7 @@
 #include "compose/TaskDraft.h"
 #include "hierarchy/HierarchyStore.h"
 #include "hierarchy/LocationMemory.h"
+#include "myday/MyDayStore.h"
 #include "notify/NotificationScheduler.h"
 #include "settings/SettingsStore.h"
 #include "shell/PopoverControlling.h"
@@ -54,6 +55,7 @@ public:
     const NorvaneClient& client() const { return m_client; }
     SettingsStore& settings() { return m_settings; }
     HierarchyStore& hierarchy() { return m_hierarchy; }
+    MyDayStore& myDay() { return m_myDay; }
     TaskDraft& draft() { return m_draft; }
     AuthController& auth() { return m_auth; }
     LocationMemory& location() { return m_location; }
@@ -98,6 +100,7 @@ private:
     DirectUploadSession m_uploadSession;
     NorvaneClient m_client;
     HierarchyStore m_hierarchy;
+    MyDayStore m_myDay;
     LocationMemory m_location;
     AuthController m_auth;
     NotificationScheduler m_notifications;

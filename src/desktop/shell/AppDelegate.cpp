@@ -21,6 +21,11 @@ void AppDelegate::applicationDidFinishLaunching() {
     // active and closes every popup, the menu among them.
     connect(&m_statusItem, &StatusItem::menuAboutToShow, &popover, &QWindow::hide);
     connect(&popover, &PopoverWindow::presentedChanged, &m_control, &ControlService::setPopoverVisible);
+    connect(&popover, &PopoverWindow::presentedChanged, this, [this](bool presented) {
+        if (presented) {
+            startTask(this, refreshDueCountIfNeeded());
+        }
+    });
     connect(&m_trayHost, &TrayHostWatcher::hostFound, this, &AppDelegate::trayHostFound);
     connect(&m_trayHost, &TrayHostWatcher::noHostFound, this, &AppDelegate::noTrayHostFound);
 
@@ -37,13 +42,31 @@ void AppDelegate::applicationDidFinishLaunching() {
     m_instance.listen();
     m_control.publish();
     m_trayHost.start();
-    startTask(this, m_app.bootstrap());
+    startTask(this, launch());
+}
+
+QCoro::Task<> AppDelegate::launch() {
+    QCoro::Task<> bootstrapping = m_app.bootstrap();
+    co_await std::move(bootstrapping);
+    QCoro::Task<> counting = refreshDueCountIfNeeded();
+    co_await std::move(counting);
 }
 
 void AppDelegate::refreshBadge() {
-    // Tasks due today are not counted yet: the badge shows background work alone.
-    m_statusItem.setBadge(StatusItemBadge::make(m_app.submitQueue().backgroundedJobIDs().size(), 0,
+    m_statusItem.setBadge(StatusItemBadge::make(m_app.submitQueue().backgroundedJobIDs().size(),
+                                                m_app.myDay().dueCount(),
                                                 m_app.settings().settings().showDueCountBadge));
+}
+
+QCoro::Task<> AppDelegate::refreshDueCountIfNeeded() {
+    const NVUser* user = m_app.authState().user();
+    QCoro::Task<bool> refreshing =
+        m_app.myDay().refreshDueCount(m_app.settings().settings().showDueCountBadge,
+                                      user ? std::optional(user->id) : std::nullopt, m_app.activeWorkspaceID());
+    const QPointer<AppDelegate> self(this);
+    if (co_await std::move(refreshing) && self) {
+        refreshBadge();
+    }
 }
 
 void AppDelegate::trayHostFound() {

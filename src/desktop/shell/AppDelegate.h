@@ -23,12 +23,18 @@ public:
     explicit AppDelegate(QObject* parent = nullptr);
 
     void applicationDidFinishLaunching();
-    // Redraws the tray icon's badge and tool tip from the running work. AppState::updateBadge calls it.
+    // Redraws the tray icon's badge and tool tip from the running work and, with the setting on, the
+    // tasks due by today's end. AppState::updateBadge calls it.
     void refreshBadge();
+    // With the due count shown, a user signed in and a workspace active: fetches the user's tasks,
+    // then redraws the badge. At launch and each time the popover opens; never by a timer.
+    QCoro::Task<> refreshDueCountIfNeeded();
 
 private:
     void trayHostFound();
     void noTrayHostFound();
+    // Bootstrap, then the due count once.
+    QCoro::Task<> launch();
 
     SecretServiceStore m_secrets;
     FreedesktopNotificationCenter m_notificationCenter;

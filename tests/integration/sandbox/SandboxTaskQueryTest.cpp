@@ -1,10 +1,12 @@
 // The workspace task search (team/{id}/task) of the sandbox: its filters, its order, its paging by
-// 100 with last_page, and the demo tasks that make every My Day group and a second page happen.
+// 100 with last_page, and the demo tasks that make every My Day group, three pages, subtasks two
+// levels deep and hostile names happen.
 #include "SandboxDemo.h"
 #include "SandboxProcess.h"
 #include "SyncHttpClient.h"
 
 #include <QDateTime>
+#include <QHash>
 #include <QJsonArray>
 #include <QSet>
 #include <QTest>
@@ -49,14 +51,18 @@ class SandboxTaskQueryTest : public QObject {
         return result.json().value(QStringLiteral("tasks")).toArray();
     }
 
-    // Both pages of the first user's open tasks.
+    // Every page of the first user's open tasks.
     QJsonArray allOfMyDay() {
-        QJsonArray all = tasks(myDay(0));
-        for (const QJsonValue& task : tasks(myDay(1))) {
-            all.append(task);
+        QJsonArray all;
+        for (int page = 0; page < myDayPages; ++page) {
+            for (const QJsonValue& task : tasks(myDay(page))) {
+                all.append(task);
+            }
         }
         return all;
     }
+
+    static constexpr int myDayPages = (SandboxDemo::firstUserOpenNorthwindTasks + 99) / 100;
 
     static QSet<QString> ids(const QJsonArray& tasks) {
         QSet<QString> found;
@@ -69,16 +75,51 @@ class SandboxTaskQueryTest : public QObject {
 private slots:
     void initTestCase() { QVERIFY2(m_sandbox.start(), qPrintable(m_sandbox.errorString())); }
 
-    void firstUserPagesBeyondAHundred() {
-        const HttpResult first = search(myDay(0));
-        QCOMPARE(first.status, 200);
-        QCOMPARE(first.json().value(QStringLiteral("tasks")).toArray().size(), 100);
-        QCOMPARE(first.json().value(QStringLiteral("last_page")), QJsonValue(false));
-        const HttpResult second = search(myDay(1));
-        QCOMPARE(second.json().value(QStringLiteral("tasks")).toArray().size(),
-                 SandboxDemo::firstUserOpenNorthwindTasks - 100);
-        QCOMPARE(second.json().value(QStringLiteral("last_page")), QJsonValue(true));
+    void firstUserHasThreePagesTheLastOneShort() {
+        QCOMPARE(myDayPages, 3);
+        for (int page = 0; page < myDayPages - 1; ++page) {
+            const HttpResult full = search(myDay(page));
+            QCOMPARE(full.status, 200);
+            QCOMPARE(full.json().value(QStringLiteral("tasks")).toArray().size(), 100);
+            QCOMPARE(full.json().value(QStringLiteral("last_page")), QJsonValue(false));
+        }
+        const HttpResult last = search(myDay(myDayPages - 1));
+        QCOMPARE(last.json().value(QStringLiteral("tasks")).toArray().size(),
+                 SandboxDemo::firstUserOpenNorthwindTasks - 100 * (myDayPages - 1));
+        QCOMPARE(last.json().value(QStringLiteral("last_page")), QJsonValue(true));
         QCOMPARE(ids(allOfMyDay()).size(), SandboxDemo::firstUserOpenNorthwindTasks);
+    }
+
+    void subtasksGoTwoLevelsDeep() {
+        QHash<QString, QString> parentOf;
+        for (const QJsonValue& task : allOfMyDay()) {
+            const QJsonValue parent = task[QStringLiteral("parent")];
+            if (parent.isString()) {
+                parentOf.insert(task[QStringLiteral("id")].toString(), parent.toString());
+            }
+        }
+        int grandchildren = 0;
+        for (auto it = parentOf.cbegin(); it != parentOf.cend(); ++it) {
+            grandchildren += parentOf.contains(it.value());
+        }
+        QVERIFY(grandchildren >= 4);
+    }
+
+    void hostileNamesAndSeveralAssigneesAreAmongTheTasks() {
+        QStringList names;
+        int shared = 0;
+        QSet<QString> lists;
+        for (const QJsonValue& task : allOfMyDay()) {
+            names.append(task[QStringLiteral("name")].toString());
+            shared += task[QStringLiteral("assignees")].toArray().size() >= 3;
+            lists.insert(task[QStringLiteral("list")][QStringLiteral("id")].toString());
+        }
+        for (const QString& name : SandboxDemo::hostileTaskNames(m_sandbox.webUrl(u""))) {
+            QVERIFY2(names.contains(name), qPrintable(name));
+        }
+        QCOMPARE(SandboxDemo::hostileTaskNames(m_sandbox.webUrl(u"")).last().size(), 300);
+        QVERIFY(shared > 0);
+        QVERIFY(lists.size() >= 5);
     }
 
     void pageBeyondTheEndIsEmptyAndLast() {
@@ -149,7 +190,7 @@ private slots:
 
     void subtasksFalseLeavesSubtasksOut() {
         int topLevel = 0;
-        for (int page = 0; page < 2; ++page) {
+        for (int page = 0; page < myDayPages; ++page) {
             for (const QJsonValue& task :
                  tasks(with(myDay(page), QStringLiteral("subtasks"), QStringLiteral("false")))) {
                 QVERIFY(task.toObject().value(QStringLiteral("parent")).isNull());
@@ -162,7 +203,7 @@ private slots:
 
     void includeClosedAddsClosedTasks() {
         int closed = 0;
-        for (int page = 0; page < 3; ++page) {
+        for (int page = 0; page <= myDayPages; ++page) {
             for (const QJsonValue& task :
                  tasks(with(myDay(page), QStringLiteral("include_closed"), QStringLiteral("true")))) {
                 closed += task.toObject().value(QStringLiteral("status")).toObject().value(QStringLiteral("type")) ==

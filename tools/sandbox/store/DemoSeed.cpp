@@ -163,9 +163,12 @@ struct ListSlot {
 
 class TaskMaker {
 public:
-    explicit TaskMaker(const QDateTime& now)
+    // `seed` and `firstIndex` give a second generator its own sequence and ids.
+    explicit TaskMaker(const QDateTime& now, quint32 seed = 20240611U, int firstIndex = 0)
         : m_now(now)
-        , m_startOfToday(now.date().startOfDay()) {}
+        , m_startOfToday(now.date().startOfDay())
+        , m_random(seed)
+        , m_count(firstIndex) {}
 
     enum class Due { Overdue, Today, Later, Undated };
 
@@ -262,9 +265,64 @@ private:
 
     QDateTime m_now;
     QDateTime m_startOfToday;
-    QRandomGenerator m_random{20240611U};
-    int m_count = 0;
+    QRandomGenerator m_random;
+    int m_count;
 };
+
+// Gives the task just added to `slot` another name.
+void renameLast(ListSlot& slot, const QString& name) {
+    QJsonArray tasks = slot.list->value(QStringLiteral("tasks")).toArray();
+    QJsonObject task = tasks.last().toObject();
+    task.insert(QStringLiteral("name"), name);
+    tasks.replace(tasks.size() - 1, task);
+    slot.list->insert(QStringLiteral("tasks"), tasks);
+}
+
+// Task names a client must show exactly as written, as the lists of the hostile workspace.
+QStringList hostileTaskNames(const QString& webBase) {
+    return {QStringLiteral("<b>Ship</b> & \"launch\" <img src=\"%1\"> checklist").arg(pixel(webBase, "task-name")),
+            QStringLiteral("R&D budget & <Q3> review"),
+            QStringLiteral("مراجعة طلبات العملاء"),
+            QStringLiteral("🚀 Launch review 👩🏽‍💻 🇳🇴"),
+            QStringLiteral("   Blanks around a task   "),
+            QStringLiteral("Long task") + QStringLiteral(" name").repeated(58) + QLatin1Char('!')};
+}
+
+// A third page of My Day for the first user: 100 more open tasks in Northwind from a generator of
+// their own, so the tasks before keep their ids and dates. Among them tasks with hostile names,
+// tasks shared with other members, and chains of a task, its subtask and the subtask's own.
+void moreOfTheFirstUser(const QDateTime& now, const QString& webBase, std::vector<ListSlot>& targets) {
+    TaskMaker maker(now, 20251124U, 1000);
+    using Due = TaskMaker::Due;
+    const QString prefix = QStringLiteral("NW");
+    const std::array<Due, 4> dues{Due::Overdue, Due::Today, Due::Later, Due::Undated};
+    const std::array<std::vector<qint64>, 3> sharing{std::vector<qint64>{firstUserID, secondUserID, danaID},
+                                                     std::vector<qint64>{danaID, firstUserID},
+                                                     std::vector<qint64>{chidiID, firstUserID, anonymousID}};
+    int added = 0;
+    const QStringList hostile = hostileTaskNames(webBase);
+    for (const QString& name : hostile) {
+        ListSlot& slot = targets[static_cast<size_t>(added) % targets.size()];
+        maker.add(slot, {firstUserID}, dues[static_cast<size_t>(added) % dues.size()], false, std::nullopt, prefix);
+        renameLast(slot, name);
+        ++added;
+    }
+    // Four chains of three, each level in another due group.
+    for (int chain = 0; chain < 4; ++chain) {
+        ListSlot& slot = targets[static_cast<size_t>(chain) % targets.size()];
+        std::optional<QString> parent;
+        for (int level = 0; level < 3; ++level) {
+            parent = maker.add(slot, {firstUserID}, dues[static_cast<size_t>(chain + level) % dues.size()], false,
+                               parent, prefix);
+            ++added;
+        }
+    }
+    for (; added < 100; ++added) {
+        ListSlot& slot = targets[maker.bounded(static_cast<quint32>(targets.size()))];
+        maker.add(slot, sharing[static_cast<size_t>(added) % sharing.size()],
+                  dues[static_cast<size_t>(added) % dues.size()], false, std::nullopt, prefix);
+    }
+}
 
 QStringList tagNames(const QJsonArray& tags) {
     QStringList names;
@@ -274,7 +332,7 @@ QStringList tagNames(const QJsonArray& tags) {
     return names;
 }
 
-QJsonObject northwind(TaskMaker& maker) {
+QJsonObject northwind(TaskMaker& maker, const QDateTime& now, const QString& webBase) {
     const QJsonArray productTags{tag("bug", "#ffffff", "#e50000"), tag("feature", "#ffffff", "#1090e0"),
                                  tag("ux", "#800080", "#f5e6ff"), tag("chore", "#4f5762", "#e1e4e8"),
                                  tag("needs design", "#ffffff", "#ff7800")};
@@ -359,6 +417,7 @@ QJsonObject northwind(TaskMaker& maker) {
     for (int index = 0; index < 8; ++index) {
         maker.add(slot(), {}, static_cast<Due>(index % 4), false, std::nullopt, prefix);
     }
+    moreOfTheFirstUser(now, webBase, targets);
 
     const QJsonObject sprint{{QStringLiteral("id"), QStringLiteral("90150000201")},
                              {QStringLiteral("name"), QStringLiteral("Sprint 12")},
@@ -472,7 +531,7 @@ QJsonObject hostileNames(const QString& webBase) {
 
 QJsonObject demo(const QDateTime& now, const QString& webBase) {
     TaskMaker maker(now);
-    const QJsonObject first = northwind(maker);
+    const QJsonObject first = northwind(maker, now, webBase);
     const QJsonObject second = fabrikam(maker);
     return {{QStringLiteral("users"), users(webBase)},
             {QStringLiteral("workspaces"), QJsonArray{first, second, hostileNames(webBase)}}};

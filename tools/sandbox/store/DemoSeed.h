@@ -8,7 +8,7 @@
 // and undated tasks always exist.
 namespace DemoSeed {
 
-// The first demo user: about 150 open tasks in the first workspace, so My Day pages beyond 100.
+// The first demo user: 250 open tasks in the first workspace, so My Day reads three pages of 100.
 inline constexpr qint64 firstUserID = 4810001;
 inline constexpr qint64 secondUserID = 4810002;
 // Signs in to the workspace of hostile names alone; its own name is markup.

@@ -1,0 +1,226 @@
+// Figures of My Day, each beside the baseline it is read against, and the targets they must meet:
+// - a refresh of 1,000 tasks (ten pages from norvane-sandbox on loopback): the processor time the
+//   main thread spends on it (the network answers, the rows grouped and nested, the row model; the
+//   pages decode and sort off it), target 10 ms; and its wall time against ten plain sequential requests of the same
+//   pages, target 1.1 times;
+// - one keystroke of search over the 1,000 tasks, with the filters, the tree and the rows rebuilt:
+//   target 1 ms;
+// - the subtask tree of 10,000 tasks against that of 1,000, each built with cold caches as after a
+//   refresh: target 11 times.
+// Exits 1 when a target is missed.
+#include "RunTask.h"
+#include "SandboxClient.h"
+#include "auth/StaticTokenAuth.h"
+#include "myday/MyDayRowModel.h"
+#include "myday/MyDayStore.h"
+#include "myday/TaskTree.h"
+#include "myday/TasksTabState.h"
+
+#include <QCoreApplication>
+#include <QCoroNetworkReply>
+#include <QElapsedTimer>
+#include <QJsonArray>
+#include <QNetworkAccessManager>
+#include <QNetworkReply>
+#include <algorithm>
+#include <cstdio>
+#include <ctime>
+#include <vector>
+
+namespace {
+constexpr int taskCount = 1000;
+constexpr int runs = 9;
+constexpr qint64 userID = 77;
+const QString token = QStringLiteral("pk_bench_myday");
+const QString workspaceID = QStringLiteral("77001");
+const QDateTime benchNow = QDateTime::currentDateTimeUtc();
+
+// One list per status group, 1,000 open tasks of the user: dated and undated, every fourth a
+// subtask of the task before it.
+QJsonObject benchSeed() {
+    QJsonArray lists;
+    for (int list = 0; list < 5; ++list) {
+        QJsonArray tasks;
+        for (int index = list; index < taskCount; index += 5) {
+            QJsonObject task{{"id", QStringLiteral("bt%1").arg(index)},
+                             {"name", QStringLiteral("Review task %1 of the café backlog").arg(index)},
+                             {"status", "to do"},
+                             {"assignees", QJsonArray{userID}},
+                             {"date_created", benchNow.toMSecsSinceEpoch() - index}};
+            if (index % 7 != 0) {
+                task.insert("due_date", benchNow.addSecs((index % 90 - 30) * 3600LL * 7).toMSecsSinceEpoch());
+            }
+            if (index % 4 == 3 && index >= 5) {
+                task.insert("parent", QStringLiteral("bt%1").arg(index - 5));
+            }
+            tasks.append(task);
+        }
+        lists.append(QJsonObject{{"id", QStringLiteral("7720%1").arg(list)},
+                                 {"name", QStringLiteral("List %1").arg(list)},
+                                 {"tasks", tasks}});
+    }
+    const QJsonArray statuses{QJsonObject{{"status", "to do"}, {"type", "open"}},
+                              QJsonObject{{"status", "done"}, {"type", "closed"}}};
+    return {{"users", QJsonArray{QJsonObject{{"id", userID}, {"username", "Bench"}, {"token", token}}}},
+            {"workspaces",
+             QJsonArray{QJsonObject{
+                 {"id", workspaceID},
+                 {"name", "Bench"},
+                 {"members", QJsonArray{userID}},
+                 {"spaces", QJsonArray{QJsonObject{
+                                {"id", "77100"}, {"name", "Space"}, {"statuses", statuses}, {"lists", lists}}}}}}}};
+}
+
+double median(QList<double> values) {
+    std::sort(values.begin(), values.end());
+    return values[values.size() / 2];
+}
+
+double millisecondsSince(const QElapsedTimer& timer) {
+    return static_cast<double>(timer.nsecsElapsed()) / 1e6;
+}
+
+// The processor time of the calling thread so far: the main thread's own work, not its waiting.
+double threadMilliseconds() {
+    timespec now{};
+    clock_gettime(CLOCK_THREAD_CPUTIME_ID, &now);
+    return static_cast<double>(now.tv_sec) * 1e3 + static_cast<double>(now.tv_nsec) / 1e6;
+}
+
+// The ten pages fetched one after the other and read, nothing else.
+QCoro::Task<qint64> plainPages(QNetworkAccessManager& session, QUrl base) {
+    qint64 bytes = 0;
+    for (int page = 0; page < 10; ++page) {
+        QUrl url = base;
+        url.setPath(base.path() + QStringLiteral("/team/%1/task").arg(workspaceID));
+        url.setQuery(QStringLiteral("include_closed=false&subtasks=true&order_by=due_date&page=%1&assignees%5B%5D=%2")
+                         .arg(page)
+                         .arg(userID));
+        QNetworkRequest request(url);
+        request.setRawHeader("Authorization", token.toUtf8());
+        QNetworkReply* reply = session.get(request);
+        co_await reply;
+        bytes += reply->readAll().size();
+        reply->deleteLater();
+    }
+    co_return bytes;
+}
+
+QList<NVTaskSummary> syntheticTasks(int count) {
+    QList<NVTaskSummary> tasks;
+    tasks.reserve(count);
+    for (int index = 0; index < count; ++index) {
+        NVTaskSummary task;
+        task.id = QStringLiteral("s%1").arg(index);
+        task.name = QStringLiteral("Task %1").arg(index);
+        if (index % 3 != 0) {
+            task.parentTaskID = QStringLiteral("s%1").arg(index - index % 3);
+        }
+        tasks.append(task);
+    }
+    return tasks;
+}
+
+// Walks a buffer larger than the processor's caches, so the next run starts cold as it does after a
+// refresh, whatever the size of its data.
+void evictCaches() {
+    static std::vector<char> buffer(64 << 20, 1);
+    volatile char sum = 0;
+    for (size_t index = 0; index < buffer.size(); index += 64) {
+        buffer[index] = static_cast<char>(buffer[index] + 1);
+        sum = static_cast<char>(sum + buffer[index]);
+    }
+}
+
+double treeMilliseconds(const QList<NVTaskSummary>& tasks) {
+    QList<double> times;
+    qsizetype rows = 0;
+    for (int run = 0; run < 3 * runs; ++run) {
+        evictCaches();
+        QElapsedTimer timer;
+        timer.start();
+        rows += TaskTreeList(tasks).placements().size();
+        times.append(millisecondsSince(timer));
+    }
+    return rows > 0 ? median(times) : 0;
+}
+
+bool report(const char* name, double value, const char* unit, double target, bool higherFails = true) {
+    const bool met = higherFails ? value <= target : value >= target;
+    std::printf("%s %.3f %s (target %.3g%s)\n", name, value, unit, target, met ? "" : ", MISSED");
+    return met;
+}
+} // namespace
+
+int main(int argc, char** argv) {
+    QCoreApplication app(argc, argv);
+    SandboxClient service;
+    if (!service.start(benchSeed(), token)) {
+        return 1;
+    }
+    QNetworkAccessManager& session = service.session;
+    const SandboxProcess& sandbox = service.sandbox;
+    MyDayStore store(*service.client);
+    TasksTabState state(store, {.signedInUser = {}, .activeWorkspaceID = [] { return std::optional(workspaceID); }});
+    state.setAssigneeFilter({TaskAssigneeFilter::Person{userID, QStringLiteral("Bench")}});
+    MyDayRowModel model;
+    QObject::connect(&state, &TasksTabState::rowsChanged, &model, [&] { model.setRows(state.rows()); });
+
+    // Warm-up: connections open, caches filled.
+    runTask(state.refresh());
+    runTask(plainPages(session, sandbox.apiUrl(u"")));
+    if (store.tasks().size() != taskCount || store.error()) {
+        std::fprintf(stderr, "refresh failed: %zd tasks, %s\n", static_cast<ssize_t>(store.tasks().size()),
+                     qPrintable(store.error().value_or(QString())));
+        return 1;
+    }
+
+    QList<double> mainThread;
+    QList<double> wall;
+    QList<double> plain;
+    for (int run = 0; run < runs; ++run) {
+        store.emptyTasks();
+        QElapsedTimer timer;
+        timer.start();
+        const double cpuBefore = threadMilliseconds();
+        runTask(state.refresh());
+        mainThread.append(threadMilliseconds() - cpuBefore);
+        wall.append(millisecondsSince(timer));
+        timer.restart();
+        runTask(plainPages(session, sandbox.apiUrl(u"")));
+        plain.append(millisecondsSince(timer));
+    }
+    if (model.rowCount() < taskCount) {
+        std::fprintf(stderr, "the model holds %d rows\n", model.rowCount());
+        return 1;
+    }
+
+    const QStringList typed{"r",           "re",         "rev",       "revi",      "revie",
+                            "review",      "review ",    "review c",  "review ca", "review caf",
+                            "review café", "review caf", "review ca", "review c",  "review 1"};
+    QList<double> keystrokes;
+    for (int run = 0; run < runs; ++run) {
+        state.setSearchText(QString());
+        for (const QString& text : typed) {
+            QElapsedTimer timer;
+            timer.start();
+            state.setSearchText(text);
+            keystrokes.append(millisecondsSince(timer));
+        }
+    }
+
+    const double tree1000 = treeMilliseconds(syntheticTasks(1000));
+    const double tree10000 = treeMilliseconds(syntheticTasks(10000));
+
+    const double wallMedian = median(wall);
+    const double plainMedian = median(plain);
+    bool met = report("refresh_1000_main_thread", median(mainThread), "ms", 10);
+    std::printf("refresh_1000_wall %.3f ms baseline_ten_plain_requests %.3f ms ratio %.3f\n", wallMedian, plainMedian,
+                wallMedian / plainMedian);
+    met = report("refresh_1000_wall_ratio", wallMedian / plainMedian, "x", 1.1) && met;
+    met = report("search_keystroke_1000", median(keystrokes), "ms", 1) && met;
+    std::printf("tree_10000 %.3f ms baseline_tree_1000 %.3f ms ratio %.3f\n", tree10000, tree1000,
+                tree10000 / tree1000);
+    met = report("tree_10000_ratio", tree10000 / tree1000, "x", 11) && met;
+    return met ? 0 : 1;
+}

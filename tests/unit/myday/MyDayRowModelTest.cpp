@@ -1,0 +1,74 @@
+// The row model of the Tasks tab: rows applied with row-level signals and read through roles.
+#include "myday/MyDayRowModel.h"
+#include "MyDayTesting.h"
+
+#include <QSignalSpy>
+#include <QTest>
+
+using namespace MyDayTesting;
+
+namespace {
+QList<MyDayRow> rows(const QStringList& items) {
+    QList<MyDayRow> rows;
+    for (const QString& item : items) {
+        rows.append(item.startsWith(u'#') ? MyDayRow::section(item.mid(1)) : MyDayRow::task({task(item), 0}));
+    }
+    return rows;
+}
+} // namespace
+
+class MyDayRowModelTest : public QObject {
+    Q_OBJECT
+
+private slots:
+    void aCompletedTaskLeavesAsOneRemovedRow() {
+        MyDayRowModel model;
+        model.setRows(rows({"#Overdue", "a", "b", "c"}));
+        QSignalSpy removed(&model, &QAbstractItemModel::rowsRemoved);
+        QSignalSpy inserted(&model, &QAbstractItemModel::rowsInserted);
+        QSignalSpy reset(&model, &QAbstractItemModel::modelReset);
+        model.setRows(rows({"#Overdue", "a", "c"}));
+        QCOMPARE(removed.count(), 1);
+        QCOMPARE(removed.first().at(1).toInt(), 2);
+        QCOMPARE(removed.first().at(2).toInt(), 2);
+        QCOMPARE(inserted.count(), 0);
+        QCOMPARE(reset.count(), 0);
+        QCOMPARE(model.rows(), rows({"#Overdue", "a", "c"}));
+    }
+
+    void aChangedTaskTellsItsRowOnly() {
+        MyDayRowModel model;
+        model.setRows(rows({"a", "b"}));
+        QSignalSpy changed(&model, &QAbstractItemModel::dataChanged);
+        QList<MyDayRow> renamed = rows({"a", "b"});
+        renamed[1].node.task.name = QStringLiteral("Renamed");
+        model.setRows(renamed);
+        QCOMPARE(changed.count(), 1);
+        QCOMPARE(changed.first().at(0).toModelIndex().row(), 1);
+        QCOMPARE(model.data(model.index(1), MyDayRowModel::NameRole).toString(), QStringLiteral("Renamed"));
+    }
+
+    void aReorderedMiddleIsReplaced() {
+        MyDayRowModel model;
+        model.setRows(rows({"a", "b", "c", "d"}));
+        model.setRows(rows({"a", "c", "b", "d", "e"}));
+        QCOMPARE(model.rows(), rows({"a", "c", "b", "d", "e"}));
+        QCOMPARE(model.rowCount(), 5);
+    }
+
+    void rolesDescribeSectionsAndSubtasks() {
+        MyDayRowModel model;
+        NVTaskSummary sub = task("s", "<b>Sub</b> & more");
+        sub.assignees = QList<NVUser>{user(7)};
+        model.setRows({MyDayRow::section(QStringLiteral("Due today")), MyDayRow::task({sub, 1})});
+        QCOMPARE(model.data(model.index(0), MyDayRowModel::KindRole).toString(), QStringLiteral("section"));
+        QCOMPARE(model.data(model.index(0), MyDayRowModel::TitleRole).toString(), QStringLiteral("Due today"));
+        QCOMPARE(model.data(model.index(1), MyDayRowModel::NameRole).toString(), QStringLiteral("<b>Sub</b> & more"));
+        QCOMPARE(model.data(model.index(1), MyDayRowModel::DepthRole).toInt(), 1);
+        QCOMPARE(model.data(model.index(1), MyDayRowModel::AssigneesRole).toStringList(), QStringList{"User 7"});
+        QVERIFY(model.roleNames().values().contains("depth"));
+    }
+};
+
+QTEST_GUILESS_MAIN(MyDayRowModelTest)
+#include "MyDayRowModelTest.moc"

@@ -9,8 +9,8 @@
 namespace {
 // The piece of the body read and written at a time, and how much may wait in the connection's
 // buffer: enough to keep a fast link busy, little enough to keep memory flat for any file.
-constexpr qint64 bodyPieceBytes = qint64{256} * 1024;
-constexpr qint64 bufferedBytes = qint64{1024} * 1024;
+constexpr qint64 bodyPieceBytes = qint64{128} * 1024;
+constexpr qint64 bufferedBytes = qint64{512} * 1024;
 
 QByteArray hostField(const QUrl& url) {
     QByteArray host = url.host(QUrl::FullyEncoded).toLatin1();

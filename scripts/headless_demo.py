@@ -3,6 +3,9 @@ its tray icon, signs in with a wrong and then a demo token, chooses a list, past
 a picture as attachments, starts again to show that the token and the list were kept, then creates
 tasks: one typed and created, one with two files, three in bulk, one refused and retried, and one
 left to run in the background, whose notification it prints. It saves a screenshot of each step.
+Then the desktop turns dark, as its Settings portal tells, and the key pages of the same road are
+shown again in dark: the composer with text and files, a task being created and created, three in
+bulk, a refused one, and the banner of a job in the background once no notification server is left.
 Run inside a desktop session with an accessibility bus, through which it presses the buttons.
 
 usage: headless_demo.py NORVANEBAR NORVANE_SANDBOX OUTPUT_FOLDER"""
@@ -13,9 +16,12 @@ import subprocess
 import sys
 import time
 
+import dbus
+
 sys.path.insert(0, os.path.join(os.path.dirname(__file__), "..", "tests", "e2e"))
 from accessibility import application, find, press, pump_until  # noqa: E402
 from demo_sandbox import Sandbox, write_profile  # noqa: E402
+from desktop_settings import DARK, LIGHT, SettingsPortal  # noqa: E402
 from norvanebar_app import NorvaneBar, click, popover_window_id, wait_until, xembed_icon_window  # noqa: E402
 
 # The sandbox answers in milliseconds; this is only for the page to be drawn before its picture.
@@ -152,6 +158,63 @@ def create_tasks(sandbox, out):
     screenshot(out, "17-after-the-background-job.png")
 
 
+def leave_notification_server():
+    """The notification server quits: a job's outcome then has only the popover's banner."""
+    server = dbus.SessionBus().get_object("org.freedesktop.Notifications", "/org/freedesktop/Notifications")
+    server.Leave(dbus_interface="org.norvanebar.Test.Notifications")
+
+
+def dark_road(sandbox, out, portal):
+    """The desktop turns dark while the popover is open; the key pages of the road again, in dark."""
+    ui = pump_until(lambda: application("NorvaneBar"), what="NorvaneBar on the accessibility bus")
+    portal.set_color_scheme(DARK)
+    shown(ui, "Task name")
+    subprocess.run(["xdotool", "type", "--delay", "5", "Prepare the quarterly review"], check=True)
+    description = pump_until(lambda: find(ui, None, "Description"), what="the description")
+    description.grab_focus()
+    subprocess.run(["xdotool", "type", "--delay", "5", "Figures from finance, slides by Friday."], check=True)
+    uris, _ = sample_files(out)
+    paste("text/uri-list", uris)
+    shown(ui, "2 attachments")
+    screenshot(out, "18-dark-composer.png")
+    # The big movie would be copied and sent whole: only the notes go with the task.
+    press(ui, "Remove product-demo.mov")
+    shown(ui, "1 attachments")
+
+    sandbox.add_fault(dict(CREATE, delayMs=2500))
+    submit()
+    shown(ui, "Creating Prepare the quarterly review…")
+    screenshot(out, "19-dark-creating-a-task.png")
+    shown(ui, "Task created")
+    screenshot(out, "20-dark-task-created.png")
+    press(ui, "Create New Task")
+
+    press(ui, "Multiple tasks — one per line")
+    bulk_editor = pump_until(lambda: find(ui, None, "Bulk task names"), what="the bulk editor")
+    bulk_editor.grab_focus()
+    subprocess.run(["xdotool", "type", "--delay", "5", "Collect the figures"], check=True)
+    subprocess.run(["xdotool", "key", "Return"], check=True)
+    subprocess.run(["xdotool", "type", "--delay", "5", "Draft the slides"], check=True)
+    submit()
+    shown(ui, "2 tasks created")
+    screenshot(out, "21-dark-bulk-done.png")
+    press(ui, "Done")
+
+    sandbox.add_fault(dict(CREATE, status=500, err="The service is down for maintenance", ecode="DEMO_001"))
+    submit("Order new badges")
+    shown(ui, "Couldn't create task")
+    screenshot(out, "22-dark-creation-refused.png")
+    press(ui, "Back to editing")
+
+    leave_notification_server()
+    sandbox.add_fault(dict(CREATE, delayMs=2000))
+    submit("Call the printer company again")
+    shown(ui, "Creating Call the printer company again…")
+    press(ui, "Create New Task")
+    shown(ui, "Call the printer company again, Background task completed")
+    screenshot(out, "23-dark-banner.png")
+
+
 def open_from_tray(app):
     click(wait_until(xembed_icon_window, what="the tray icon"), 1)
     app.wait_popover(True)
@@ -160,6 +223,8 @@ def open_from_tray(app):
 
 def main(binary, sandbox_binary, out):
     sandbox = Sandbox(sandbox_binary, os.path.join(out, "sandbox.log"), admin=True)
+    # The desktop prefers light until the dark part of the road.
+    portal = SettingsPortal(LIGHT, os.path.join(out, "settings-portal.log"))
     try:
         write_profile(os.environ["XDG_CONFIG_HOME"], sandbox)
         token, _, name = sandbox.tokens[0]
@@ -199,12 +264,14 @@ def main(binary, sandbox_binary, out):
             screenshot(out, "7-signed-in-and-list-restored-after-restart.png")
             try:
                 create_tasks(sandbox, out)
+                dark_road(sandbox, out, portal)
             except Exception:
                 screenshot(out, "failed-step.png")
                 raise
         finally:
             again.stop()
     finally:
+        portal.stop()
         sandbox.stop()
     return 0
 

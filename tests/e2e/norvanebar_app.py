@@ -157,6 +157,15 @@ def window_geometry(window_id):
     return int(values["X"]), int(values["Y"]), int(values["WIDTH"]), int(values["HEIGHT"])
 
 
+def screen_pixel(x, y):
+    """(red, green, blue) of the screen at (x, y), read from a one-pixel BMP shot."""
+    shot = subprocess.run(["maim", "--format=bmp", "--geometry", f"1x1+{x}+{y}"], capture_output=True,
+                          check=True).stdout
+    offset = int.from_bytes(shot[10:14], "little")
+    blue, green, red = shot[offset:offset + 3]
+    return red, green, blue
+
+
 def visible_app_windows():
     return subprocess.run(["xdotool", "search", "--onlyvisible", "--classname", "norvanebar"],
                           capture_output=True, text=True).stdout.split()

@@ -7,6 +7,7 @@ JSON line in EVENTS_FILE, each with "time" (CLOCK_MONOTONIC seconds) and "event"
             (byte arrays in hints, such as image-data's pixels, are written as base64 text)
   "close"   id, reason  (CloseNotification, Dismiss, Expire, and the close after an action)
   "action"  id, action_key
+  "leave"   (the server gave up its bus name)
 
 Tests drive the user's side through org.norvanebar.Test.Notifications on the same object:
   InvokeAction(u id, s action_key)  emits ActionInvoked, then NotificationClosed (reason 2,
@@ -18,6 +19,8 @@ Tests drive the user's side through org.norvanebar.Test.Notifications on the sam
   SetCapabilities(as capabilities)  what GetCapabilities answers from now on (without "actions" the
                                     server shows no buttons, as some servers do); an empty array
                                     restores the default set
+  Leave()                           gives up the bus name, as a server that quits: from then on
+                                    the bus has no notification server
 Unknown ids and action keys the notification does not offer are errors.
 
 Usage: notification_server.py EVENTS_FILE
@@ -74,6 +77,7 @@ def failure(message):
 class NotificationServer(dbus.service.Object):
     def __init__(self, bus, events_path):
         super().__init__(bus, OBJECT_PATH)
+        self._bus = bus
         self._events = open(events_path, "a", encoding="utf-8")
         self._last_id = 0
         self._open = {}  # id -> the "notify" record
@@ -173,6 +177,11 @@ class NotificationServer(dbus.service.Object):
     @dbus.service.method(TEST_INTERFACE, in_signature="as", out_signature="")
     def SetCapabilities(self, capabilities):
         self._capabilities = [str(c) for c in capabilities] or list(CAPABILITIES)
+
+    @dbus.service.method(TEST_INTERFACE, in_signature="", out_signature="")
+    def Leave(self):
+        self._log("leave")
+        self._bus.release_name(BUS_NAME)
 
     @dbus.service.method(TEST_INTERFACE, in_signature="", out_signature="s")
     def Notifications(self):

@@ -30,6 +30,22 @@ SandboxFault SandboxFault::dropAnswer(const QString& path, int times) {
     return fault;
 }
 
+namespace {
+SandboxFault onTaskCreation(SandboxFault fault) {
+    fault.method = QStringLiteral("POST");
+    return fault;
+}
+const QString taskCreationPath = QStringLiteral("/api/v2/list/*/task");
+} // namespace
+
+SandboxFault SandboxFault::taskCreationAnswer(int status) {
+    return onTaskCreation(answer(taskCreationPath, status));
+}
+
+SandboxFault SandboxFault::taskCreationDelay(int delayMs) {
+    return onTaskCreation(delay(taskCreationPath, delayMs));
+}
+
 QJsonObject SandboxFault::toJson() const {
     QJsonObject rule{{QStringLiteral("path"), path}};
     if (!method.isEmpty()) {

@@ -29,6 +29,10 @@ struct SandboxFault {
     // The request is handled, a task created or a file stored, and then its answer is lost: the
     // connection drops in its place. The same resend applies as above.
     static SandboxFault dropAnswer(const QString& path, int times = 2);
+    // Once, the creation of a task in any list, and no other request: a list's tasks are read from
+    // the same path.
+    static SandboxFault taskCreationAnswer(int status);
+    static SandboxFault taskCreationDelay(int delayMs);
 
     // The same rule for requests of `method` only.
     SandboxFault forMethod(const QString& method) const {

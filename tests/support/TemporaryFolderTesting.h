@@ -15,6 +15,16 @@ inline QString writtenFile(QString path, const QByteArray& bytes) {
     return path;
 }
 
+// A new file of `size` bytes at `path` that takes no disk (sparse), failing the whole test when it
+// can't be made.
+inline QString sparseFile(QString path, qint64 size) {
+    QFile file(path);
+    if (!file.open(QIODevice::WriteOnly) || !file.resize(size)) {
+        qFatal("Cannot make %s", qPrintable(path));
+    }
+    return path;
+}
+
 // The bytes of a file; empty when it can't be read.
 inline QByteArray fileContents(const QString& path) {
     QFile file(path);

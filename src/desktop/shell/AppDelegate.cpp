@@ -42,6 +42,7 @@ void AppDelegate::applicationDidFinishLaunching() {
     m_instance.listen();
     m_control.publish();
     m_trayHost.start();
+    m_colorScheme.start();
     startTask(this, launch());
 }
 

@@ -4,9 +4,11 @@
 #include "linux/ControlService.h"
 #include "linux/DesktopLinkActions.h"
 #include "linux/FreedesktopNotificationCenter.h"
+#include "linux/PortalColorScheme.h"
 #include "linux/SecretServiceStore.h"
 #include "linux/SingleInstance.h"
 #include "linux/TrayHostWatcher.h"
+#include "shell/ColorSchemePalette.h"
 #include "shell/PopoverPages.h"
 #include "shell/StatusItem.h"
 
@@ -15,7 +17,8 @@
 
 // Builds NorvaneBar's presence on the desktop: the tray icon once a tray host is known, the
 // popover and its pages, the ways to reach it without the icon (a second launch, the D-Bus
-// interface) and the answers to its notifications; then starts the central state.
+// interface), the answers to its notifications and the palette of the desktop's colour scheme; then
+// starts the central state.
 class AppDelegate : public QObject {
     Q_OBJECT
 
@@ -45,5 +48,7 @@ private:
     ControlService m_control;
     TrayHostWatcher m_trayHost;
     StatusItem m_statusItem;
+    PortalColorScheme m_colorScheme;
+    ColorSchemePalette m_palette{m_colorScheme};
     PopoverPages m_pages{m_app, *QGuiApplication::clipboard()};
 };

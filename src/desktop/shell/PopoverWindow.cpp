@@ -28,7 +28,8 @@ qint64 monotonicMs() {
 void PopoverWindow::configureQuick() {
     // The software scene graph costs a fraction of the memory of the OpenGL one and opens as fast.
     QQuickWindow::setGraphicsApi(QSGRendererInterface::Software);
-    QQuickStyle::setStyle(QStringLiteral("Basic"));
+    // Fusion draws its controls from the palette, so the popover takes the desktop's colours.
+    QQuickStyle::setStyle(QStringLiteral("Fusion"));
     SecretFieldAccessible::install();
 }
 
@@ -61,6 +62,10 @@ PopoverWindow::PopoverWindow()
 void PopoverWindow::prepare() {
     if (source().isEmpty()) {
         setSource(QUrl(QStringLiteral("qrc:/qt/qml/NorvaneBar/shell/qml/CapturePopoverView.qml")));
+        // Qt 6.4's Fusion style starts from a light palette of its own and takes the application's
+        // only when that changes; the content takes the application's palette now.
+        QEvent paletteChange(QEvent::ApplicationPaletteChange);
+        QCoreApplication::sendEvent(this, &paletteChange);
     }
 }
 

@@ -1,6 +1,7 @@
 #include "PopoverFixture.h"
 #include "QuickItems.h"
 #include "SandboxProcess.h"
+#include "TemporaryFolderTesting.h"
 #include "compose/AttachmentSizeLimits.h"
 
 #include <QAccessible>
@@ -24,12 +25,7 @@ class AttachmentInputTest : public QObject {
     QTemporaryDir m_temporary;
 
     QUrl file(const QString& name, qint64 size) {
-        QFile file(m_files.filePath(name));
-        // Sparse: a big size costs no disk.
-        if (!file.open(QIODevice::WriteOnly) || !file.resize(size)) {
-            qFatal("can't make %s", qPrintable(file.fileName()));
-        }
-        return QUrl::fromLocalFile(file.fileName());
+        return QUrl::fromLocalFile(sparseFile(m_files.filePath(name), size));
     }
 
     static QMimeData* urls(const QList<QUrl>& list) {

@@ -63,13 +63,6 @@ class SubmitPagesTest : public QObject {
         return found;
     }
 
-    // A rule for the creation of a task, and no other request.
-    static SandboxFault onCreation(SandboxFault fault) {
-        fault.method = QStringLiteral("POST");
-        return fault;
-    }
-    static inline const QString creationPath = QStringLiteral("/api/v2/list/*/task");
-
 private slots:
     void initTestCase() { QVERIFY2(PopoverFixture::startSandbox(m_sandbox), qPrintable(m_sandbox.errorString())); }
 
@@ -125,7 +118,7 @@ private slots:
     }
 
     void aRefusedCreationShowsTheFailedPageAndRetryCreatesTheTaskOnce() {
-        QVERIFY(m_sandbox.addFault(onCreation(SandboxFault::answer(creationPath, 500))));
+        QVERIFY(m_sandbox.addFault(SandboxFault::taskCreationAnswer(500)));
         typeName(QStringLiteral("Order new badges"));
         pressSubmitShortcut();
         QTRY_COMPARE(submit().page(), SubmitViewModel::Failed);
@@ -138,7 +131,7 @@ private slots:
     }
 
     void backToEditingEmptiesTheComposer() {
-        QVERIFY(m_sandbox.addFault(onCreation(SandboxFault::answer(creationPath, 400))));
+        QVERIFY(m_sandbox.addFault(SandboxFault::taskCreationAnswer(400)));
         typeName(QStringLiteral("Never mind"));
         pressSubmitShortcut();
         QTRY_COMPARE(submit().page(), SubmitViewModel::Failed);
@@ -174,7 +167,7 @@ private slots:
     }
 
     void createNewTaskLeavesTheJobToANotification() {
-        QVERIFY(m_sandbox.addFault(onCreation(SandboxFault::delay(creationPath, 600))));
+        QVERIFY(m_sandbox.addFault(SandboxFault::taskCreationDelay(600)));
         typeName(QStringLiteral("Call the printer company"));
         pressSubmitShortcut();
         QTRY_COMPARE(submit().page(), SubmitViewModel::Progress);
@@ -190,7 +183,7 @@ private slots:
 
     void anOutcomeNoNotificationCanShowAppearsAsTheBanner() {
         notifications().setPermission(false);
-        QVERIFY(m_sandbox.addFault(onCreation(SandboxFault::delay(creationPath, 600))));
+        QVERIFY(m_sandbox.addFault(SandboxFault::taskCreationDelay(600)));
         typeName(QStringLiteral("Book the room"));
         pressSubmitShortcut();
         QTRY_COMPARE(submit().page(), SubmitViewModel::Progress);

@@ -37,15 +37,6 @@ QString nameInTemporaryDirectory(const StagedAttachment& attachment) {
     const QFileInfo info(attachment.fileURL.toLocalFile());
     return info.absolutePath() == QDir::tempPath() ? info.fileName() : QString();
 }
-
-// A file of that size whose bytes take no room on disk.
-QString sparseFile(const QString& path, qint64 size) {
-    QFile file(path);
-    if (!file.open(QIODevice::WriteOnly) || !file.resize(size)) {
-        qFatal("Cannot make %s", qPrintable(path));
-    }
-    return path;
-}
 } // namespace
 
 class AttachmentStagingTest : public QObject {

@@ -54,16 +54,31 @@ Pane {
             Accessible.passwordEdit: true
         }
 
-        Label {
-            objectName: "errorMessage"
+        // The mark says it is an error; the text keeps the window's text colour, readable in light
+        // and dark.
+        RowLayout {
             Layout.fillWidth: true
             visible: root.model.errorMessage.length > 0
-            wrapMode: Text.WordWrap
-            color: "#b3261e"
-            textFormat: Text.PlainText
-            text: root.model.errorMessage
-            Accessible.role: Accessible.AlertMessage
-            Accessible.name: text
+            spacing: 8
+
+            Image {
+                Layout.alignment: Qt.AlignTop
+                // Asked for only when shown: the first picture loads the SVG renderer.
+                source: root.model.errorMessage.length > 0 ? "image://symbol/xmark.circle.fill" : ""
+                sourceSize.width: 16
+                sourceSize.height: 16
+                Accessible.ignored: true
+            }
+
+            Label {
+                objectName: "errorMessage"
+                Layout.fillWidth: true
+                wrapMode: Text.WordWrap
+                textFormat: Text.PlainText
+                text: root.model.errorMessage
+                Accessible.role: Accessible.AlertMessage
+                Accessible.name: text
+            }
         }
 
         Button {

@@ -56,14 +56,15 @@ FocusScope {
             implicitWidth: 44
             implicitHeight: 22
             radius: 4
-            color: row.palette.mid
+            color: row.palette.button
+            border.color: row.palette.mid
 
             Label {
                 objectName: "attachmentKind"
                 anchors.centerIn: parent
                 font.pixelSize: 10
                 font.bold: true
-                color: row.palette.base
+                color: row.palette.buttonText
                 text: {
                     switch (row.kind) {
                     case AttachmentListModel.Image:
@@ -97,14 +98,27 @@ FocusScope {
                 text: row.sizeText
             }
 
-            Label {
-                objectName: "attachmentNote"
+            // What the size limits say, marked as a warning.
+            RowLayout {
                 Layout.fillWidth: true
-                visible: text.length > 0
-                wrapMode: Text.WordWrap
-                color: "#b35900"
-                textFormat: Text.PlainText
-                text: row.note
+                visible: row.note.length > 0
+                spacing: 4
+
+                Image {
+                    Layout.alignment: Qt.AlignTop
+                    source: "image://symbol/exclamationmark.triangle.fill"
+                    sourceSize.width: 14
+                    sourceSize.height: 14
+                    Accessible.ignored: true
+                }
+
+                Label {
+                    objectName: "attachmentNote"
+                    Layout.fillWidth: true
+                    wrapMode: Text.WordWrap
+                    textFormat: Text.PlainText
+                    text: row.note
+                }
             }
         }
 

@@ -29,24 +29,33 @@ ColumnLayout {
         }
 
         Button {
+            id: singleMode
+
             objectName: "singleMode"
             Layout.fillWidth: true
             checkable: true
             checked: !root.bulk
+            // The mode in use stands out in the accent colour, in light and dark alike.
+            highlighted: singleMode.checked
             ButtonGroup.group: modes
             icon.source: "image://symbol/doc.text"
+            icon.color: singleMode.palette.buttonText
             text: qsTr("Single task")
             onClicked: root.composer.isBulkMode = false
             Accessible.name: text
         }
 
         Button {
+            id: bulkMode
+
             objectName: "bulkMode"
             Layout.fillWidth: true
             checkable: true
             checked: root.bulk
+            highlighted: bulkMode.checked
             ButtonGroup.group: modes
             icon.source: "image://symbol/list.bullet"
+            icon.color: bulkMode.palette.buttonText
             text: qsTr("Multiple tasks — one per line")
             onClicked: root.composer.isBulkMode = true
             Accessible.name: text
@@ -70,15 +79,17 @@ ColumnLayout {
         Layout.preferredHeight: 64
         visible: !root.bulk
 
-        // The text areas of the Basic style draw no frame of their own.
-        background: Rectangle {
-            color: root.palette.base
-            border.color: root.palette.mid
-            radius: 2
+        background: TextAreaFrame {
+            focused: descriptionArea.activeFocus
         }
 
         TextArea {
+            id: descriptionArea
+
             objectName: "taskDescription"
+            // The text starts where the name field's does.
+            padding: nameField.padding
+            leftPadding: nameField.leftPadding
             textFormat: TextEdit.PlainText
             wrapMode: TextEdit.Wrap
             placeholderText: qsTr("Description")
@@ -94,15 +105,16 @@ ColumnLayout {
         Layout.minimumHeight: 96
         visible: root.bulk
 
-        // The text areas of the Basic style draw no frame of their own.
-        background: Rectangle {
-            color: root.palette.base
-            border.color: root.palette.mid
-            radius: 2
+        background: TextAreaFrame {
+            focused: bulkEditor.activeFocus
         }
 
         TextArea {
+            id: bulkEditor
+
             objectName: "bulkEditor"
+            padding: nameField.padding
+            leftPadding: nameField.leftPadding
             textFormat: TextEdit.PlainText
             wrapMode: TextEdit.Wrap
             placeholderText: qsTr("One task per line…")

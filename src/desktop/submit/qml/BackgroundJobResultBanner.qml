@@ -66,8 +66,11 @@ Pane {
         }
 
         ToolButton {
+            id: dismiss
+
             objectName: "bannerDismiss"
             icon.source: "image://symbol/xmark"
+            icon.color: dismiss.palette.buttonText
             onClicked: root.submit.dismissBanner()
             ToolTip.visible: hovered
             ToolTip.text: qsTr("Dismiss")

@@ -65,8 +65,11 @@ ColumnLayout {
         }
 
         CopyButton {
+            id: copyBranch
+
             objectName: "copyBranch"
             icon.source: "image://symbol/arrow.triangle.branch"
+            icon.color: copyBranch.palette.buttonText
             label: qsTr("Branch")
             help: qsTr("Copy Git branch name")
             onCopy: root.submit.copyBranchName()

@@ -8,8 +8,7 @@
 //   main_thread_lag     during that job, the longest time the main thread stayed away from its event
 //                       loop, seen by a 1 ms precise timer (target at most 16 ms)
 //   lost_answer         100 jobs whose creation is carried out but never answered, each retried once
-//                       after its failure: the duplicate tasks they leave; and 100 whose answer is lost
-//                       once, which Qt sends again unseen
+//                       after its failure: the duplicate tasks they leave
 //
 // Prints one figure a line as "name value unit". Exits 1 when a job fails or a figure misses its
 // target.
@@ -274,13 +273,14 @@ private:
         return ratio <= uploadTarget && lag <= lagTargetMs;
     }
 
-    // Runs `jobCount` jobs whose creations meet `lostAnswers` dropped answers each, retrying each
-    // failed one once; the tasks they left beyond one each, or nothing when a job didn't end well.
-    std::optional<int> lostAnswerDuplicates(const QString& prefix, int lostAnswers, int& retried) {
+    // Runs jobs whose creation is carried out and its answer lost, retrying each failed one once;
+    // the tasks they left beyond one each, or nothing when a job didn't end well.
+    std::optional<int> lostAnswerDuplicates(int& retried) {
+        const QString prefix = QStringLiteral("Answer lost ");
         retried = 0;
         for (int job = 0; job < lostAnswerJobs; ++job) {
             m_sandbox.clearFaults();
-            if (!m_sandbox.addFault(onCreate(SandboxFault::dropAnswer(createPattern, lostAnswers)))) {
+            if (!m_sandbox.addFault(onCreate(SandboxFault::dropAnswer(createPattern, 1)))) {
                 return std::nullopt;
             }
             SubmitTesting::PhaseRecorder phases;
@@ -290,7 +290,6 @@ private:
                 return std::nullopt;
             }
             if (const auto* failed = phases.last<ForegroundSubmitPhases::Failed>()) {
-                m_sandbox.clearFaults();
                 ++retried;
                 queue().retry(*failed->retryJobID, app().client(), phases.handler(), false);
                 if (!waitForJobs()) {
@@ -301,7 +300,6 @@ private:
                 return std::nullopt;
             }
         }
-        m_sandbox.clearFaults();
         SyncHttpClient http;
         const QHash<QString, QString> tasks = SandboxDemo::openTaskNames(http, m_sandbox, listID);
         const auto made =
@@ -309,26 +307,16 @@ private:
         return static_cast<int>(made) - lostAnswerJobs;
     }
 
-    // Lost on both sends of the request, so that the job fails and is retried; and lost once, on the
-    // first send only.
     bool benchLostAnswers() {
-        struct Case {
-            const char* key;
-            QString prefix;
-            int lostAnswers;
-        };
-        for (const Case& lost :
-             {Case{"retried", QStringLiteral("Lost, retried "), 2}, Case{"once", QStringLiteral("Lost once "), 1}}) {
-            int retried = 0;
-            const std::optional<int> duplicates = lostAnswerDuplicates(lost.prefix, lost.lostAnswers, retried);
-            if (!duplicates) {
-                std::fprintf(stderr, "a job whose answer was lost did not end with its task\n");
-                return false;
-            }
-            std::printf("lost_answer_%s_failed_jobs %d jobs saw a failure and were retried once (of %d)\n", lost.key,
-                        retried, lostAnswerJobs);
-            std::printf("lost_answer_%s_duplicates %d tasks beyond one per job\n", lost.key, *duplicates);
+        int retried = 0;
+        const std::optional<int> duplicates = lostAnswerDuplicates(retried);
+        if (!duplicates) {
+            std::fprintf(stderr, "a job whose answer was lost did not end with its task\n");
+            return false;
         }
+        std::printf("lost_answer_failed_jobs %d jobs saw a failure and were retried once (of %d)\n", retried,
+                    lostAnswerJobs);
+        std::printf("lost_answer_duplicates %d tasks beyond one per job\n", *duplicates);
         return true;
     }
 

@@ -58,6 +58,7 @@ Button {
                 required property string modelData
 
                 label: modelData
+                owner: choiceMenu
                 checkable: true
                 checked: index === root.chosenIndex
                 onTriggered: root.chosen(index)

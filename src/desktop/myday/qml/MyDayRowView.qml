@@ -47,7 +47,12 @@ Control {
         radius: 4
     }
 
-    contentItem: ColumnLayout {
+    implicitHeight: column.implicitHeight
+
+    ColumnLayout {
+        id: column
+
+        width: root.width
         spacing: 0
 
         Label {
@@ -91,6 +96,8 @@ Control {
 
             ColumnLayout {
                 Layout.fillWidth: true
+                // Long names elide: the layout gives the texts what is left, never their length.
+                Layout.preferredWidth: 0
                 spacing: 0
 
                 Label {
@@ -116,17 +123,27 @@ Control {
             }
         }
 
+        // Made only while open, so that a thousand rows scroll light.
         Loader {
+            id: actions
+
             Layout.fillWidth: true
             Layout.leftMargin: 8 + root.depth * 16
             Layout.bottomMargin: 4
             active: root.opened && !root.isSection
             visible: active
+            onActiveChanged: if (active)
+                actions.setSource("RowActionBar.qml", {
+                    "myDay": root.myDay,
+                    "taskID": root.taskID
+                })
+        }
 
-            sourceComponent: RowActionBar {
-                myDay: root.myDay
-                taskID: root.taskID
-                onClosed: root.actionsClosed()
+        Connections {
+            target: actions.item as RowActionBar
+
+            function onClosed() {
+                root.actionsClosed();
             }
         }
     }

@@ -1,17 +1,28 @@
 import QtQuick
 import QtQuick.Controls
 import QtQuick.Layouts
+import QtQuick.Templates as T
 
-// A menu entry whose label may come from the service: shown as plain text, never as the item's
-// own text, where "&" would make a mnemonic. A status entry shows its colour beside the label.
+// A menu entry of the Tasks tab. Its label may come from the service: shown as plain text, never as
+// the item's own text, where "&" would make a mnemonic. A status entry shows its colour beside it.
 MenuItem {
     id: root
 
     required property string label
     // The service's colour of a status; empty for none.
     property string dotColor
+    // The menu to close after a choice by keyboard; entries that a Repeater makes don't know theirs.
+    property T.Menu owner: root.menu
+
+    function choose() {
+        root.triggered();
+        root.owner?.dismiss();
+    }
 
     Accessible.name: root.label
+    // Buttons take Space; in a menu Return and Enter choose the entry too.
+    Keys.onReturnPressed: root.choose()
+    Keys.onEnterPressed: root.choose()
 
     contentItem: RowLayout {
         spacing: 8

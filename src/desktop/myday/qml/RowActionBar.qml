@@ -92,12 +92,12 @@ RowLayout {
             Repeater {
                 model: root.myDay.reminderLabels
 
-                MenuItem {
+                PlainMenuItem {
                     required property int index
                     required property string modelData
 
-                    text: modelData
-                    Accessible.name: modelData
+                    label: modelData
+                    owner: remindMenu
                     onTriggered: root.myDay.remind(root.taskID, index)
                 }
             }
@@ -119,13 +119,12 @@ RowLayout {
 
             objectName: "statusMenu"
 
-            MenuItem {
+            PlainMenuItem {
                 objectName: "loadingStatuses"
                 visible: statusMenu.statuses.length === 0
                 height: visible ? implicitHeight : 0
                 enabled: false
-                text: qsTr("Loading statuses…")
-                Accessible.name: text
+                label: qsTr("Loading statuses…")
             }
 
             Repeater {
@@ -136,6 +135,7 @@ RowLayout {
 
                     label: modelData.name
                     dotColor: modelData.color
+                    owner: statusMenu
                     onTriggered: root.myDay.updateStatus(root.taskID, modelData.name)
                 }
             }
@@ -154,36 +154,42 @@ RowLayout {
             id: moreMenu
 
             objectName: "moreMenu"
+            // The entry that opens "Move due date…".
+            delegate: MenuItem {
+                id: submenuEntry
 
-            MenuItem {
+                Accessible.name: submenuEntry.text
+            }
+
+            PlainMenuItem {
                 objectName: "markComplete"
-                text: qsTr("Mark complete")
-                Accessible.name: text
+                label: qsTr("Mark complete")
                 onTriggered: root.myDay.complete(root.taskID)
             }
 
             Menu {
+                id: moveMenu
+
                 objectName: "moveDueDateMenu"
                 title: root.myDay.moveDueDateTitle
 
                 Repeater {
                     model: root.myDay.dueDateMoveLabels
 
-                    MenuItem {
+                    PlainMenuItem {
                         required property int index
                         required property string modelData
 
-                        text: modelData
-                        Accessible.name: modelData
+                        label: modelData
+                        owner: moveMenu
                         onTriggered: root.myDay.moveDueDate(root.taskID, index)
                     }
                 }
             }
 
-            MenuItem {
+            PlainMenuItem {
                 objectName: "openInNorvane"
-                text: qsTr("Open in Norvane")
-                Accessible.name: text
+                label: qsTr("Open in Norvane")
                 onTriggered: root.myDay.openInNorvane(root.taskID)
             }
         }

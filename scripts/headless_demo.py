@@ -2,10 +2,13 @@
 its tray icon, signs in with a wrong and then a demo token, chooses a list, pastes two files and then
 a picture as attachments, starts again to show that the token and the list were kept, then creates
 tasks: one typed and created, one with two files, three in bulk, one refused and retried, and one
-left to run in the background, whose notification it prints. It saves a screenshot of each step.
-Then the desktop turns dark, as its Settings portal tells, and the key pages of the same road are
-shown again in dark: the composer with text and files, a task being created and created, three in
-bulk, a refused one, and the banner of a job in the background once no notification server is left.
+left to run in the background, whose notification it prints; then turns to the Tasks tab: its
+sections, a search with matches and one without, a filter chip's menu, a task's actions opened by
+keyboard, a task marked complete, and the tray icon with the count of tasks due. It saves a
+screenshot of each step. Then the desktop turns dark, as its Settings portal tells, and the key pages
+of the same road are shown again in dark: the composer with text and files, a task being created and
+created, three in bulk, a refused one, and the banner of a job in the background once no
+notification server is left.
 Run inside a desktop session with an accessibility bus, through which it presses the buttons.
 
 usage: headless_demo.py NORVANEBAR NORVANE_SANDBOX OUTPUT_FOLDER"""
@@ -215,6 +218,47 @@ def dark_road(sandbox, out, portal):
     screenshot(out, "23-dark-banner.png")
 
 
+def tasks_tab(out):
+    """The Tasks tab: sections, search, a chip's menu, a row's actions, completing a task."""
+    ui = pump_until(lambda: application("NorvaneBar"), what="NorvaneBar on the accessibility bus")
+    press(ui, "Tasks")
+    shown(ui, "Overdue")
+    screenshot(out, "T8-tasks-tab-sections.png")
+    search = pump_until(lambda: find(ui, None, "Search tasks"), what="the search field")
+    search.grab_focus()
+    subprocess.run(["xdotool", "type", "--delay", "5", "Inbox"], check=True)
+    screenshot(out, "T9-search-with-results-and-subtasks.png")
+    subprocess.run(["xdotool", "key", "ctrl+a", "BackSpace"], check=True)
+    subprocess.run(["xdotool", "type", "--delay", "5", "zebra quartz"], check=True)
+    shown(ui, "No tasks match “zebra quartz”")
+    screenshot(out, "T10-search-without-matches.png")
+    press(ui, "Clear search")
+    shown(ui, "Overdue")
+    press(ui, "Status: All statuses")
+    time.sleep(SETTLE)
+    screenshot(out, "T11-status-chip-open.png")
+    subprocess.run(["xdotool", "key", "Escape"], check=True)
+    search.grab_focus()
+    subprocess.run(["xdotool", "key", "Down", "Return"], check=True)
+    shown(ui, "Copy link")
+    screenshot(out, "T12-row-actions-by-keyboard.png")
+    press(ui, "More actions")
+    screenshot(out, "T13-more-actions.png")
+    press(ui, "Mark complete")
+    time.sleep(SETTLE)
+    screenshot(out, "T14-task-marked-complete.png")
+    press(ui, "Create")
+    shown(ui, "Task name")
+
+
+def tray_icon(out):
+    """The tray icon alone, with the count of tasks due."""
+    icon = wait_until(xembed_icon_window, what="the tray icon")
+    path = os.path.join(out, "T15-tray-icon-with-due-count.png")
+    subprocess.run(["maim", "--window", icon, path], check=True)
+    print(f"screenshot: {path}")
+
+
 def open_from_tray(app):
     click(wait_until(xembed_icon_window, what="the tray icon"), 1)
     app.wait_popover(True)
@@ -226,7 +270,13 @@ def main(binary, sandbox_binary, out):
     # The desktop prefers light until the dark part of the road.
     portal = SettingsPortal(LIGHT, os.path.join(out, "settings-portal.log"))
     try:
-        write_profile(os.environ["XDG_CONFIG_HOME"], sandbox)
+        settings_path = write_profile(os.environ["XDG_CONFIG_HOME"], sandbox)
+        with open(settings_path, encoding="utf-8") as f:
+            settings = json.load(f)
+        # The tray icon counts the tasks due by today's end.
+        settings["showDueCountBadge"] = True
+        with open(settings_path, "w", encoding="utf-8") as f:
+            json.dump(settings, f, indent=4, sort_keys=True)
         token, _, name = sandbox.tokens[0]
         print(f"norvane-sandbox: {sandbox.web} (demo token of {name}: {token})")
         # Pasted pictures are staged in the temporary folder; the demo keeps its own.
@@ -263,6 +313,8 @@ def main(binary, sandbox_binary, out):
             open_from_tray(again)
             screenshot(out, "7-signed-in-and-list-restored-after-restart.png")
             try:
+                tasks_tab(out)
+                tray_icon(out)
                 create_tasks(sandbox, out)
                 dark_road(sandbox, out, portal)
             except Exception:

@@ -71,4 +71,6 @@ struct PopoverFixture {
     AttachmentListModel* const attachments = &pages.attachments();
     ComposerViewModel* const composer = &pages.composer();
     SubmitViewModel* const submit = &pages.submit();
+    TabPickerViewModel* const tabs = &pages.tabs();
+    MyDayViewModel* const myDay = &pages.myDay();
 };

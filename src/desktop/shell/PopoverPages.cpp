@@ -1,5 +1,7 @@
 #include "shell/PopoverPages.h"
 
+#include "app/MyDayContext.h"
+
 PopoverPages::PopoverPages(AppState& app, QClipboard& clipboard)
     : m_auth(app.auth())
     , m_onboarding(app.auth(), app.serviceAddresses())
@@ -7,11 +9,17 @@ PopoverPages::PopoverPages(AppState& app, QClipboard& clipboard)
     , m_attachments(app.draft())
     , m_composer(app.draft(), app.submit())
     , m_submit(app.submit(), app.auth(), app.settings(), app.linkActions())
+    , m_tabs(app)
+    , m_myDay(app.myDay(), myDayContext(app), app.linkActions(), app.settings())
     , m_attachmentInput(m_window, m_attachments, clipboard) {
     m_window.setInitialProperties({{QStringLiteral("auth"), QVariant::fromValue(&m_auth)},
                                    {QStringLiteral("onboarding"), QVariant::fromValue(&m_onboarding)},
                                    {QStringLiteral("location"), QVariant::fromValue(&m_location)},
                                    {QStringLiteral("attachments"), QVariant::fromValue(&m_attachments)},
                                    {QStringLiteral("composer"), QVariant::fromValue(&m_composer)},
-                                   {QStringLiteral("submit"), QVariant::fromValue(&m_submit)}});
+                                   {QStringLiteral("submit"), QVariant::fromValue(&m_submit)},
+                                   {QStringLiteral("tabs"), QVariant::fromValue(&m_tabs)},
+                                   {QStringLiteral("myDay"), QVariant::fromValue(&m_myDay)}});
+    QObject::connect(&app, &AppState::authStateChanged, &m_myDay, &MyDayViewModel::contextChanged);
+    QObject::connect(&app, &AppState::currentContextChanged, &m_myDay, &MyDayViewModel::contextChanged);
 }

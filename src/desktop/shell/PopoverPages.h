@@ -7,7 +7,9 @@
 #include "compose/AttachmentListModel.h"
 #include "compose/ComposerViewModel.h"
 #include "hierarchy/LocationViewModel.h"
+#include "myday/MyDayViewModel.h"
 #include "shell/PopoverWindow.h"
+#include "shell/TabPickerViewModel.h"
 #include "submit/SubmitViewModel.h"
 
 class QClipboard;
@@ -27,6 +29,8 @@ public:
     AttachmentListModel& attachments() { return m_attachments; }
     ComposerViewModel& composer() { return m_composer; }
     SubmitViewModel& submit() { return m_submit; }
+    TabPickerViewModel& tabs() { return m_tabs; }
+    MyDayViewModel& myDay() { return m_myDay; }
 
 private:
     AuthViewModel m_auth;
@@ -35,6 +39,8 @@ private:
     AttachmentListModel m_attachments;
     ComposerViewModel m_composer;
     SubmitViewModel m_submit;
+    TabPickerViewModel m_tabs;
+    MyDayViewModel m_myDay;
     // After the models, so that the pages are gone before the models they show.
     PopoverWindow m_window;
     AttachmentInput m_attachmentInput;

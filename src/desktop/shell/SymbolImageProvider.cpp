@@ -19,6 +19,16 @@ const QHash<QString, QStringList>& themeNames() {
         {QStringLiteral("arrow.triangle.branch"), {QStringLiteral("vcs-branch")}},
         {QStringLiteral("doc.text"), {QStringLiteral("text-x-generic-symbolic"), QStringLiteral("text-x-generic")}},
         {QStringLiteral("list.bullet"), {QStringLiteral("view-list-symbolic"), QStringLiteral("view-list")}},
+        {QStringLiteral("arrow.clockwise"), {QStringLiteral("view-refresh-symbolic"), QStringLiteral("view-refresh")}},
+        {QStringLiteral("magnifyingglass"), {QStringLiteral("edit-find-symbolic"), QStringLiteral("edit-find")}},
+        {QStringLiteral("circlebadge.fill"), {QStringLiteral("media-record-symbolic")}},
+        {QStringLiteral("person.crop.circle"),
+         {QStringLiteral("avatar-default-symbolic"), QStringLiteral("user-identity")}},
+        {QStringLiteral("line.3.horizontal.decrease.circle"), {QStringLiteral("view-filter")}},
+        {QStringLiteral("arrow.turn.down.right"), {}},
+        {QStringLiteral("link"), {QStringLiteral("insert-link-symbolic"), QStringLiteral("insert-link")}},
+        {QStringLiteral("bell"), {QStringLiteral("appointment-soon-symbolic"), QStringLiteral("appointment-soon")}},
+        {QStringLiteral("ellipsis"), {QStringLiteral("view-more-symbolic"), QStringLiteral("view-more")}},
     };
     return names;
 }

@@ -87,13 +87,16 @@ private slots:
                   {QStringLiteral("location"), QVariant::fromValue(m_fixture->location)},
                   {QStringLiteral("attachments"), QVariant::fromValue(m_fixture->attachments)},
                   {QStringLiteral("composer"), QVariant::fromValue(m_fixture->composer)},
-                  {QStringLiteral("submit"), QVariant::fromValue(m_fixture->submit)}});
+                  {QStringLiteral("submit"), QVariant::fromValue(m_fixture->submit)},
+                  {QStringLiteral("tabs"), QVariant::fromValue(m_fixture->tabs)},
+                  {QStringLiteral("myDay"), QVariant::fromValue(m_fixture->myDay)}});
         QVERIFY(signedIn);
         const QStringList names = QuickItems::accessibleNames(signedIn.get());
         for (const char16_t* text :
              {u"NorvaneBar", u"List for new tasks", u"Attachments", u"Paste or drop files here to attach them.",
               u"Press Esc to close.", u"Drop to attach", u"Compose mode", u"Single task",
-              u"Multiple tasks — one per line", u"Task name", u"Description", u"Create Task", u"Dismiss"}) {
+              u"Multiple tasks — one per line", u"Task name", u"Description", u"Create Task", u"Dismiss", u"Create",
+              u"Tasks"}) {
             QVERIFY2(names.contains(marked(text)), qPrintable(names.join(u'|')));
         }
         QCOMPARE(signedIn->findChild<QObject*>(QStringLiteral("signedInUser"))->property("text").toString(),

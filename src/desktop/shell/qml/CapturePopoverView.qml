@@ -12,6 +12,8 @@ Pane {
     required property AttachmentListModel attachments
     required property ComposerViewModel composer
     required property SubmitViewModel submit
+    required property TabPickerViewModel tabs
+    required property MyDayViewModel myDay
 
     width: 380
     height: 600
@@ -44,7 +46,9 @@ Pane {
                     "location": root.location,
                     "attachments": root.attachments,
                     "composer": root.composer,
-                    "submit": root.submit
+                    "submit": root.submit,
+                    "tabs": root.tabs,
+                    "myDay": root.myDay
                 });
                 break;
             case AuthViewModel.SignedOut:

@@ -5,8 +5,8 @@ import QtQuick.Controls
 import QtQuick.Layouts
 import NorvaneBar
 
-// The signed-in page: who and where, then the composer, or in its place the page of the submission
-// it started, and the banner of a background job's outcome.
+// The signed-in page: who and where, the tab picker, then the composer, or in its place the page of
+// the submission it started, or the Tasks tab; and the banner of a background job's outcome.
 Pane {
     id: root
 
@@ -15,6 +15,8 @@ Pane {
     required property AttachmentListModel attachments
     required property ComposerViewModel composer
     required property SubmitViewModel submit
+    required property TabPickerViewModel tabs
+    required property MyDayViewModel myDay
 
     padding: 16
 
@@ -95,12 +97,24 @@ Pane {
             }
         }
 
+        ComposeTabPicker {
+            Layout.fillWidth: true
+            tabs: root.tabs
+        }
+
         Loader {
             id: page
 
             readonly property int shown: root.submit.page
+            readonly property int tab: root.tabs.activeTab
 
             function show() {
+                if (page.tab === TabPickerViewModel.Tasks) {
+                    page.setSource("../../myday/qml/MyDayView.qml", {
+                        "myDay": root.myDay
+                    });
+                    return;
+                }
                 switch (page.shown) {
                 case SubmitViewModel.Progress:
                     page.setSource("../../submit/qml/SubmitProgressView.qml", {
@@ -137,6 +151,7 @@ Pane {
             Layout.fillHeight: true
             focus: true
             onShownChanged: page.show()
+            onTabChanged: page.show()
             Component.onCompleted: page.show()
         }
 

@@ -1,0 +1,148 @@
+#pragma once
+
+#include "myday/MyDayRowModel.h"
+#include "myday/TasksTabState.h"
+#include "platform/LinkActions.h"
+#include "settings/SettingsStore.h"
+
+#include <QObject>
+#include <QStringList>
+#include <QVariantList>
+#include <QtQml/qqmlregistration.h>
+
+// What the Tasks tab shows and does: the header's refresh, the search, the three filter chips, the
+// rows (sections and the subtask tree), the empty, loading and error states, and each row's
+// actions. The filters are reset each time the tab appears, and a change of the refresh key fetches
+// anew only while the tab is shown.
+class MyDayViewModel : public QObject {
+    Q_OBJECT
+    QML_ELEMENT
+    QML_UNCREATABLE("The app builds the popover's view models.")
+    Q_PROPERTY(QObject* rows READ rows CONSTANT)
+    Q_PROPERTY(QString searchText READ searchText WRITE setSearchText NOTIFY searchTextChanged)
+    Q_PROPERTY(Content content READ content NOTIFY contentChanged)
+    Q_PROPERTY(bool isLoading READ isLoading NOTIFY contentChanged)
+    Q_PROPERTY(QString loadingMessage READ loadingMessage NOTIFY contentChanged)
+    // The last fetch's failure, or empty.
+    Q_PROPERTY(QString error READ error NOTIFY contentChanged)
+    // The last row action's failure, or empty.
+    Q_PROPERTY(QString rowError READ rowError NOTIFY rowErrorChanged)
+    Q_PROPERTY(QString emptyStateTitle READ emptyStateTitle NOTIFY filtersChanged)
+    Q_PROPERTY(QString noMatchTitle READ noMatchTitle NOTIFY searchTextChanged)
+    // The filter chips: the chosen entry's text, and the entries of each menu with the chosen one's
+    // position.
+    Q_PROPERTY(QString statusChipText READ statusChipText NOTIFY filtersChanged)
+    Q_PROPERTY(QList<QString> statusChoices READ statusChoices NOTIFY filtersChanged)
+    Q_PROPERTY(int statusIndex READ statusIndex NOTIFY filtersChanged)
+    Q_PROPERTY(QString assigneeChipText READ assigneeChipText NOTIFY filtersChanged)
+    Q_PROPERTY(QList<QString> assigneeChoices READ assigneeChoices NOTIFY filtersChanged)
+    Q_PROPERTY(int assigneeIndex READ assigneeIndex NOTIFY filtersChanged)
+    Q_PROPERTY(QString listChipText READ listChipText NOTIFY filtersChanged)
+    Q_PROPERTY(QList<QString> listChoices READ listChoices NOTIFY filtersChanged)
+    Q_PROPERTY(int listIndex READ listIndex NOTIFY filtersChanged)
+    // The ids of the tasks whose row runs an action; their actions are off meanwhile.
+    Q_PROPERTY(QList<QString> workingTaskIDs READ workingTaskIDs NOTIFY workingChanged)
+    // Grows each time statuses of a list arrive, so that statusesOf() is read again.
+    Q_PROPERTY(int statusesRevision READ statusesRevision NOTIFY statusesChanged)
+    // The entries of "Remind me" and "Move due date…", in order, and their titles.
+    Q_PROPERTY(QList<QString> reminderLabels READ reminderLabels CONSTANT)
+    Q_PROPERTY(QList<QString> dueDateMoveLabels READ dueDateMoveLabels CONSTANT)
+    Q_PROPERTY(QString remindMeTitle READ remindMeTitle CONSTANT)
+    Q_PROPERTY(QString moveDueDateTitle READ moveDueDateTitle CONSTANT)
+
+public:
+    // What stands below the filters.
+    enum Content { Rows, Loading, Failed, Empty, NoMatch };
+    Q_ENUM(Content)
+
+    // `context` is the rest of the program as the tab needs it (myDayContext); the owner calls
+    // contextChanged() when the account, the workspace or the current list may have changed.
+    MyDayViewModel(MyDayStore& store, TasksTabContext context, LinkActions& links, const SettingsStore& settings,
+                   QObject* parent = nullptr);
+
+    TasksTabState& state() { return m_state; }
+    QObject* rows() { return &m_rows; }
+    MyDayRowModel& rowModel() { return m_rows; }
+
+    const QString& searchText() const { return m_state.searchText(); }
+    void setSearchText(const QString& text) { m_state.setSearchText(text); }
+    Content content() const;
+    bool isLoading() const { return m_state.store().isLoading(); }
+    QString loadingMessage() const { return m_state.store().loadingMessage(); }
+    QString error() const { return m_state.store().error().value_or(QString()); }
+    QString rowError() const { return m_state.rowError().value_or(QString()); }
+    QString emptyStateTitle() const;
+    QString noMatchTitle() const;
+    QString statusChipText() const;
+    QStringList statusChoices() const;
+    int statusIndex() const;
+    QString assigneeChipText() const;
+    QStringList assigneeChoices() const;
+    int assigneeIndex() const;
+    QString listChipText() const;
+    QStringList listChoices() const;
+    int listIndex() const;
+    QStringList workingTaskIDs() const;
+    int statusesRevision() const { return m_statusesRevision; }
+    static QStringList reminderLabels();
+    static QStringList dueDateMoveLabels();
+    static QString remindMeTitle();
+    static QString moveDueDateTitle();
+
+    // The tab appeared: the filters start afresh and the tasks are fetched. While it is shown, a
+    // change of the refresh key fetches again.
+    Q_INVOKABLE void appear();
+    Q_INVOKABLE void disappear() { m_shown = false; }
+    // "Refresh tasks" and "Try again".
+    Q_INVOKABLE void refresh();
+    Q_INVOKABLE void clearSearch() { m_state.setSearchText(QString()); }
+    // An entry of a chip's menu, by its position among the choices.
+    Q_INVOKABLE void chooseStatus(int index);
+    Q_INVOKABLE void chooseAssignee(int index);
+    Q_INVOKABLE void chooseList(int index);
+
+    // Whether the row is a section's title (or out of range), and the nearest task row from `row`
+    // (exclusive) in the direction `step` (+1 or -1), or -1: the keyboard skips the titles.
+    Q_INVOKABLE bool isSection(int row) const;
+    Q_INVOKABLE int nextTaskRow(int row, int step) const;
+
+    // The line under a task's name: its due date as the locale writes it, its list and its status,
+    // those that it has.
+    Q_INVOKABLE QString rowDetails(const QString& dueDate, const QString& listName, const QString& status) const;
+    // The statuses of the task's list as {name, color}; empty until they are known. loadStatuses
+    // asks for them once the row shows.
+    Q_INVOKABLE QVariantList statusesOf(const QString& taskID) const;
+    Q_INVOKABLE void loadStatuses(const QString& taskID);
+
+    Q_INVOKABLE void complete(const QString& taskID);
+    Q_INVOKABLE void moveDueDate(const QString& taskID, int move);
+    Q_INVOKABLE void updateStatus(const QString& taskID, const QString& status);
+    Q_INVOKABLE void remind(const QString& taskID, int time);
+    Q_INVOKABLE void copyLink(const QString& taskID);
+    Q_INVOKABLE void copyBranchName(const QString& taskID);
+    Q_INVOKABLE void openInNorvane(const QString& taskID);
+
+public slots:
+    void contextChanged() { m_state.contextChanged(); }
+
+signals:
+    void searchTextChanged();
+    void contentChanged();
+    void rowErrorChanged();
+    void filtersChanged();
+    void workingChanged();
+    void statusesChanged();
+
+private:
+    // The task of a shown row, or null.
+    const NVTaskSummary* task(const QString& taskID) const;
+    QString browserURL(const NVTaskSummary& task) const;
+
+    TasksTabState m_state;
+    const TasksTabContext m_context;
+    LinkActions& m_links;
+    const SettingsStore& m_settings;
+    MyDayRowModel m_rows;
+    bool m_shown = false;
+    int m_statusesRevision = 0;
+};

@@ -217,6 +217,14 @@ def dark_road(sandbox, out, portal):
     shown(ui, "Call the printer company again, Background task completed")
     screenshot(out, "23-dark-banner.png")
 
+    press(ui, "Tasks")
+    shown(ui, "Overdue")
+    pump_until(lambda: find(ui, None, "Search tasks"), what="the search field").grab_focus()
+    subprocess.run(["xdotool", "key", "Down", "Return"], check=True)
+    shown(ui, "Copy link")
+    screenshot(out, "24-dark-tasks-tab.png")
+    press(ui, "Create")
+
 
 def tasks_tab(out):
     """The Tasks tab: sections, search, a chip's menu, a row's actions, completing a task."""

@@ -248,7 +248,10 @@ QString MyDayViewModel::rowDetails(const QString& dueDate, const QString& listNa
     QStringList parts;
     if (const std::optional<double> milliseconds = DueDate::milliseconds(dueDate)) {
         const QDateTime due = QDateTime::fromMSecsSinceEpoch(static_cast<qint64>(*milliseconds)).toLocalTime();
-        parts.append(QLocale().toString(due, QLocale::ShortFormat));
+        // The locale's own order of day, month and time, without the seconds nobody sets a task to.
+        const QLocale locale;
+        const QString time = locale.timeFormat(QLocale::ShortFormat).remove(QStringLiteral(":ss"));
+        parts.append(locale.toString(due.date(), QLocale::ShortFormat) + u' ' + locale.toString(due.time(), time));
     }
     for (const QString& part : {listName, status}) {
         if (!part.isEmpty()) {

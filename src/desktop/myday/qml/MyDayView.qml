@@ -83,6 +83,7 @@ ColumnLayout {
             visible: search.length > 0
             display: AbstractButton.IconOnly
             icon.source: "image://symbol/xmark.circle.fill"
+            icon.color: palette.placeholderText
             icon.width: 16
             icon.height: 16
             implicitWidth: 32

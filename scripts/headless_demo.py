@@ -22,7 +22,7 @@ import time
 import dbus
 
 sys.path.insert(0, os.path.join(os.path.dirname(__file__), "..", "tests", "e2e"))
-from accessibility import application, find, press, pump_until  # noqa: E402
+from accessibility import Atspi, application, find, has_state, press, pump_until  # noqa: E402
 from demo_sandbox import Sandbox, write_profile  # noqa: E402
 from desktop_settings import DARK, LIGHT, SettingsPortal  # noqa: E402
 from norvanebar_app import NorvaneBar, click, popover_window_id, wait_until, xembed_icon_window  # noqa: E402
@@ -226,12 +226,35 @@ def dark_road(sandbox, out, portal):
     press(ui, "Create")
 
 
+def scroll_to(ui, anchor, name):
+    """Turns the mouse wheel over the list below `anchor` until the row `name` stands near its top."""
+    box = find(ui, None, anchor).get_extents(Atspi.CoordType.SCREEN)
+    subprocess.run(["xdotool", "mousemove", str(box.x + box.width // 2), str(box.y + 40)], check=True)
+
+    def near_top():
+        node = find(ui, None, name)
+        if node is None or not has_state(node, Atspi.StateType.SHOWING):
+            return False
+        return node.get_extents(Atspi.CoordType.SCREEN).y < box.y + 120
+
+    for _ in range(60):
+        if near_top():
+            return
+        subprocess.run(["xdotool", "click", "5"], check=True)
+        time.sleep(0.05)
+    raise TimeoutError(f'"{name}" never came into view')
+
+
 def tasks_tab(out):
     """The Tasks tab: sections, search, a chip's menu, a row's actions, completing a task."""
     ui = pump_until(lambda: application("NorvaneBar"), what="NorvaneBar on the accessibility bus")
     press(ui, "Tasks")
     shown(ui, "Overdue")
     screenshot(out, "T8-tasks-tab-sections.png")
+    scroll_to(ui, "Overdue", "Due today")
+    screenshot(out, "T8b-due-today-with-subtasks.png")
+    scroll_to(ui, "Due today", "Later")
+    screenshot(out, "T8c-later.png")
     search = pump_until(lambda: find(ui, None, "Search tasks"), what="the search field")
     search.grab_focus()
     subprocess.run(["xdotool", "type", "--delay", "5", "Inbox"], check=True)

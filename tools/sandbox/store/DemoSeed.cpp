@@ -307,13 +307,14 @@ void moreOfTheFirstUser(const QDateTime& now, const QString& webBase, std::vecto
         renameLast(slot, name);
         ++added;
     }
-    // Four chains of three, each level in another due group.
+    // Four chains of three: the first due today as a whole, so that its subtasks nest in that
+    // section; in the others each level in another due group.
     for (int chain = 0; chain < 4; ++chain) {
         ListSlot& slot = targets[static_cast<size_t>(chain) % targets.size()];
         std::optional<QString> parent;
         for (int level = 0; level < 3; ++level) {
-            parent = maker.add(slot, {firstUserID}, dues[static_cast<size_t>(chain + level) % dues.size()], false,
-                               parent, prefix);
+            const Due due = chain == 0 ? Due::Today : dues[static_cast<size_t>(chain + level) % dues.size()];
+            parent = maker.add(slot, {firstUserID}, due, false, parent, prefix);
             ++added;
         }
     }

@@ -21,6 +21,11 @@ function(norvanebar_add_test name)
     if(arg_DESKTOP)
         set_tests_properties(${name} PROPERTIES FIXTURES_REQUIRED desktop)
     endif()
+    if(arg_DESKTOP AND arg_LABEL STREQUAL "ui")
+        # Windows of the shared session take the keyboard focus from each other, and a popover that
+        # loses it closes: one window test at a time.
+        set_tests_properties(${name} PROPERTIES RESOURCE_LOCK desktop-focus)
+    endif()
     if(arg_ENVIRONMENT)
         set_tests_properties(${name} PROPERTIES ENVIRONMENT "${arg_ENVIRONMENT}")
     endif()

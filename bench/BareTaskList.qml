@@ -17,6 +17,6 @@ ListView {
         height: list.rowHeight
         leftPadding: 8
         verticalAlignment: Text.AlignVCenter
-        text: "Review task " + index + " of the café backlog"
+        text: qsTr("Review task %1 of the café backlog").arg(index)
     }
 }

@@ -10,7 +10,6 @@
 #include "myday/MyDayViewModel.h"
 #include "settings/SettingsStore.h"
 #include "shell/PopoverWindow.h"
-#include "shell/SymbolImageProvider.h"
 
 #include <QDeadlineTimer>
 #include <QElapsedTimer>
@@ -93,8 +92,7 @@ double percentile(QList<double> values, double fraction) {
 void readyView(QQuickView& view) {
     view.setResizeMode(QQuickView::SizeRootObjectToView);
     view.resize(windowSize);
-    view.engine()->addImportPath(QStringLiteral("qrc:/qt/qml"));
-    view.engine()->addImageProvider(SymbolImageProvider::providerID, new SymbolImageProvider);
+    PopoverWindow::configureEngine(*view.engine());
 }
 
 bool waitFor(const std::function<bool()>& condition, int milliseconds) {

@@ -301,13 +301,8 @@ def main(binary, sandbox_binary, out):
     # The desktop prefers light until the dark part of the road.
     portal = SettingsPortal(LIGHT, os.path.join(out, "settings-portal.log"))
     try:
-        settings_path = write_profile(os.environ["XDG_CONFIG_HOME"], sandbox)
-        with open(settings_path, encoding="utf-8") as f:
-            settings = json.load(f)
         # The tray icon counts the tasks due by today's end.
-        settings["showDueCountBadge"] = True
-        with open(settings_path, "w", encoding="utf-8") as f:
-            json.dump(settings, f, indent=4, sort_keys=True)
+        write_profile(os.environ["XDG_CONFIG_HOME"], sandbox, showDueCountBadge=True)
         token, _, name = sandbox.tokens[0]
         print(f"norvane-sandbox: {sandbox.web} (demo token of {name}: {token})")
         # Pasted pictures are staged in the temporary folder; the demo keeps its own.

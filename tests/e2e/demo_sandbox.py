@@ -46,8 +46,9 @@ class Sandbox:
         self.log.close()
 
 
-def write_profile(config_home, sandbox):
-    """Settings that aim NorvaneBar at the sandbox; nothing else is set."""
+def write_profile(config_home, sandbox, **settings_to_set):
+    """Settings that aim NorvaneBar at the sandbox, with `settings_to_set` besides; nothing else is
+    set."""
     folder = os.path.join(config_home, "NorvaneBar")
     os.makedirs(folder, exist_ok=True)
     path = os.path.join(folder, "settings.json")
@@ -57,6 +58,7 @@ def write_profile(config_home, sandbox):
             settings = json.load(f)
     settings["serviceAPIBaseURL"] = sandbox.api
     settings["serviceWebBaseURL"] = sandbox.web
+    settings.update(settings_to_set)
     with open(path, "w", encoding="utf-8") as f:
         json.dump(settings, f, indent=4, sort_keys=True)
     return path

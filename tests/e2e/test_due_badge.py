@@ -33,11 +33,7 @@ class DueBadgeTest(unittest.TestCase):
         self.log_dir = log_dir.name
         self.sandbox = Sandbox(os.environ["NORVANE_SANDBOX"], os.path.join(self.log_dir, "sandbox.log"))
         self.addCleanup(self.sandbox.stop)
-        self.settings_path = write_profile(os.environ["XDG_CONFIG_HOME"], self.sandbox)
-        settings = self.settings()
-        settings["showDueCountBadge"] = True
-        with open(self.settings_path, "w", encoding="utf-8") as f:
-            json.dump(settings, f)
+        self.settings_path = write_profile(os.environ["XDG_CONFIG_HOME"], self.sandbox, showDueCountBadge=True)
 
     def settings(self):
         with open(self.settings_path, encoding="utf-8") as f:

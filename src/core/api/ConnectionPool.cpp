@@ -35,8 +35,9 @@ void ConnectionPool::keep(const QUrl& url, std::unique_ptr<QTcpSocket> connectio
     delete m_idle.take(origin).connection;
     QTcpSocket* idle = connection.release();
     idle->setParent(this);
-    m_idle.insert(origin, {idle, {}});
-    m_idle[origin].since.start();
+    QElapsedTimer since;
+    since.start();
+    m_idle.insert(origin, {idle, since});
     const auto letGo = [this, origin, idle] {
         if (m_idle.value(origin).connection == idle) {
             m_idle.remove(origin);

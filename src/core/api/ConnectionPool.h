@@ -28,7 +28,7 @@ public:
 
 private:
     struct Idle {
-        QTcpSocket* connection;
+        QTcpSocket* connection = nullptr;
         QElapsedTimer since;
     };
 

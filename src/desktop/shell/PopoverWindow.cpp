@@ -33,18 +33,22 @@ void PopoverWindow::configureQuick() {
     SecretFieldAccessible::install();
 }
 
+void PopoverWindow::configureEngine(QQmlEngine& engine) {
+    // Where qt_add_qml_module puts the NorvaneBar module; Qt 6.4 does not look there by itself.
+    engine.addImportPath(QStringLiteral("qrc:/qt/qml"));
+    engine.addImageProvider(SymbolImageProvider::providerID, new SymbolImageProvider);
+    // The registration sits alone in an object file of this static library, which the linker drops
+    // unless something refers to it; the module then lacks its C++ types.
+    volatile auto registration = &qml_register_types_NorvaneBar;
+    Q_UNUSED(registration)
+}
+
 PopoverWindow::PopoverWindow()
     : m_toggle(&monotonicMs) {
     setFlags(Qt::Tool | Qt::FramelessWindowHint | Qt::WindowStaysOnTopHint);
     setTitle(tr("NorvaneBar"));
     setResizeMode(QQuickView::SizeViewToRootObject);
-    // Where qt_add_qml_module puts the NorvaneBar module; Qt 6.4 does not look there by itself.
-    engine()->addImportPath(QStringLiteral("qrc:/qt/qml"));
-    engine()->addImageProvider(SymbolImageProvider::providerID, new SymbolImageProvider);
-    // The registration sits alone in an object file of this static library, which the linker drops
-    // unless something refers to it; the module then lacks its C++ types.
-    volatile auto registration = &qml_register_types_NorvaneBar;
-    Q_UNUSED(registration)
+    configureEngine(*engine());
     connect(this, &QWindow::activeChanged, this, [this] {
         if (!isActive() && isVisible()) {
             m_toggle.noteHiddenByFocusLoss();

@@ -7,6 +7,8 @@
 #include <QRect>
 #include <optional>
 
+class QQmlEngine;
+
 // The frameless window that hangs from the tray icon and holds NorvaneBar's pages. It closes on
 // Escape and when another window takes the focus.
 class PopoverWindow : public QQuickView, public PopoverControlling {
@@ -18,6 +20,8 @@ public:
     // Qt Quick settings every popover relies on, and the accessible interface of its secret fields;
     // called once, before any window exists.
     static void configureQuick();
+    // Lets `engine` load the NorvaneBar module and its symbol pictures, as the popover's own does.
+    static void configureEngine(QQmlEngine& engine);
 
     void showPopover() override;
 

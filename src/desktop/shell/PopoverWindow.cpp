@@ -55,6 +55,12 @@ PopoverWindow::PopoverWindow()
             hide();
         }
     });
+    // The popover grows and shrinks with its page; it stays where it hangs and on the screen.
+    connect(this, &QWindow::heightChanged, this, [this] {
+        if (isVisible()) {
+            place();
+        }
+    });
     connect(this, &QWindow::visibleChanged, this, [this](bool visible) {
         if (!visible && m_presented) {
             m_presented = false;
@@ -88,12 +94,8 @@ void PopoverWindow::showPopover() {
 void PopoverWindow::showAt(std::optional<QRect> anchor) {
     prepare();
     m_anchor = anchor;
-    const QPoint pointer = QCursor::pos();
-    const QScreen* screen = QGuiApplication::screenAt(anchor ? anchor->center() : pointer);
-    if (!screen) {
-        screen = QGuiApplication::primaryScreen();
-    }
-    setPosition(PopoverPlacement::topLeft(anchor, pointer, size(), screen->availableGeometry()));
+    m_pointer = QCursor::pos();
+    place();
     if (!isVisible()) {
         connect(
             this, &QQuickWindow::frameSwapped, this,
@@ -106,6 +108,14 @@ void PopoverWindow::showAt(std::optional<QRect> anchor) {
     show();
     raise();
     requestActivate();
+}
+
+void PopoverWindow::place() {
+    const QScreen* screen = QGuiApplication::screenAt(m_anchor ? m_anchor->center() : m_pointer);
+    if (!screen) {
+        screen = QGuiApplication::primaryScreen();
+    }
+    setPosition(PopoverPlacement::topLeft(m_anchor, m_pointer, size(), screen->availableGeometry()));
 }
 
 void PopoverWindow::keyPressEvent(QKeyEvent* event) {

@@ -39,8 +39,11 @@ protected:
 
 private:
     void showAt(std::optional<QRect> anchor);
+    // Moves the window to hang from the anchor, or beside the pointer it opened at, at its size.
+    void place();
 
     PopoverToggle m_toggle;
     std::optional<QRect> m_anchor;
+    QPoint m_pointer;
     bool m_presented = false;
 };

@@ -139,6 +139,7 @@ ColumnLayout {
         Layout.fillWidth: true
         Layout.fillHeight: !root.bulk
         Layout.minimumHeight: 40
+        Layout.preferredHeight: attachmentList.contentHeight
         visible: !root.bulk
         clip: true
         spacing: 6

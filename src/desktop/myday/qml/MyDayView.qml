@@ -176,6 +176,8 @@ ColumnLayout {
         objectName: "taskList"
         Layout.fillWidth: true
         Layout.fillHeight: true
+        // As tall as its rows, as far as the popover lets it grow.
+        Layout.preferredHeight: list.contentHeight
         visible: root.myDay.content === MyDayViewModel.Rows
         clip: true
         reuseItems: true

@@ -1,5 +1,6 @@
 import QtQuick
 import QtQuick.Controls
+import QtQuick.Window
 import NorvaneBar
 
 // The popover's root: the page follows the sign-in state.
@@ -15,8 +16,12 @@ Pane {
     required property TabPickerViewModel tabs
     required property MyDayViewModel myDay
 
+    // The popover is as tall as its page asks, within bounds; a taller page scrolls inside.
+    readonly property int shortest: 240
+    readonly property int tallest: Math.max(root.shortest, Math.min(640, Screen.desktopAvailableHeight - 16))
+
     width: 380
-    height: 600
+    height: Math.max(root.shortest, Math.min(root.tallest, Math.ceil(page.implicitHeight) + 2))
     padding: 0
     focus: true
 

@@ -19,8 +19,12 @@ Pane {
     required property MyDayViewModel myDay
 
     padding: 16
+    // The column sets the page's height; the drop overlay only covers it.
+    contentHeight: column.implicitHeight
 
     ColumnLayout {
+        id: column
+
         anchors.fill: parent
         spacing: 12
 

@@ -54,4 +54,30 @@ inline QStringList accessibleNames(QQuickItem* item) {
     return names;
 }
 
+// The visible controls under `item` that assistive technology could not tell apart: a control a
+// person can focus or act on whose accessible name is empty or whose role says nothing. Each is
+// described by its type, objectName and role, so a failing comparison says which.
+inline QStringList unnamedControls(QQuickItem* item) {
+    QStringList unnamed;
+    if (!item || !item->isVisible()) {
+        return unnamed;
+    }
+    if (QAccessibleInterface* accessible = QAccessible::queryAccessibleInterface(item)) {
+        const QAccessible::State state = accessible->state();
+        const QAccessibleActionInterface* actions = accessible->actionInterface();
+        const bool interactive =
+            !state.invisible && (state.focusable || (actions && !actions->actionNames().isEmpty()));
+        const bool silentRole = accessible->role() == QAccessible::NoRole || accessible->role() == QAccessible::Client;
+        if (interactive && (accessible->text(QAccessible::Name).trimmed().isEmpty() || silentRole)) {
+            unnamed << QStringLiteral("%1 \"%2\" role %3")
+                           .arg(QString::fromLatin1(item->metaObject()->className()), item->objectName())
+                           .arg(int(accessible->role()));
+        }
+    }
+    for (QQuickItem* child : item->childItems()) {
+        unnamed << unnamedControls(child);
+    }
+    return unnamed;
+}
+
 } // namespace QuickItems

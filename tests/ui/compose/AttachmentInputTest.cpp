@@ -60,7 +60,7 @@ class AttachmentInputTest : public QObject {
 
     static void collectRowNames(QQuickItem* item, QStringList& names) {
         for (QQuickItem* child : item->childItems()) {
-            if (child->objectName() == QStringLiteral("attachmentRow")) {
+            if (child->objectName() == QStringLiteral("attachmentThumbnail")) {
                 names << QAccessible::queryAccessibleInterface(child)->text(QAccessible::Name);
             }
             collectRowNames(child, names);
@@ -96,7 +96,7 @@ private slots:
         m_fixture->onboarding->setToken(m_sandbox.token());
         m_fixture->onboarding->connect();
         QTRY_VERIFY_WITH_TIMEOUT(finished.count() == 1, 10'000);
-        QTRY_VERIFY(m_fixture->find(QStringLiteral("attachmentList")));
+        QTRY_VERIFY(m_fixture->find(QStringLiteral("attachmentStrip")));
     }
 
     void cleanup() {
@@ -147,9 +147,12 @@ private slots:
         QVERIFY(draft().attachments().first().isImage);
         QVERIFY(draft().attachments().first().filename.startsWith(QStringLiteral("Pasted image ")));
         QCOMPARE(kind(0), AttachmentListModel::Image);
-        QQuickItem* badge = nullptr;
-        QTRY_VERIFY((badge = visualChild(QStringLiteral("attachmentKind"))));
-        QCOMPARE(badge->property("text").toString(), QStringLiteral("IMAGE"));
+        // The thumbnail shows the picture itself, decoded in the background.
+        QQuickItem* thumbnail = nullptr;
+        QTRY_VERIFY((thumbnail = visualChild(QStringLiteral("attachmentPicture"))));
+        QTRY_COMPARE(thumbnail->property("status").toInt(), 1); // Image.Ready
+        QVERIFY(thumbnail->isVisible());
+        QVERIFY(!visualChild(QStringLiteral("attachmentSymbol"))->isVisible());
     }
 
     void aPastedPictureIsListedWithTheSizeOfItsWrittenFile() {
@@ -206,7 +209,12 @@ private slots:
         QQuickItem* label = nullptr;
         QTRY_VERIFY((label = visualChild(QStringLiteral("attachmentName"))));
         QCOMPARE(QuickItems::plainText(label), name);
-        QCOMPARE(QuickItems::plainText(visualChild(QStringLiteral("attachmentNote"))),
+        // The size warning marks the thumbnail; its tool tip says it.
+        QQuickItem* warning = visualChild(QStringLiteral("attachmentWarning"));
+        QVERIFY(warning && warning->isVisible());
+        auto* noteTip = warning->findChild<QObject*>(QStringLiteral("attachmentNoteTip"));
+        QVERIFY(noteTip);
+        QCOMPARE(QuickItems::plainText(noteTip->property("contentItem").value<QObject*>()),
                  role(0, AttachmentListModel::NoteRole));
 
         // The remove button's tool tip names the file too.

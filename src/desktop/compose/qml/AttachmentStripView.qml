@@ -27,7 +27,7 @@ ColumnLayout {
         objectName: "attachmentStrip"
         Layout.fillWidth: true
         Layout.preferredHeight: 116
-        activeFocusOnTab: count > 0
+        activeFocusOnTab: strip.count > 0
         orientation: ListView.Horizontal
         clip: true
         spacing: 6

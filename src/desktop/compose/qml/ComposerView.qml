@@ -95,14 +95,12 @@ ColumnLayout {
             focused: bulkEditor.activeFocus
         }
 
-        TextArea {
+        ComposerTextArea {
             id: bulkEditor
 
             objectName: "bulkEditor"
             padding: nameField.padding
             leftPadding: nameField.leftPadding
-            textFormat: TextEdit.PlainText
-            wrapMode: TextEdit.Wrap
             placeholderText: qsTr("One task per line…")
             text: root.composer.bulkLines
             onTextChanged: if (text !== root.composer.bulkLines) root.composer.bulkLines = text

@@ -26,14 +26,12 @@ ScrollView {
         font: area.font
     }
 
-    TextArea {
+    ComposerTextArea {
         id: area
 
         objectName: "taskDescription"
         padding: root.textPadding
         leftPadding: root.textLeftPadding
-        textFormat: TextEdit.PlainText
-        wrapMode: TextEdit.Wrap
         placeholderText: qsTr("Description")
         text: root.composer.descriptionText
         onTextChanged: if (text !== root.composer.descriptionText) root.composer.descriptionText = text

@@ -28,8 +28,11 @@ ToolButton {
 
         objectName: "templateMenu"
 
-        Repeater {
+        // Entries a Repeater made would follow the fixed ones; these are put before them.
+        Instantiator {
             model: root.templates.names
+            onObjectAdded: (index, entry) => menu.insertItem(index, entry)
+            onObjectRemoved: (index, entry) => menu.removeItem(entry)
 
             PlainMenuItem {
                 required property int index

@@ -209,12 +209,9 @@ private slots:
         QQuickItem* label = nullptr;
         QTRY_VERIFY((label = visualChild(QStringLiteral("attachmentName"))));
         QCOMPARE(QuickItems::plainText(label), name);
-        // The size warning marks the thumbnail; its tool tip says it.
-        QQuickItem* warning = visualChild(QStringLiteral("attachmentWarning"));
-        QVERIFY(warning && warning->isVisible());
-        auto* noteTip = warning->findChild<QObject*>(QStringLiteral("attachmentNoteTip"));
-        QVERIFY(noteTip);
-        QCOMPARE(QuickItems::plainText(noteTip->property("contentItem").value<QObject*>()),
+        // The size warning marks the thumbnail, and the note stands under the strip.
+        QVERIFY(visualChild(QStringLiteral("attachmentWarning"))->isVisible());
+        QCOMPARE(QuickItems::plainText(visualChild(QStringLiteral("attachmentNote"))),
                  role(0, AttachmentListModel::NoteRole));
 
         // The remove button's tool tip names the file too.
@@ -248,8 +245,11 @@ private slots:
         QCOMPARE(model().count(), 1);
         QCOMPARE(role(0, AttachmentListModel::FilenameRole), QStringLiteral("other.txt"));
         QVERIFY(QFile::exists(kept.toLocalFile()));
-        QQuickItem* button = nullptr;
-        QTRY_VERIFY((button = visualChild(QStringLiteral("removeAttachment"))));
+        // The thumbnail left moves to the start of the strip.
+        QQuickItem* thumbnail = nullptr;
+        QTRY_VERIFY((thumbnail = visualChild(QStringLiteral("attachmentThumbnail"))) &&
+                    thumbnail->property("filename") == QStringLiteral("other.txt") && thumbnail->x() == 0);
+        QQuickItem* button = QuickItems::visualChild(thumbnail, QStringLiteral("removeAttachment"));
         QTRY_VERIFY(button->isVisible() && button->width() > 0);
         const QPointF middle = button->mapToScene(QPointF(button->width() / 2, button->height() / 2));
         QTest::mouseClick(&m_fixture->popover, Qt::LeftButton, Qt::NoModifier, middle.toPoint());

@@ -43,4 +43,45 @@ ColumnLayout {
             onSaveRequested: root.exporter.save(this.fileURL, this.filename)
         }
     }
+
+    // What the size limits say of each file that is too big or close to it.
+    Repeater {
+        model: root.attachments
+
+        RowLayout {
+            id: noteRow
+
+            required property string filename
+            required property string note
+
+            Layout.fillWidth: true
+            visible: noteRow.note.length > 0
+            spacing: 4
+
+            Image {
+                Layout.alignment: Qt.AlignTop
+                source: "image://symbol/exclamationmark.triangle.fill"
+                sourceSize.width: 14
+                sourceSize.height: 14
+                Accessible.ignored: true
+            }
+
+            Label {
+                Layout.alignment: Qt.AlignTop
+                Layout.maximumWidth: 120
+                elide: Text.ElideMiddle
+                textFormat: Text.PlainText
+                font.bold: true
+                text: noteRow.filename
+            }
+
+            Label {
+                objectName: "attachmentNote"
+                Layout.fillWidth: true
+                wrapMode: Text.Wrap
+                textFormat: Text.PlainText
+                text: noteRow.note
+            }
+        }
+    }
 }

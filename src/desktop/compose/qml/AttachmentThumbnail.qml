@@ -96,7 +96,7 @@ FocusScope {
                 Accessible.ignored: true
             }
 
-            // What the size limits say, as a warning mark; the note itself is in the tool tip.
+            // What the size limits say, as a warning mark; the strip shows the note under the row.
             Image {
                 objectName: "attachmentWarning"
                 anchors.left: parent.left
@@ -107,23 +107,6 @@ FocusScope {
                 sourceSize.width: 16
                 sourceSize.height: 16
                 Accessible.ignored: true
-
-                HoverHandler {
-                    id: warningHover
-                }
-
-                ToolTip {
-                    id: noteTip
-
-                    objectName: "attachmentNoteTip"
-                    visible: warningHover.hovered
-                    contentItem: Label {
-                        wrapMode: Text.Wrap
-                        textFormat: Text.PlainText
-                        color: noteTip.palette.toolTipText
-                        text: root.note
-                    }
-                }
             }
         }
 
@@ -159,6 +142,7 @@ FocusScope {
         padding: 2
         focusPolicy: Qt.NoFocus
         icon.source: "image://symbol/xmark.circle.fill"
+        icon.color: root.palette.text
         icon.width: 16
         icon.height: 16
         display: AbstractButton.IconOnly

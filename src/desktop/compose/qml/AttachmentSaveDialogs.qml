@@ -32,6 +32,8 @@ Item {
 
         objectName: "saveAttachmentDialog"
         fileMode: FileDialog.SaveFile
+        // Qt's own dialog says "Open" in save mode too.
+        acceptLabel: qsTr("Save")
         onAccepted: root.exporter.saveTo(saveDialog.selectedFile)
         onRejected: root.exporter.cancel()
     }

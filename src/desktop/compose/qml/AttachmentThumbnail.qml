@@ -39,7 +39,14 @@ FocusScope {
     }
     Accessible.role: Accessible.ListItem
     // The name, size and note that are not empty, joined by commas.
-    Accessible.name: [root.filename, root.sizeText, root.note].filter(part => part.length > 0).join(", ")
+    Accessible.name: {
+        let name = "";
+        for (const part of [root.filename, root.sizeText, root.note]) {
+            if (part.length > 0)
+                name = name.length > 0 ? name + ", " + part : part;
+        }
+        return name;
+    }
 
     Rectangle {
         anchors.fill: parent

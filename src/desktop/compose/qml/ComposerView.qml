@@ -108,17 +108,17 @@ ColumnLayout {
         }
     }
 
-    // Keeps the footer at the bottom while the fields above are short.
-    Item {
-        Layout.fillHeight: true
-        visible: !root.bulk
-    }
-
     AttachmentStripView {
         Layout.fillWidth: true
         visible: root.attachments.count > 0
         attachments: root.attachments
         exporter: root.exporter
+    }
+
+    // Keeps the footer at the bottom while the fields above are short.
+    Item {
+        Layout.fillHeight: true
+        visible: !root.bulk
     }
 
     RowLayout {

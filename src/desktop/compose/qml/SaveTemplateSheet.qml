@@ -34,11 +34,17 @@ Dialog {
         }
     }
 
-    footer: DialogButtonBox {
+    footer: RowLayout {
+        spacing: 8
+
+        Item {
+            Layout.fillWidth: true
+        }
+
         Button {
             objectName: "cancelSaveTemplate"
             text: qsTr("Cancel")
-            DialogButtonBox.buttonRole: DialogButtonBox.RejectRole
+            onClicked: root.reject()
             Accessible.name: text
         }
 
@@ -46,9 +52,12 @@ Dialog {
             id: saveButton
 
             objectName: "saveTemplate"
+            Layout.rightMargin: 12
+            Layout.bottomMargin: 12
+            highlighted: true
             text: qsTr("Save")
             enabled: nameField.text.trim().length > 0
-            DialogButtonBox.buttonRole: DialogButtonBox.AcceptRole
+            onClicked: root.accept()
             Accessible.name: text
         }
     }

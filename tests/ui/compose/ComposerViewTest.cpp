@@ -64,6 +64,15 @@ class ComposerViewTest : public QObject {
         return popup && popup->property("opened").toBool() ? popup : nullptr;
     }
 
+    // Tabs to the template button and opens its menu with Space.
+    bool openTemplateMenu() {
+        if (!tabTo(QStringLiteral("templateMenuButton"))) {
+            return false;
+        }
+        press(Qt::Key_Space);
+        return QTest::qWaitFor([this] { return openPopup(QStringLiteral("templateMenu")) != nullptr; });
+    }
+
     QJsonArray templatesInTheFile() {
         QFile file(m_fixture->state.settingsPath());
         if (!file.open(QIODevice::ReadOnly)) {
@@ -224,9 +233,7 @@ private slots:
         bug.priority = 2;
         app().settings().modify([&](AppSettings& settings) { settings.templates = {other, bug}; });
         type(QStringLiteral("typed before"));
-        QVERIFY(tabTo(QStringLiteral("templateMenuButton")));
-        press(Qt::Key_Space);
-        QTRY_VERIFY(openPopup(QStringLiteral("templateMenu")));
+        QVERIFY(openTemplateMenu());
         press(Qt::Key_Down);
         press(Qt::Key_Down);
         press(Qt::Key_Return);
@@ -244,9 +251,7 @@ private slots:
         TaskTemplate markup;
         markup.name = QStringLiteral("<b>Bug</b> & report");
         app().settings().modify([&](AppSettings& settings) { settings.templates = {markup}; });
-        QVERIFY(tabTo(QStringLiteral("templateMenuButton")));
-        press(Qt::Key_Space);
-        QTRY_VERIFY(openPopup(QStringLiteral("templateMenu")));
+        QVERIFY(openTemplateMenu());
         QQuickItem* entry = nullptr;
         QTRY_VERIFY((entry = QuickItems::visualChild(popover().contentItem(), QStringLiteral("templateEntry"))));
         QVERIFY(QuickItems::accessibleNames(entry).contains(markup.name));
@@ -256,9 +261,7 @@ private slots:
 
     void theDraftIsSavedAsATemplateThroughTheSheetAndReadBackFromTheSettingsFile() {
         type(QStringLiteral("Weekly report"));
-        QVERIFY(tabTo(QStringLiteral("templateMenuButton")));
-        press(Qt::Key_Space);
-        QTRY_VERIFY(openPopup(QStringLiteral("templateMenu")));
+        QVERIFY(openTemplateMenu());
         // With no templates stored, the entry that saves one comes first.
         press(Qt::Key_Down);
         press(Qt::Key_Return);
@@ -285,9 +288,7 @@ private slots:
     }
 
     void cancellingTheSheetSavesNoTemplate() {
-        QVERIFY(tabTo(QStringLiteral("templateMenuButton")));
-        press(Qt::Key_Space);
-        QTRY_VERIFY(openPopup(QStringLiteral("templateMenu")));
+        QVERIFY(openTemplateMenu());
         press(Qt::Key_Down);
         press(Qt::Key_Return);
         QTRY_VERIFY(openPopup(QStringLiteral("saveTemplateSheet")));

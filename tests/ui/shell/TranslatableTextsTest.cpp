@@ -108,6 +108,20 @@ private slots:
                  marked(u"Choose workspace and list…"));
         QCOMPARE(signedIn->findChild<QObject*>(QStringLiteral("attachmentCount"))->property("text").toString(),
                  marked(u"0 attachments"));
+        auto* templateMenu = signedIn->findChild<QObject*>(QStringLiteral("templateMenu"));
+        QVERIFY(templateMenu);
+        QCOMPARE(
+            templateMenu->findChild<QObject*>(QStringLiteral("saveCurrentAsTemplate"))->property("label").toString(),
+            marked(u"Save Current as Template…"));
+        auto* templateButton = signedIn->findChild<QQuickItem*>(QStringLiteral("templateMenuButton"));
+        QVERIFY(templateButton);
+        QCOMPARE(QAccessible::queryAccessibleInterface(templateButton)->text(QAccessible::Description),
+                 marked(u"Apply or save a template"));
+        auto* sheet = signedIn->findChild<QObject*>(QStringLiteral("saveTemplateSheet"));
+        QVERIFY(sheet);
+        QCOMPARE(sheet->property("title").toString(), marked(u"Save as Template"));
+        QCOMPARE(signedIn->findChild<QObject*>(QStringLiteral("saveFailedDialog"))->property("title").toString(),
+                 marked(u"Couldn't save file"));
     }
 
     void anAttachmentThumbnailButNotItsFilename() {

@@ -70,6 +70,8 @@ struct PopoverFixture {
     LocationViewModel* const location = &pages.location();
     AttachmentListModel* const attachments = &pages.attachments();
     ComposerViewModel* const composer = &pages.composer();
+    TemplateMenuViewModel* const templates = &pages.templates();
+    AttachmentExporterViewModel* const exporter = &pages.exporter();
     SubmitViewModel* const submit = &pages.submit();
     TabPickerViewModel* const tabs = &pages.tabs();
     MyDayViewModel* const myDay = &pages.myDay();

@@ -6,6 +6,7 @@
 #include "auth/AuthController.h"
 #include "auth/PersonalTokenProvider.h"
 #include "compose/TaskDraft.h"
+#include "compose/TemplateActions.h"
 #include "hierarchy/HierarchyStore.h"
 #include "hierarchy/LocationMemory.h"
 #include "myday/MyDayStore.h"
@@ -85,6 +86,8 @@ public:
     void selectLocation(const ListEntry& entry) { m_location.selectLocation(entry); }
     // The only writer of the draft's custom values: an empty value removes the field.
     void setCustomValue(const CustomValue& value, const QString& fieldID) { m_draft.setCustomValue(value, fieldID); }
+    QCoro::Task<> applyTemplate(TaskTemplate applied) { return m_templates.applyTemplate(std::move(applied)); }
+    void saveCurrentAsTemplate(const QString& name) { m_templates.saveCurrentAsTemplate(name); }
 
 signals:
     void authStateChanged();
@@ -103,6 +106,7 @@ private:
     MyDayStore m_myDay;
     LocationMemory m_location;
     AuthController m_auth;
+    TemplateActions m_templates;
     NotificationScheduler m_notifications;
     LinkActions& m_linkActions;
     StorageProviderRegistry m_storageProviders;

@@ -6,6 +6,8 @@
 #include "compose/PasteboardContents.h"
 
 #include <QImageReader>
+#include <QMimeData>
+#include <algorithm>
 
 namespace DropHandling {
 
@@ -17,11 +19,15 @@ QStringList acceptedTypes() {
     return types;
 }
 
+bool bringsAcceptedType(const QMimeData& data, const QStringList& types) {
+    return std::ranges::any_of(types, [&data](const QString& type) { return data.hasFormat(type); });
+}
+
 bool handle(const QMimeData& data, QObject* context, std::function<void(QList<StagedAttachment>)> completion) {
-    const PasteboardContents contents = PasteboardContents::read(data);
-    if (contents.isEmpty()) {
+    if (!bringsAcceptedType(data, acceptedTypes())) {
         return false;
     }
+    const PasteboardContents contents = PasteboardContents::readDropped(data);
     // Encoding an image can take a while, so staging runs on the pool; the result comes back on the
     // context's thread, and not at all once the context is gone.
     std::function<QList<StagedAttachment>()> staging = [contents] { return AttachmentStaging::stage(contents); };

@@ -22,17 +22,23 @@ std::optional<QImage> readImage(const QMimeData& data) {
     }
     return std::nullopt;
 }
+
+QList<QUrl> localFileURLs(const QMimeData& data) {
+    QList<QUrl> urls = data.urls();
+    urls.removeIf([](const QUrl& url) { return !url.isLocalFile(); });
+    return urls;
+}
 } // namespace
 
 PasteboardContents PasteboardContents::read(const QMimeData& data) {
     PasteboardContents contents;
-    for (const QUrl& url : data.urls()) {
-        if (url.isLocalFile()) {
-            contents.fileURLs.append(url);
-        }
-    }
+    contents.fileURLs = localFileURLs(data);
     if (contents.fileURLs.isEmpty()) {
         contents.image = readImage(data);
     }
     return contents;
+}
+
+PasteboardContents PasteboardContents::readDropped(const QMimeData& data) {
+    return {localFileURLs(data), readImage(data)};
 }

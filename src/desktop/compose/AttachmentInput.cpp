@@ -46,9 +46,7 @@ bool AttachmentInput::eventFilter(QObject* watched, QEvent* event) {
         if (m_dropTypes.isEmpty()) {
             m_dropTypes = DropHandling::acceptedTypes();
         }
-        const QMimeData& data = *drag.mimeData();
-        const bool usable =
-            std::ranges::any_of(m_dropTypes, [&data](const QString& type) { return data.hasFormat(type); });
+        const bool usable = DropHandling::bringsAcceptedType(*drag.mimeData(), m_dropTypes);
         m_attachments.setDropTargeted(usable);
         if (usable) {
             drag.acceptProposedAction();

@@ -104,13 +104,19 @@ QVariant AttachmentListModel::data(const QModelIndex& index, int role) const {
         return noteOn(attachment);
     case KindRole:
         return QVariant::fromValue(kindOf(attachment));
+    case FileURLRole:
+        return attachment.fileURL;
     default:
         return {};
     }
 }
 
 QHash<int, QByteArray> AttachmentListModel::roleNames() const {
-    return {{FilenameRole, "filename"}, {SizeTextRole, "sizeText"}, {NoteRole, "note"}, {KindRole, "kind"}};
+    return {{FilenameRole, "filename"},
+            {SizeTextRole, "sizeText"},
+            {NoteRole, "note"},
+            {KindRole, "kind"},
+            {FileURLRole, "fileURL"}};
 }
 
 void AttachmentListModel::setDropTargeted(bool targeted) {

@@ -28,6 +28,8 @@ public:
         NoteRole,
         // Its Kind.
         KindRole,
+        // The local file URL of its bytes.
+        FileURLRole,
     };
 
     explicit AttachmentListModel(TaskDraft& draft, QObject* parent = nullptr);

@@ -8,6 +8,7 @@ PopoverPages::PopoverPages(AppState& app, QClipboard& clipboard)
     , m_location(app.location(), app.auth())
     , m_attachments(app.draft())
     , m_composer(app.draft(), app.submit())
+    , m_templates(app)
     , m_submit(app.submit(), app.auth(), app.settings(), app.linkActions())
     , m_tabs(app)
     , m_myDay(app.myDay(), myDayContext(app), app.linkActions(), app.settings())
@@ -17,6 +18,8 @@ PopoverPages::PopoverPages(AppState& app, QClipboard& clipboard)
                                    {QStringLiteral("location"), QVariant::fromValue(&m_location)},
                                    {QStringLiteral("attachments"), QVariant::fromValue(&m_attachments)},
                                    {QStringLiteral("composer"), QVariant::fromValue(&m_composer)},
+                                   {QStringLiteral("templates"), QVariant::fromValue(&m_templates)},
+                                   {QStringLiteral("exporter"), QVariant::fromValue(&m_exporter)},
                                    {QStringLiteral("submit"), QVariant::fromValue(&m_submit)},
                                    {QStringLiteral("tabs"), QVariant::fromValue(&m_tabs)},
                                    {QStringLiteral("myDay"), QVariant::fromValue(&m_myDay)}});

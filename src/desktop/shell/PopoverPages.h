@@ -3,9 +3,11 @@
 #include "app/AppState.h"
 #include "auth/AuthViewModel.h"
 #include "auth/OnboardingModel.h"
+#include "compose/AttachmentExporterViewModel.h"
 #include "compose/AttachmentInput.h"
 #include "compose/AttachmentListModel.h"
 #include "compose/ComposerViewModel.h"
+#include "compose/TemplateMenuViewModel.h"
 #include "hierarchy/LocationViewModel.h"
 #include "myday/MyDayViewModel.h"
 #include "shell/PopoverWindow.h"
@@ -28,6 +30,8 @@ public:
     LocationViewModel& location() { return m_location; }
     AttachmentListModel& attachments() { return m_attachments; }
     ComposerViewModel& composer() { return m_composer; }
+    TemplateMenuViewModel& templates() { return m_templates; }
+    AttachmentExporterViewModel& exporter() { return m_exporter; }
     SubmitViewModel& submit() { return m_submit; }
     TabPickerViewModel& tabs() { return m_tabs; }
     MyDayViewModel& myDay() { return m_myDay; }
@@ -38,6 +42,8 @@ private:
     LocationViewModel m_location;
     AttachmentListModel m_attachments;
     ComposerViewModel m_composer;
+    TemplateMenuViewModel m_templates;
+    AttachmentExporterViewModel m_exporter;
     SubmitViewModel m_submit;
     TabPickerViewModel m_tabs;
     MyDayViewModel m_myDay;

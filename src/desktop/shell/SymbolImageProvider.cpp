@@ -29,6 +29,9 @@ const QHash<QString, QStringList>& themeNames() {
         {QStringLiteral("link"), {QStringLiteral("insert-link-symbolic"), QStringLiteral("insert-link")}},
         {QStringLiteral("bell"), {QStringLiteral("appointment-soon-symbolic"), QStringLiteral("appointment-soon")}},
         {QStringLiteral("ellipsis"), {QStringLiteral("view-more-symbolic"), QStringLiteral("view-more")}},
+        {QStringLiteral("doc.on.doc"), {QStringLiteral("edit-copy-symbolic"), QStringLiteral("edit-copy")}},
+        {QStringLiteral("doc.fill"), {QStringLiteral("text-x-generic-symbolic"), QStringLiteral("text-x-generic")}},
+        {QStringLiteral("film.fill"), {QStringLiteral("video-x-generic-symbolic"), QStringLiteral("video-x-generic")}},
     };
     return names;
 }

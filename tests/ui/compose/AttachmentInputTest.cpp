@@ -60,7 +60,7 @@ class AttachmentInputTest : public QObject {
 
     static void collectRowNames(QQuickItem* item, QStringList& names) {
         for (QQuickItem* child : item->childItems()) {
-            if (child->objectName() == QStringLiteral("attachmentRow")) {
+            if (child->objectName() == QStringLiteral("attachmentThumbnail")) {
                 names << QAccessible::queryAccessibleInterface(child)->text(QAccessible::Name);
             }
             collectRowNames(child, names);
@@ -96,7 +96,7 @@ private slots:
         m_fixture->onboarding->setToken(m_sandbox.token());
         m_fixture->onboarding->connect();
         QTRY_VERIFY_WITH_TIMEOUT(finished.count() == 1, 10'000);
-        QTRY_VERIFY(m_fixture->find(QStringLiteral("attachmentList")));
+        QTRY_VERIFY(m_fixture->find(QStringLiteral("attachmentStrip")));
     }
 
     void cleanup() {
@@ -147,9 +147,12 @@ private slots:
         QVERIFY(draft().attachments().first().isImage);
         QVERIFY(draft().attachments().first().filename.startsWith(QStringLiteral("Pasted image ")));
         QCOMPARE(kind(0), AttachmentListModel::Image);
-        QQuickItem* badge = nullptr;
-        QTRY_VERIFY((badge = visualChild(QStringLiteral("attachmentKind"))));
-        QCOMPARE(badge->property("text").toString(), QStringLiteral("IMAGE"));
+        // The thumbnail shows the picture itself, decoded in the background.
+        QQuickItem* thumbnail = nullptr;
+        QTRY_VERIFY((thumbnail = visualChild(QStringLiteral("attachmentPicture"))));
+        QTRY_COMPARE(thumbnail->property("status").toInt(), 1); // Image.Ready
+        QVERIFY(thumbnail->isVisible());
+        QVERIFY(!visualChild(QStringLiteral("attachmentSymbol"))->isVisible());
     }
 
     void aPastedPictureIsListedWithTheSizeOfItsWrittenFile() {
@@ -206,6 +209,8 @@ private slots:
         QQuickItem* label = nullptr;
         QTRY_VERIFY((label = visualChild(QStringLiteral("attachmentName"))));
         QCOMPARE(QuickItems::plainText(label), name);
+        // The size warning marks the thumbnail, and the note stands under the strip.
+        QVERIFY(visualChild(QStringLiteral("attachmentWarning"))->isVisible());
         QCOMPARE(QuickItems::plainText(visualChild(QStringLiteral("attachmentNote"))),
                  role(0, AttachmentListModel::NoteRole));
 
@@ -240,8 +245,11 @@ private slots:
         QCOMPARE(model().count(), 1);
         QCOMPARE(role(0, AttachmentListModel::FilenameRole), QStringLiteral("other.txt"));
         QVERIFY(QFile::exists(kept.toLocalFile()));
-        QQuickItem* button = nullptr;
-        QTRY_VERIFY((button = visualChild(QStringLiteral("removeAttachment"))));
+        // The thumbnail left moves to the start of the strip.
+        QQuickItem* thumbnail = nullptr;
+        QTRY_VERIFY((thumbnail = visualChild(QStringLiteral("attachmentThumbnail"))) &&
+                    thumbnail->property("filename") == QStringLiteral("other.txt") && thumbnail->x() == 0);
+        QQuickItem* button = QuickItems::visualChild(thumbnail, QStringLiteral("removeAttachment"));
         QTRY_VERIFY(button->isVisible() && button->width() > 0);
         const QPointF middle = button->mapToScene(QPointF(button->width() / 2, button->height() / 2));
         QTest::mouseClick(&m_fixture->popover, Qt::LeftButton, Qt::NoModifier, middle.toPoint());

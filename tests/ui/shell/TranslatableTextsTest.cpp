@@ -87,16 +87,17 @@ private slots:
                   {QStringLiteral("location"), QVariant::fromValue(m_fixture->location)},
                   {QStringLiteral("attachments"), QVariant::fromValue(m_fixture->attachments)},
                   {QStringLiteral("composer"), QVariant::fromValue(m_fixture->composer)},
+                  {QStringLiteral("templates"), QVariant::fromValue(m_fixture->templates)},
+                  {QStringLiteral("exporter"), QVariant::fromValue(m_fixture->exporter)},
                   {QStringLiteral("submit"), QVariant::fromValue(m_fixture->submit)},
                   {QStringLiteral("tabs"), QVariant::fromValue(m_fixture->tabs)},
                   {QStringLiteral("myDay"), QVariant::fromValue(m_fixture->myDay)}});
         QVERIFY(signedIn);
         const QStringList names = QuickItems::accessibleNames(signedIn.get());
         for (const char16_t* text :
-             {u"NorvaneBar", u"List for new tasks", u"Attachments", u"Paste or drop files here to attach them.",
-              u"Press Esc to close.", u"Drop to attach", u"Compose mode", u"Single task",
-              u"Multiple tasks — one per line", u"Task name", u"Description", u"Create Task", u"Dismiss", u"Create",
-              u"Tasks"}) {
+             {u"NorvaneBar", u"List for new tasks", u"Attachments", u"Press Esc to close.", u"Template",
+              u"Drop to attach", u"Compose mode", u"Single task", u"Multiple tasks — one per line", u"Task name",
+              u"Description", u"Create Task", u"Dismiss", u"Create", u"Tasks"}) {
             QVERIFY2(names.contains(marked(text)), qPrintable(names.join(u'|')));
         }
         QCOMPARE(signedIn->findChild<QObject*>(QStringLiteral("signedInUser"))->property("text").toString(),
@@ -107,22 +108,44 @@ private slots:
                  marked(u"Choose workspace and list…"));
         QCOMPARE(signedIn->findChild<QObject*>(QStringLiteral("attachmentCount"))->property("text").toString(),
                  marked(u"0 attachments"));
+        auto* templateMenu = signedIn->findChild<QObject*>(QStringLiteral("templateMenu"));
+        QVERIFY(templateMenu);
+        QCOMPARE(
+            templateMenu->findChild<QObject*>(QStringLiteral("saveCurrentAsTemplate"))->property("label").toString(),
+            marked(u"Save Current as Template…"));
+        auto* templateButton = signedIn->findChild<QQuickItem*>(QStringLiteral("templateMenuButton"));
+        QVERIFY(templateButton);
+        QCOMPARE(QAccessible::queryAccessibleInterface(templateButton)->text(QAccessible::Description),
+                 marked(u"Apply or save a template"));
+        auto* sheet = signedIn->findChild<QObject*>(QStringLiteral("saveTemplateSheet"));
+        QVERIFY(sheet);
+        QCOMPARE(sheet->property("title").toString(), marked(u"Save as Template"));
+        QCOMPARE(signedIn->findChild<QObject*>(QStringLiteral("saveFailedDialog"))->property("title").toString(),
+                 marked(u"Couldn't save file"));
     }
 
-    void anAttachmentRowButNotItsFilename() {
-        const std::unique_ptr<QQuickItem> row = page(QStringLiteral("compose/qml/AttachmentRow.qml"),
-                                                     {{QStringLiteral("index"), 0},
-                                                      {QStringLiteral("filename"), QStringLiteral("a.png")},
-                                                      {QStringLiteral("sizeText"), QStringLiteral("1 MB")},
-                                                      {QStringLiteral("note"), QString()},
-                                                      {QStringLiteral("kind"), int(AttachmentListModel::Image)}});
-        QVERIFY(row);
-        QCOMPARE(QuickItems::visualChild(row.get(), QStringLiteral("attachmentKind"))->property("text").toString(),
-                 marked(u"IMAGE"));
-        QCOMPARE(QuickItems::visualChild(row.get(), QStringLiteral("attachmentName"))->property("text").toString(),
-                 QStringLiteral("a.png"));
-        QVERIFY(QuickItems::accessibleNames(row.get()).contains(QStringLiteral("a.png, 1 MB")));
-        QVERIFY(QuickItems::accessibleNames(row.get()).contains(marked(u"Remove %1").arg(QStringLiteral("a.png"))));
+    void anAttachmentThumbnailButNotItsFilename() {
+        const std::unique_ptr<QQuickItem> thumbnail =
+            page(QStringLiteral("compose/qml/AttachmentThumbnail.qml"),
+                 {{QStringLiteral("index"), 0},
+                  {QStringLiteral("filename"), QStringLiteral("a.mov")},
+                  {QStringLiteral("fileURL"), QUrl::fromLocalFile(QStringLiteral("/nowhere/a.mov"))},
+                  {QStringLiteral("sizeText"), QStringLiteral("1 MB")},
+                  {QStringLiteral("note"), QString()},
+                  {QStringLiteral("kind"), int(AttachmentListModel::Video)}});
+        QVERIFY(thumbnail);
+        QCOMPARE(
+            QuickItems::visualChild(thumbnail.get(), QStringLiteral("attachmentName"))->property("text").toString(),
+            QStringLiteral("a.mov"));
+        QVERIFY(QuickItems::accessibleNames(thumbnail.get()).contains(QStringLiteral("a.mov, 1 MB")));
+        QVERIFY(
+            QuickItems::accessibleNames(thumbnail.get()).contains(marked(u"Remove %1").arg(QStringLiteral("a.mov"))));
+        auto* menu = thumbnail->findChild<QObject*>(QStringLiteral("attachmentMenu"));
+        QVERIFY(menu);
+        QCOMPARE(menu->findChild<QObject*>(QStringLiteral("saveAttachment"))->property("label").toString(),
+                 marked(u"Save to Disk…"));
+        QCOMPARE(menu->findChild<QObject*>(QStringLiteral("removeAttachmentItem"))->property("label").toString(),
+                 marked(u"Remove"));
     }
 
     void theTrayIcon() {

@@ -68,7 +68,7 @@ private slots:
         QCOMPARE(completion.items[0].fileURL, url);
     }
 
-    void aDroppedImageIsStagedWhenThereIsNoFileURL() {
+    void aDroppedImageIsStaged() {
         QMimeData data;
         data.setImageData(blueSquare());
         Completion completion;
@@ -80,10 +80,37 @@ private slots:
         QCOMPARE(QImage(completion.items[0].fileURL.toLocalFile()).pixelColor(1, 1), QColor(Qt::blue));
     }
 
-    void aDropOfMissingFilesIsTakenAndCompletesEmptyWithoutTheImage() {
+    void aDropOfAFileAndAnImageStagesBoth() {
+        const QUrl url = QUrl::fromLocalFile(m_temporary->writeOutside("report.pdf", "%PDF"));
+        QMimeData data;
+        data.setUrls({url});
+        data.setImageData(blueSquare());
+        Completion completion;
+        QVERIFY(DropHandling::handle(data, this, completion.recorder()));
+        QTRY_VERIFY(completion.called);
+        QCOMPARE(completion.items.size(), 2);
+        QCOMPARE(completion.items[0].fileURL, url);
+        QVERIFY(!completion.items[0].isImage);
+        QVERIFY(completion.items[1].isImage);
+        QCOMPARE(QImage(completion.items[1].fileURL.toLocalFile()).pixelColor(1, 1), QColor(Qt::blue));
+    }
+
+    void aDropOfMissingFilesIsTakenAndStagesTheImageBesideThem() {
         QMimeData data;
         data.setUrls({QUrl::fromLocalFile(QDir::temp().filePath("missing.png"))});
         data.setImageData(blueSquare());
+        Completion completion;
+        QVERIFY(DropHandling::handle(data, this, completion.recorder()));
+        QTRY_VERIFY(completion.called);
+        QCOMPARE(completion.items.size(), 1);
+        QVERIFY(completion.items[0].isImage);
+    }
+
+    void aDropOfItemsNoneOfWhichCanBeStagedIsTakenAndCompletesEmpty() {
+        QMimeData data;
+        data.setUrls({QUrl::fromLocalFile(QDir::temp().filePath("missing.txt")),
+                      QUrl(QStringLiteral("https://example.com/a.png"))});
+        data.setData(QStringLiteral("image/png"), QByteArray("not a picture"));
         Completion completion;
         QVERIFY(DropHandling::handle(data, this, completion.recorder()));
         QTRY_VERIFY(completion.called);
@@ -91,10 +118,18 @@ private slots:
         QCOMPARE(m_temporary->fileNames(), QStringList());
     }
 
-    void dataWithoutFileURLsOrAnImageIsRefused() {
+    void aDropWithNoneOfTheAcceptedTypesIsRefused_data() {
+        QTest::addColumn<bool>("withText");
+        QTest::newRow("text and markup") << true;
+        QTest::newRow("nothing at all") << false;
+    }
+    void aDropWithNoneOfTheAcceptedTypesIsRefused() {
+        QFETCH(bool, withText);
         QMimeData data;
-        data.setText(QStringLiteral("text"));
-        data.setUrls({QUrl(QStringLiteral("https://example.com/a.png"))});
+        if (withText) {
+            data.setText(QStringLiteral("text"));
+            data.setHtml(QStringLiteral("<p>text</p>"));
+        }
         Completion completion;
         QVERIFY(!DropHandling::handle(data, this, completion.recorder()));
         settle();

@@ -6,12 +6,15 @@ import QtQuick.Layouts
 import NorvaneBar
 
 // The composer: the mode, the task's name and description or the lines of many tasks, the
-// attached files, and the submit button (also Ctrl+Return).
+// attached files, the template menu, and the submit button (also Ctrl+Return). Files pasted into or
+// dropped on the popover join the attachments.
 ColumnLayout {
     id: root
 
     required property ComposerViewModel composer
     required property AttachmentListModel attachments
+    required property TemplateMenuViewModel templates
+    required property AttachmentExporterViewModel exporter
 
     readonly property bool bulk: root.composer.isBulkMode
 
@@ -74,29 +77,12 @@ ColumnLayout {
         Accessible.name: qsTr("Task name")
     }
 
-    ScrollView {
+    DescriptionEditor {
         Layout.fillWidth: true
-        Layout.preferredHeight: 64
         visible: !root.bulk
-
-        background: TextAreaFrame {
-            focused: descriptionArea.activeFocus
-        }
-
-        TextArea {
-            id: descriptionArea
-
-            objectName: "taskDescription"
-            // The text starts where the name field's does.
-            padding: nameField.padding
-            leftPadding: nameField.leftPadding
-            textFormat: TextEdit.PlainText
-            wrapMode: TextEdit.Wrap
-            placeholderText: qsTr("Description")
-            text: root.composer.descriptionText
-            onTextChanged: if (text !== root.composer.descriptionText) root.composer.descriptionText = text
-            Accessible.name: qsTr("Description")
-        }
+        composer: root.composer
+        textPadding: nameField.padding
+        textLeftPadding: nameField.leftPadding
     }
 
     ScrollView {
@@ -109,14 +95,12 @@ ColumnLayout {
             focused: bulkEditor.activeFocus
         }
 
-        TextArea {
+        ComposerTextArea {
             id: bulkEditor
 
             objectName: "bulkEditor"
             padding: nameField.padding
             leftPadding: nameField.leftPadding
-            textFormat: TextEdit.PlainText
-            wrapMode: TextEdit.Wrap
             placeholderText: qsTr("One task per line…")
             text: root.composer.bulkLines
             onTextChanged: if (text !== root.composer.bulkLines) root.composer.bulkLines = text
@@ -124,50 +108,26 @@ ColumnLayout {
         }
     }
 
-    Label {
-        objectName: "attachmentCount"
-        visible: !root.bulk && root.attachments.count > 0
-        text: qsTr("%n attachments", "", root.attachments.count)
-        opacity: 0.7
-        Accessible.name: text
+    AttachmentStripView {
+        Layout.fillWidth: true
+        visible: root.attachments.count > 0
+        attachments: root.attachments
+        exporter: root.exporter
     }
 
-    ListView {
-        id: attachmentList
-
-        objectName: "attachmentList"
-        Layout.fillWidth: true
-        Layout.fillHeight: !root.bulk
-        Layout.minimumHeight: 40
-        Layout.preferredHeight: attachmentList.contentHeight
+    // Keeps the footer at the bottom while the fields above are short.
+    Item {
+        Layout.fillHeight: true
         visible: !root.bulk
-        clip: true
-        spacing: 6
-        model: root.attachments
-        activeFocusOnTab: count > 0
-        keyNavigationEnabled: true
-        Accessible.role: Accessible.List
-        Accessible.name: qsTr("Attachments")
-
-        delegate: AttachmentRow {
-            width: ListView.view.width
-            onRemoveRequested: root.attachments.remove(this.index)
-        }
-
-        Label {
-            anchors.centerIn: parent
-            width: parent.width
-            visible: attachmentList.count === 0
-            horizontalAlignment: Text.AlignHCenter
-            wrapMode: Text.WordWrap
-            opacity: 0.6
-            text: qsTr("Paste or drop files here to attach them.")
-            Accessible.name: text
-        }
     }
 
     RowLayout {
         Layout.fillWidth: true
+
+        TemplateMenuButton {
+            templates: root.templates
+            onSaveRequested: saveTemplateSheet.open()
+        }
 
         Label {
             Layout.fillWidth: true
@@ -196,6 +156,16 @@ ColumnLayout {
         sequences: ["Ctrl+Return", "Ctrl+Enter"]
         enabled: root.composer.canSubmit
         onActivated: root.composer.submit()
+    }
+
+    SaveTemplateSheet {
+        id: saveTemplateSheet
+
+        templates: root.templates
+    }
+
+    AttachmentSaveDialogs {
+        exporter: root.exporter
     }
 
     Component.onCompleted: nameField.forceActiveFocus()

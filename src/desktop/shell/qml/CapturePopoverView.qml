@@ -12,6 +12,8 @@ Pane {
     required property LocationViewModel location
     required property AttachmentListModel attachments
     required property ComposerViewModel composer
+    required property TemplateMenuViewModel templates
+    required property AttachmentExporterViewModel exporter
     required property SubmitViewModel submit
     required property TabPickerViewModel tabs
     required property MyDayViewModel myDay
@@ -51,6 +53,8 @@ Pane {
                     "location": root.location,
                     "attachments": root.attachments,
                     "composer": root.composer,
+                    "templates": root.templates,
+                    "exporter": root.exporter,
                     "submit": root.submit,
                     "tabs": root.tabs,
                     "myDay": root.myDay

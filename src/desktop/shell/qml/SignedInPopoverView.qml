@@ -14,6 +14,8 @@ Pane {
     required property LocationViewModel location
     required property AttachmentListModel attachments
     required property ComposerViewModel composer
+    required property TemplateMenuViewModel templates
+    required property AttachmentExporterViewModel exporter
     required property SubmitViewModel submit
     required property TabPickerViewModel tabs
     required property MyDayViewModel myDay
@@ -144,7 +146,9 @@ Pane {
                 default:
                     page.setSource("../../compose/qml/ComposerView.qml", {
                         "composer": root.composer,
-                        "attachments": root.attachments
+                        "attachments": root.attachments,
+                        "templates": root.templates,
+                        "exporter": root.exporter
                     });
                     break;
                 }

@@ -6,7 +6,7 @@
 #include "compose/AttachmentInput.h"
 #include "compose/AttachmentListModel.h"
 #include "compose/ComposerViewModel.h"
-#include "hierarchy/LocationViewModel.h"
+#include "hierarchy/LocationPickerViewModel.h"
 #include "myday/MyDayViewModel.h"
 #include "shell/PopoverWindow.h"
 #include "shell/TabPickerViewModel.h"
@@ -25,7 +25,7 @@ public:
     PopoverWindow& window() { return m_window; }
     AuthViewModel& auth() { return m_auth; }
     OnboardingModel& onboarding() { return m_onboarding; }
-    LocationViewModel& location() { return m_location; }
+    LocationPickerViewModel& location() { return m_location; }
     AttachmentListModel& attachments() { return m_attachments; }
     ComposerViewModel& composer() { return m_composer; }
     SubmitViewModel& submit() { return m_submit; }
@@ -35,7 +35,7 @@ public:
 private:
     AuthViewModel m_auth;
     OnboardingModel m_onboarding;
-    LocationViewModel m_location;
+    LocationPickerViewModel m_location;
     AttachmentListModel m_attachments;
     ComposerViewModel m_composer;
     SubmitViewModel m_submit;

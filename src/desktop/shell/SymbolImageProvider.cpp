@@ -29,6 +29,12 @@ const QHash<QString, QStringList>& themeNames() {
         {QStringLiteral("link"), {QStringLiteral("insert-link-symbolic"), QStringLiteral("insert-link")}},
         {QStringLiteral("bell"), {QStringLiteral("appointment-soon-symbolic"), QStringLiteral("appointment-soon")}},
         {QStringLiteral("ellipsis"), {QStringLiteral("view-more-symbolic"), QStringLiteral("view-more")}},
+        {QStringLiteral("building.2.crop.circle"),
+         {QStringLiteral("network-workgroup-symbolic"), QStringLiteral("network-workgroup")}},
+        {QStringLiteral("chevron.down"), {QStringLiteral("pan-down-symbolic"), QStringLiteral("go-down")}},
+        {QStringLiteral("checkmark"), {QStringLiteral("object-select-symbolic"), QStringLiteral("object-select")}},
+        {QStringLiteral("star"), {QStringLiteral("non-starred-symbolic"), QStringLiteral("non-starred")}},
+        {QStringLiteral("star.fill"), {QStringLiteral("starred-symbolic"), QStringLiteral("starred")}},
     };
     return names;
 }

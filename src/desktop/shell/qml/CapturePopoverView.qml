@@ -8,7 +8,7 @@ Pane {
 
     required property AuthViewModel auth
     required property OnboardingModel onboarding
-    required property LocationViewModel location
+    required property LocationPickerViewModel location
     required property AttachmentListModel attachments
     required property ComposerViewModel composer
     required property SubmitViewModel submit

@@ -1,15 +1,12 @@
 #include "hierarchy/LocationPickerModel.h"
 
 #include "async/StartTask.h"
+#include "support/TypedText.h"
 
 #include <QPointer>
 #include <algorithm>
 
 namespace {
-
-bool isBlank(QChar character) {
-    return character == u' ' || character == u'\t';
-}
 
 // Plain string order, by space, folder (none counts as empty) and list name.
 bool sortsBefore(const ListEntry& left, const ListEntry& right) {
@@ -63,15 +60,7 @@ void LocationPickerModel::setSearchText(const QString& text) {
 }
 
 QString LocationPickerModel::query() const {
-    qsizetype begin = 0;
-    qsizetype end = m_searchText.size();
-    while (begin < end && isBlank(m_searchText.at(begin))) {
-        ++begin;
-    }
-    while (end > begin && isBlank(m_searchText.at(end - 1))) {
-        --end;
-    }
-    return m_searchText.sliced(begin, end - begin).toLower();
+    return TypedText::trimmedOfSpacesAndTabs(m_searchText).toLower();
 }
 
 QList<ListEntry> LocationPickerModel::filteredEntries() const {

@@ -149,6 +149,11 @@ private slots:
         key(Qt::Key_Tab);
         QCOMPARE(focusedName(), QStringLiteral("bookmarkStar"));
         QCOMPARE(focused()->property("text").toString(), QStringLiteral("Add to bookmarks"));
+        // The keyboard stays in the picker: after the star comes the search field again, and back.
+        key(Qt::Key_Tab);
+        QCOMPARE(focusedName(), QStringLiteral("locationSearch"));
+        QTest::keyClick(&popover(), Qt::Key_Backtab, Qt::ShiftModifier);
+        QCOMPARE(focusedName(), QStringLiteral("bookmarkStar"));
     }
 
     void theStarKeepsAListAmongTheBookmarksInTheSettingsFileAndTakesItOut() {

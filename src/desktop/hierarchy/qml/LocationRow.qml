@@ -86,6 +86,7 @@ ItemDelegate {
             objectName: "bookmarkStar"
             display: AbstractButton.IconOnly
             icon.source: root.isBookmarked ? "image://symbol/star.fill" : "image://symbol/star"
+            icon.color: root.highlighted ? root.palette.highlightedText : root.palette.buttonText
             icon.width: 16
             icon.height: 16
             implicitWidth: 32

@@ -90,6 +90,7 @@ private slots:
         QTRY_COMPARE(picker.model.workspaceID(), QStringLiteral("a"));
         QCOMPARE(picker.settings.settings().preferredWorkspaceID, QStringLiteral("a"));
         QTRY_VERIFY(picker.hierarchy.entriesByWorkspace().contains(QStringLiteral("a")));
+        QTRY_VERIFY(picker.hierarchy.loadingLists().isEmpty());
     }
 
     void aPreferredWorkspaceThatIsNotAmongTheKnownOnesGivesWayWhenThePickerAppears() {
@@ -100,6 +101,8 @@ private slots:
         picker.model.appear();
         QTRY_COMPARE(picker.model.workspaceID(), QStringLiteral("a"));
         QCOMPARE(picker.settings.settings().preferredWorkspaceID, QStringLiteral("a"));
+        // The lists of the other workspace were asked for meanwhile; the test ends with their answer.
+        QTRY_VERIFY(picker.hierarchy.loadingLists().isEmpty());
     }
 
     void theWorkspaceComesFromTheCurrentListThenThePreferredThenTheLastLocationThenTheFirst() {
@@ -133,6 +136,8 @@ private slots:
         picker.settings.set(&AppSettings::preferredWorkspaceID, QStringLiteral("b"));
         picker.model.appear();
         QCOMPARE(picker.model.workspaceID(), QStringLiteral("d"));
+        // The chosen list's details are asked for; the test ends when they have been answered.
+        QTRY_VERIFY(!picker.location.currentContext()->isLoading());
     }
 
     void choosingAWorkspaceMakesItPreferredAndLoadsItsListsWithoutForce() {

@@ -159,21 +159,11 @@ void LocationPickerModel::followWorkspaces() {
 }
 
 QCoro::Task<> LocationPickerModel::refresh() {
-    if (m_workspaceID) {
-        QCoro::Task<> load = hierarchy().loadEntries(*m_workspaceID, true);
-        co_await std::move(load);
-    }
-}
-
-QCoro::Task<> LocationPickerModel::tryAgain() {
     QPointer<LocationPickerModel> self(this);
-    if (hierarchy().workspaces().isEmpty()) {
-        QCoro::Task<> workspaces = loadWorkspaces();
-        co_await std::move(workspaces);
-        if (!self) {
-            co_return;
-        }
+    QCoro::Task<> workspaces = hierarchy().loadWorkspaces(true);
+    co_await std::move(workspaces);
+    if (self && self->m_workspaceID) {
+        QCoro::Task<> entries = self->hierarchy().loadEntries(*self->m_workspaceID, true);
+        co_await std::move(entries);
     }
-    QCoro::Task<> entries = self->refresh();
-    co_await std::move(entries);
 }

@@ -55,10 +55,9 @@ public:
     // list's first, then the preferred, the last location's, and the first one known.
     void appear();
     void disappear() { m_shown = false; }
-    // The refresh button: the shown workspace's lists fetched again.
+    // The refresh button and "Try again": the workspaces and the shown workspace's lists fetched
+    // again, also when known.
     QCoro::Task<> refresh();
-    // "Try again" after a failure: the workspaces when none are known, then the lists.
-    QCoro::Task<> tryAgain();
 
 signals:
     void workspaceIDChanged();

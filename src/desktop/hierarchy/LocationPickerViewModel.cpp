@@ -104,10 +104,6 @@ void LocationPickerViewModel::refresh() {
     startTask(this, m_model.refresh());
 }
 
-void LocationPickerViewModel::tryAgain() {
-    startTask(this, m_model.tryAgain());
-}
-
 const ListEntry* LocationPickerViewModel::entryAt(int row) const {
     return row >= 0 && row < m_rows.entries().size() ? &m_rows.entries().at(row) : nullptr;
 }

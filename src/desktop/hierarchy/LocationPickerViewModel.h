@@ -64,10 +64,8 @@ public:
     Q_INVOKABLE void appear() { m_model.appear(); }
     Q_INVOKABLE void disappear() { m_model.disappear(); }
     Q_INVOKABLE void chooseWorkspace(int index);
-    // The header's refresh button.
+    // The header's refresh button, and "Try again" after a failed load.
     Q_INVOKABLE void refresh();
-    // "Try again" after a failed load.
-    Q_INVOKABLE void tryAgain();
     // The list of a row: handed on, then the picker closes.
     Q_INVOKABLE void choose(int row);
     Q_INVOKABLE void toggleBookmark(int row);

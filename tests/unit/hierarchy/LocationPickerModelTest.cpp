@@ -252,8 +252,9 @@ private slots:
         QCOMPARE(picker.model.content(), LocationPickerModel::Content::failed);
         QVERIFY(picker.hierarchy.lastError().has_value());
 
+        picker.fake.service.answer(QStringLiteral("team"), wrapped("teams", {record("w")}));
         picker.fake.service.answer(QStringLiteral("team/w/space"), wrapped("spaces", {}));
-        runTask(picker.model.tryAgain());
+        runTask(picker.model.refresh());
         QCOMPARE(picker.model.content(), LocationPickerModel::Content::empty);
         picker.model.setSearchText(QStringLiteral("zzz"));
         QCOMPARE(picker.model.content(), LocationPickerModel::Content::noMatch);
@@ -264,12 +265,14 @@ private slots:
         QCOMPARE(picker.model.content(), LocationPickerModel::Content::rows);
     }
 
-    void refreshFetchesTheListsAgainEvenWhenKnown() {
+    void refreshFetchesTheWorkspacesAndTheListsAgainEvenWhenKnown() {
         Picker picker;
+        picker.fake.service.answer(QStringLiteral("team"), wrapped("teams", {record("w"), record("new")}));
         picker.fake.service.answer(QStringLiteral("team/w/space"), wrapped("spaces", {}));
         picker.show(tree());
         runTask(picker.model.refresh());
-        QCOMPARE(picker.fake.service.paths, QStringList{QStringLiteral("team/w/space")});
+        QCOMPARE(picker.fake.service.paths, (QStringList{QStringLiteral("team"), QStringLiteral("team/w/space")}));
+        QCOMPARE(picker.hierarchy.workspaces().size(), 2);
         QVERIFY(picker.model.filteredEntries().isEmpty());
     }
 

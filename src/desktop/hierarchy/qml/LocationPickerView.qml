@@ -236,7 +236,7 @@ Popup {
                 visible: root.picker.content === LocationPickerViewModel.Failed
                 text: qsTr("Try again")
                 Accessible.name: text
-                onClicked: root.picker.tryAgain()
+                onClicked: root.picker.refresh()
             }
 
             Item {

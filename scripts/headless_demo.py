@@ -319,12 +319,17 @@ def main(binary, sandbox_binary, out):
             screenshot(out, "2-wrong-token.png")
             type_into_popover(token)
             screenshot(out, "3-signed-in.png")
-            # The list chooser loads the lists when it takes the keyboard; each Down picks the next.
+            # Return on the location selector opens the picker, which loads the lists; typing
+            # searches them and Return chooses the first match.
             ui = pump_until(lambda: application("NorvaneBar"), what="NorvaneBar on the accessibility bus")
-            pump_until(lambda: find(ui, None, "List for new tasks"), what="the list chooser") \
+            pump_until(lambda: find(ui, None, "List for new tasks"), what="the location selector") \
                 .grab_focus()
             time.sleep(SETTLE)
-            subprocess.run(["xdotool", "key", "Down", "Down"], check=True)
+            subprocess.run(["xdotool", "key", "Return"], check=True)
+            shown(ui, "Sprint 12 · Web")
+            subprocess.run(["xdotool", "type", "--delay", "5", "Web"], check=True)
+            time.sleep(SETTLE)
+            subprocess.run(["xdotool", "key", "Return"], check=True)
             screenshot(out, "4-list-chosen.png")
             uris, picture = sample_files(out)
             paste("text/uri-list", uris)

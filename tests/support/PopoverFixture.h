@@ -67,7 +67,7 @@ struct PopoverFixture {
     PopoverWindow& popover = pages.window();
     AuthViewModel* const auth = &pages.auth();
     OnboardingModel* const onboarding = &pages.onboarding();
-    LocationViewModel* const location = &pages.location();
+    LocationPickerViewModel* const location = &pages.location();
     AttachmentListModel* const attachments = &pages.attachments();
     ComposerViewModel* const composer = &pages.composer();
     TemplateMenuViewModel* const templates = &pages.templates();

@@ -21,5 +21,7 @@ struct ListEntry {
     QList<NVStatus> spaceStatuses;
 
     const QString& id() const { return list.id; }
+    // Where the list stands: the space's name, then " › " and the folder's name when it has one.
+    QString path() const { return folderName ? spaceName + QStringLiteral(" › ") + *folderName : spaceName; }
     bool operator==(const ListEntry&) const = default;
 };

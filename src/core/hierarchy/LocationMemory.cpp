@@ -55,13 +55,9 @@ QCoro::Task<> LocationMemory::restoreLastLocation() {
 
 void LocationMemory::selectLocation(const ListEntry& entry) {
     const bool sameList = m_currentContext && m_currentContext->entry().list.id == entry.list.id;
-    QString path = entry.spaceName;
-    if (entry.folderName) {
-        path += QStringLiteral(" › ") + *entry.folderName;
-    }
-    m_settings.modify([&entry, &path](AppSettings& changed) {
+    m_settings.modify([&entry](AppSettings& changed) {
         changed.preferredWorkspaceID = entry.workspaceID;
-        changed.lastLocation = SavedLocation{entry.workspaceID, entry.list.id, entry.list.name, path};
+        changed.lastLocation = SavedLocation{entry.workspaceID, entry.list.id, entry.list.name, entry.path()};
     });
     if (sameList) {
         return;

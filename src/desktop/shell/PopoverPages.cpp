@@ -5,7 +5,7 @@
 PopoverPages::PopoverPages(AppState& app, QClipboard& clipboard)
     : m_auth(app.auth())
     , m_onboarding(app.auth(), app.serviceAddresses())
-    , m_location(app.location(), app.auth())
+    , m_location(app.settings(), app.location(), app.serviceAddresses().webBaseURL)
     , m_attachments(app.draft())
     , m_composer(app.draft(), app.submit())
     , m_templates(app)

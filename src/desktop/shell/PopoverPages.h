@@ -8,7 +8,7 @@
 #include "compose/AttachmentListModel.h"
 #include "compose/ComposerViewModel.h"
 #include "compose/TemplateMenuViewModel.h"
-#include "hierarchy/LocationViewModel.h"
+#include "hierarchy/LocationPickerViewModel.h"
 #include "myday/MyDayViewModel.h"
 #include "shell/PopoverWindow.h"
 #include "shell/TabPickerViewModel.h"
@@ -27,7 +27,7 @@ public:
     PopoverWindow& window() { return m_window; }
     AuthViewModel& auth() { return m_auth; }
     OnboardingModel& onboarding() { return m_onboarding; }
-    LocationViewModel& location() { return m_location; }
+    LocationPickerViewModel& location() { return m_location; }
     AttachmentListModel& attachments() { return m_attachments; }
     ComposerViewModel& composer() { return m_composer; }
     TemplateMenuViewModel& templates() { return m_templates; }
@@ -39,7 +39,7 @@ public:
 private:
     AuthViewModel m_auth;
     OnboardingModel m_onboarding;
-    LocationViewModel m_location;
+    LocationPickerViewModel m_location;
     AttachmentListModel m_attachments;
     ComposerViewModel m_composer;
     TemplateMenuViewModel m_templates;

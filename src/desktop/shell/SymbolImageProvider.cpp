@@ -32,6 +32,12 @@ const QHash<QString, QStringList>& themeNames() {
         {QStringLiteral("doc.on.doc"), {QStringLiteral("edit-copy-symbolic"), QStringLiteral("edit-copy")}},
         {QStringLiteral("doc.fill"), {QStringLiteral("text-x-generic-symbolic"), QStringLiteral("text-x-generic")}},
         {QStringLiteral("film.fill"), {QStringLiteral("video-x-generic-symbolic"), QStringLiteral("video-x-generic")}},
+        {QStringLiteral("building.2.crop.circle"),
+         {QStringLiteral("network-workgroup-symbolic"), QStringLiteral("network-workgroup")}},
+        {QStringLiteral("chevron.down"), {QStringLiteral("pan-down-symbolic"), QStringLiteral("go-down")}},
+        {QStringLiteral("checkmark"), {QStringLiteral("object-select-symbolic"), QStringLiteral("object-select")}},
+        {QStringLiteral("star"), {QStringLiteral("non-starred-symbolic"), QStringLiteral("non-starred")}},
+        {QStringLiteral("star.fill"), {QStringLiteral("starred-symbolic"), QStringLiteral("starred")}},
     };
     return names;
 }

@@ -163,17 +163,17 @@ private slots:
 
     void theChosenListIsShownAndRemembered() {
         connectWith(m_sandbox.token());
-        LocationViewModel& location = *m_fixture->location;
-        location.loadEntries();
-        QTRY_VERIFY(!location.entryTitles().isEmpty());
+        LocationPickerViewModel& location = *m_fixture->location;
         QCOMPARE(location.locationTitle(), QStringLiteral("Choose workspace and list…"));
-        QCOMPARE(location.currentIndex(), -1);
-        location.select(1);
-        QCOMPARE(location.currentIndex(), 1);
-        const QString name = m_fixture->app->currentContext()->entry().list.name;
-        QVERIFY(location.entryTitles().at(1).endsWith(QStringLiteral(" › ") + name));
-        QTRY_COMPARE(textOf(QStringLiteral("locationTitle")), name);
-        QCOMPARE(m_fixture->app->settings().settings().lastLocation->listName, name);
+        QCOMPARE(location.selectedListID(), QString());
+        location.appear();
+        QTRY_VERIFY(location.rowModel().rowCount() > 1);
+        const ListEntry second = location.rowModel().entries().at(1);
+        location.choose(1);
+        QCOMPARE(location.selectedListID(), second.id());
+        QCOMPARE(m_fixture->app->currentContext()->entry(), second);
+        QTRY_COMPARE(textOf(QStringLiteral("locationTitle")), second.list.name);
+        QCOMPARE(m_fixture->app->settings().settings().lastLocation->listName, second.list.name);
     }
 
     void validationShowsConnecting() {

@@ -37,7 +37,11 @@ class ListNamesTest : public QObject {
         return titles;
     }
 
-    QQuickItem* chooser() const { return qobject_cast<QQuickItem*>(m_fixture->find(QStringLiteral("listChooser"))); }
+    // The picker, opened as the location selector opens it.
+    QObject* picker() const { return m_fixture->find(QStringLiteral("locationPicker")); }
+    QQuickItem* inPicker(const QString& objectName) const {
+        return QuickItems::visualChild(picker()->property("contentItem").value<QQuickItem*>(), objectName);
+    }
 
     // Draws the popover now, so that whatever its text items lay out is laid out and painted.
     void render() { QVERIFY(!m_fixture->popover.grabWindow().isNull()); }
@@ -53,57 +57,68 @@ private slots:
         m_fixture->onboarding->connect();
         QTRY_VERIFY_WITH_TIMEOUT(finished.count() == 1, 10'000);
         QCOMPARE(m_fixture->onboarding->errorMessage(), QString());
-        QTRY_VERIFY(chooser());
-        m_fixture->location->loadEntries();
-        QTRY_COMPARE(m_fixture->location->entryTitles().size(), expectedTitles().size());
+        QTRY_VERIFY(picker());
+        QVERIFY(QMetaObject::invokeMethod(picker(), "open"));
+        QTRY_VERIFY(picker()->property("opened").toBool());
+        QTRY_COMPARE(m_fixture->location->rowModel().rowCount(), expectedTitles().size());
     }
 
     void cleanup() { m_fixture.reset(); }
 
     void theModelKeepsEveryNameAsTheServiceWroteIt() {
-        QStringList titles = m_fixture->location->entryTitles();
+        QStringList titles;
+        for (const ListEntry& entry : m_fixture->location->rowModel().entries()) {
+            titles.append(entry.path() + QStringLiteral(" › ") + entry.list.name);
+        }
         QStringList expected = expectedTitles();
         titles.sort();
         expected.sort();
         QCOMPARE(titles, expected);
     }
 
-    void theOpenChooserListsEveryNameAsPlainText() {
-        const QStringList titles = m_fixture->location->entryTitles();
-        auto* popup = chooser()->property("popup").value<QObject*>();
-        QVERIFY(popup);
-        QVERIFY(QMetaObject::invokeMethod(popup, "open"));
-        QTRY_VERIFY(popup->property("opened").toBool());
-        render();
-        auto* view = popup->property("contentItem").value<QQuickItem*>();
+    void theOpenPickerListsEveryNameAsPlainTextAndElidesTheLongOnes() {
+        const QList<ListEntry> entries = m_fixture->location->rowModel().entries();
+        auto* view = qobject_cast<QQuickItem*>(inPicker(QStringLiteral("locationList")));
         QVERIFY(view);
-        QTRY_COMPARE(view->property("count").toInt(), titles.size());
-        for (int index = 0; index < titles.size(); ++index) {
+        render();
+        QTRY_COMPARE(view->property("count").toInt(), entries.size());
+        const qreal popoverWidth = m_fixture->popover.width();
+        for (int index = 0; index < entries.size(); ++index) {
             constexpr int contain = 4; // ListView.Contain
             QVERIFY(QMetaObject::invokeMethod(view, "positionViewAtIndex", Q_ARG(int, index), Q_ARG(int, contain)));
-            QQuickItem* delegate = nullptr;
-            QVERIFY(
-                QMetaObject::invokeMethod(view, "itemAtIndex", Q_RETURN_ARG(QQuickItem*, delegate), Q_ARG(int, index)));
-            QVERIFY(delegate);
+            QQuickItem* row = nullptr;
+            QVERIFY(QMetaObject::invokeMethod(view, "itemAtIndex", Q_RETURN_ARG(QQuickItem*, row), Q_ARG(int, index)));
+            QVERIFY(row);
             render();
-            QCOMPARE(QuickItems::plainText(delegate->property("contentItem").value<QObject*>()), titles.at(index));
+            QQuickItem* name = QuickItems::visualChild(row, QStringLiteral("listName"));
+            QCOMPARE(QuickItems::plainText(name), entries.at(index).list.name);
+            QCOMPARE(QuickItems::plainText(QuickItems::visualChild(row, QStringLiteral("listPath"))),
+                     entries.at(index).path());
+            // Whole inside the popover: a long name is cut short, never the popover made wider.
+            QVERIFY(name->mapToScene(QPointF(name->width(), 0)).x() <= popoverWidth);
+            if (entries.at(index).list.name == SandboxDemo::longListName()) {
+                QVERIFY(name->property("truncated").toBool());
+            }
         }
+        QCOMPARE(m_fixture->popover.width(), popoverWidth);
+        QCOMPARE(QuickItems::plainText(
+                     inPicker(QStringLiteral("workspacePicker"))->property("contentItem").value<QObject*>()),
+                 QStringLiteral("Hostile & <b>names</b>"));
         QCOMPARE(m_fixture->picturesFetchedAfterPainting(m_sandbox), QStringList());
     }
 
-    void theChosenNameShowsAsPlainTextInTheClosedChooserAndTheTitle() {
-        const QStringList titles = m_fixture->location->entryTitles();
-        auto* content = chooser()->property("contentItem").value<QObject*>();
-        QObject* title = m_fixture->find(QStringLiteral("locationTitle"));
+    void theChosenNameShowsAsPlainTextInTheTitle() {
+        const QList<ListEntry> entries = m_fixture->location->rowModel().entries();
+        auto* title = qobject_cast<QQuickItem*>(m_fixture->find(QStringLiteral("locationTitle")));
         QVERIFY(title);
-        for (int index = 0; index < titles.size(); ++index) {
-            m_fixture->location->select(index);
-            QCOMPARE(m_fixture->location->currentIndex(), index);
+        for (int index = 0; index < entries.size(); ++index) {
+            m_fixture->location->choose(index);
             const QString name = m_fixture->app->currentContext()->entry().list.name;
+            QCOMPARE(name, entries.at(index).list.name);
             QVERIFY2(expectedListNames().contains(name), qPrintable(name));
             render();
-            QTRY_COMPARE(QuickItems::plainText(content), titles.at(index));
             QTRY_COMPARE(QuickItems::plainText(title), name);
+            QVERIFY(title->mapToScene(QPointF(title->width(), 0)).x() <= m_fixture->popover.width());
         }
         QCOMPARE(m_fixture->picturesFetchedAfterPainting(m_sandbox), QStringList());
     }

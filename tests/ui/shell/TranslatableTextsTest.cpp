@@ -102,8 +102,6 @@ private slots:
         }
         QCOMPARE(signedIn->findChild<QObject*>(QStringLiteral("signedInUser"))->property("text").toString(),
                  marked(u"Signed in as %1").arg(QString()));
-        QCOMPARE(signedIn->findChild<QObject*>(QStringLiteral("listChooser"))->property("displayText").toString(),
-                 marked(u"Choose workspace and list…"));
         QCOMPARE(signedIn->findChild<QObject*>(QStringLiteral("locationTitle"))->property("text").toString(),
                  marked(u"Choose workspace and list…"));
         QCOMPARE(signedIn->findChild<QObject*>(QStringLiteral("attachmentCount"))->property("text").toString(),
@@ -122,6 +120,35 @@ private slots:
         QCOMPARE(sheet->property("title").toString(), marked(u"Save as Template"));
         QCOMPARE(signedIn->findChild<QObject*>(QStringLiteral("saveFailedDialog"))->property("title").toString(),
                  marked(u"Couldn't save file"));
+    }
+
+    void theLocationPickerButNotTheNamesOfLists() {
+        const std::unique_ptr<QQuickItem> selector =
+            page(QStringLiteral("hierarchy/qml/LocationSelector.qml"),
+                 {{QStringLiteral("picker"), QVariant::fromValue(m_fixture->location)}});
+        QVERIFY(selector);
+        QCOMPARE(selector->findChild<QObject*>(QStringLiteral("locationTitle"))->property("text").toString(),
+                 marked(u"Choose workspace and list…"));
+        auto* pickerView = selector->findChild<QObject*>(QStringLiteral("locationPicker"));
+        QVERIFY(pickerView);
+        const QStringList names = QuickItems::accessibleNames(pickerView->property("contentItem").value<QQuickItem*>());
+        for (const char16_t* text :
+             {u"Search lists", u"Workspace", u"Refresh lists", u"Lists", u"No lists in this workspace", u"Try again"}) {
+            QVERIFY2(names.contains(marked(text)), qPrintable(names.join(u'|')));
+        }
+        QCOMPARE(m_fixture->location->noMatchTitle(), marked(u"No lists match “%1”").arg(QString()));
+
+        const std::unique_ptr<QQuickItem> row =
+            page(QStringLiteral("hierarchy/qml/LocationRow.qml"),
+                 {{QStringLiteral("picker"), QVariant::fromValue(m_fixture->location)},
+                  {QStringLiteral("index"), 0},
+                  {QStringLiteral("listID"), QStringLiteral("1")},
+                  {QStringLiteral("name"), QStringLiteral("Inbox")},
+                  {QStringLiteral("path"), QStringLiteral("Product")}});
+        QVERIFY(row);
+        const QStringList rowNames = QuickItems::accessibleNames(row.get());
+        QVERIFY2(rowNames.contains(marked(u"Add to bookmarks")), qPrintable(rowNames.join(u'|')));
+        QVERIFY2(rowNames.contains(QStringLiteral("Inbox")), qPrintable(rowNames.join(u'|')));
     }
 
     void anAttachmentThumbnailButNotItsFilename() {

@@ -9,7 +9,7 @@ Pane {
 
     required property AuthViewModel auth
     required property OnboardingModel onboarding
-    required property LocationViewModel location
+    required property LocationPickerViewModel location
     required property AttachmentListModel attachments
     required property ComposerViewModel composer
     required property TemplateMenuViewModel templates

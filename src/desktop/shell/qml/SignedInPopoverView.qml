@@ -11,7 +11,7 @@ Pane {
     id: root
 
     required property AuthViewModel auth
-    required property LocationViewModel location
+    required property LocationPickerViewModel location
     required property AttachmentListModel attachments
     required property ComposerViewModel composer
     required property TemplateMenuViewModel templates
@@ -47,60 +47,9 @@ Pane {
             Accessible.name: text
         }
 
-        Label {
-            objectName: "locationTitle"
+        LocationSelector {
             Layout.fillWidth: true
-            elide: Text.ElideRight
-            font.bold: true
-            textFormat: Text.PlainText
-            text: root.location.locationTitle
-            Accessible.name: text
-        }
-
-        ComboBox {
-            id: listChooser
-
-            objectName: "listChooser"
-            Layout.fillWidth: true
-            model: root.location.entryTitles
-            currentIndex: root.location.currentIndex
-            displayText: currentIndex < 0 ? qsTr("Choose workspace and list…") : currentText
-            onActivated: index => root.location.select(index)
-            onActiveFocusChanged: if (activeFocus) root.location.loadEntries()
-            onPressedChanged: if (pressed) root.location.loadEntries()
-            Accessible.name: qsTr("List for new tasks")
-
-            // Names are the service's: plain text, and no text on the delegate, where "&" would
-            // make a mnemonic.
-            contentItem: Label {
-                leftPadding: listChooser.mirrored ? 1 : 12
-                rightPadding: listChooser.mirrored ? 12 : 1
-                verticalAlignment: Text.AlignVCenter
-                elide: Text.ElideRight
-                textFormat: Text.PlainText
-                color: listChooser.palette.buttonText
-                text: listChooser.displayText
-            }
-
-            delegate: ItemDelegate {
-                id: entry
-
-                required property int index
-                required property string modelData
-
-                width: ListView.view.width
-                highlighted: listChooser.highlightedIndex === index
-                hoverEnabled: listChooser.hoverEnabled
-                Accessible.name: modelData
-
-                contentItem: Label {
-                    elide: Text.ElideRight
-                    textFormat: Text.PlainText
-                    font.weight: listChooser.currentIndex === entry.index ? Font.DemiBold : Font.Normal
-                    color: entry.highlighted ? listChooser.palette.highlightedText : listChooser.palette.text
-                    text: entry.modelData
-                }
-            }
+            picker: root.location
         }
 
         ComposeTabPicker {

@@ -2,6 +2,7 @@
 
 #include "settings/SettingsDate.h"
 #include "support/DoubleText.h"
+#include "support/SpacesAndTabs.h"
 #include "json/JsonEncoding.h"
 
 #include <QList>
@@ -16,28 +17,11 @@ static_assert(caseKeys.size() == std::variant_size_v<CustomValue::Case>);
 
 const QString payloadKey = QStringLiteral("_0");
 
-bool isSpaceOrTab(QChar c) {
-    return c == u' ' || c == u'\t';
-}
-
-// Typed text loses the spaces and tabs around it, never its newlines.
-QString trimmedOfSpacesAndTabs(const QString& text) {
-    qsizetype begin = 0;
-    qsizetype end = text.size();
-    while (begin < end && isSpaceOrTab(text.at(begin))) {
-        ++begin;
-    }
-    while (end > begin && isSpaceOrTab(text.at(end - 1))) {
-        --end;
-    }
-    return text.sliced(begin, end - begin);
-}
-
 // A number as the service expects it: a whole number as an integer, anything else as a double.
 // A whole number beyond 64 bits can't be an integer; it is sent as the number it is rather than
 // dropped, so that what the user typed reaches the service.
 std::optional<JSONValue> numberValue(const QString& typed) {
-    const std::optional<double> number = DoubleText::parse(trimmedOfSpacesAndTabs(typed));
+    const std::optional<double> number = DoubleText::parse(SpacesAndTabs::trimmed(typed));
     if (!number) {
         return std::nullopt;
     }
@@ -49,8 +33,8 @@ std::optional<JSONValue> numberValue(const QString& typed) {
 }
 
 struct IsEmpty {
-    bool operator()(const CustomValue::Text& value) const { return trimmedOfSpacesAndTabs(value.text).isEmpty(); }
-    bool operator()(const CustomValue::Number& value) const { return trimmedOfSpacesAndTabs(value.text).isEmpty(); }
+    bool operator()(const CustomValue::Text& value) const { return SpacesAndTabs::trimmed(value.text).isEmpty(); }
+    bool operator()(const CustomValue::Number& value) const { return SpacesAndTabs::trimmed(value.text).isEmpty(); }
     bool operator()(const CustomValue::Option& value) const { return !value.id; }
     bool operator()(const CustomValue::Labels& value) const { return value.ids.isEmpty(); }
     bool operator()(const CustomValue::Date& value) const { return !value.date; }
@@ -59,7 +43,7 @@ struct IsEmpty {
 
 struct ServiceValue {
     std::optional<JSONValue> operator()(const CustomValue::Text& value) const {
-        QString text = trimmedOfSpacesAndTabs(value.text);
+        QString text = SpacesAndTabs::trimmed(value.text);
         if (text.isEmpty()) {
             return std::nullopt;
         }

@@ -15,6 +15,9 @@ std::optional<QDateTime> firstInstantAt(QDate day, QTime time, const QTimeZone& 
     // The wall time read as UTC, less each offset the zone has around that day, names every
     // instant with that wall time.
     const QDateTime asUtc(day, time, Qt::UTC);
+    if (!asUtc.isValid()) {
+        return std::nullopt;
+    }
     std::array offsets{zone.offsetFromUtc(asUtc.addSecs(-secondsPerDay)), zone.offsetFromUtc(asUtc),
                        zone.offsetFromUtc(asUtc.addSecs(secondsPerDay))};
     std::optional<QDateTime> first;
@@ -44,7 +47,12 @@ QDateTime at(int hour, int daysFromNow, const Clock& clock, const QTimeZone& zon
     if (!shifted.isValid()) {
         return clock().addDays(daysFromNow).toUTC();
     }
-    return firstInstantAt(shifted.date(), QTime(hour, 0), zone).value_or(shifted.toUTC());
+    const QDateTime instant = onDay(shifted.date(), QTime(hour, 0), zone);
+    return instant.isValid() ? instant : shifted.toUTC();
+}
+
+QDateTime onDay(QDate day, QTime time, const QTimeZone& zone) {
+    return firstInstantAt(day, time, zone).value_or(QDateTime());
 }
 
 QDateTime todayAtFive(const Clock& clock, const QTimeZone& zone) {

@@ -13,6 +13,10 @@ namespace DueDateChoices {
 // occurrence. When no such day can be made, now plus the days.
 QDateTime at(int hour, int daysFromNow, const Clock& clock, const QTimeZone& zone = QTimeZone::systemTimeZone());
 
+// The first instant at which the zone's clocks read that day and time; when the clocks skip that
+// time, the moment they skip to. Invalid when the day can't be made.
+QDateTime onDay(QDate day, QTime time, const QTimeZone& zone = QTimeZone::systemTimeZone());
+
 // "Today 5 PM" and "Tomorrow 9 AM".
 QDateTime todayAtFive(const Clock& clock, const QTimeZone& zone = QTimeZone::systemTimeZone());
 QDateTime tomorrowAtNine(const Clock& clock, const QTimeZone& zone = QTimeZone::systemTimeZone());

@@ -27,6 +27,7 @@ public:
     OnboardingModel& onboarding() { return m_onboarding; }
     LocationViewModel& location() { return m_location; }
     AttachmentListModel& attachments() { return m_attachments; }
+    FieldChipsViewModel& fieldChips() { return m_fieldChips; }
     ComposerViewModel& composer() { return m_composer; }
     SubmitViewModel& submit() { return m_submit; }
     TabPickerViewModel& tabs() { return m_tabs; }
@@ -37,6 +38,7 @@ private:
     OnboardingModel m_onboarding;
     LocationViewModel m_location;
     AttachmentListModel m_attachments;
+    FieldChipsViewModel m_fieldChips;
     ComposerViewModel m_composer;
     SubmitViewModel m_submit;
     TabPickerViewModel m_tabs;

@@ -29,6 +29,22 @@ const QHash<QString, QStringList>& themeNames() {
         {QStringLiteral("link"), {QStringLiteral("insert-link-symbolic"), QStringLiteral("insert-link")}},
         {QStringLiteral("bell"), {QStringLiteral("appointment-soon-symbolic"), QStringLiteral("appointment-soon")}},
         {QStringLiteral("ellipsis"), {QStringLiteral("view-more-symbolic"), QStringLiteral("view-more")}},
+        {QStringLiteral("ellipsis.circle"), {QStringLiteral("view-more-symbolic"), QStringLiteral("view-more")}},
+        {QStringLiteral("person"), {QStringLiteral("avatar-default-symbolic"), QStringLiteral("user-identity")}},
+        {QStringLiteral("calendar"),
+         {QStringLiteral("x-office-calendar-symbolic"), QStringLiteral("x-office-calendar")}},
+        {QStringLiteral("flag"), {QStringLiteral("flag")}},
+        {QStringLiteral("tag"), {QStringLiteral("tag")}},
+        {QStringLiteral("chevron.down.circle"), {}},
+        {QStringLiteral("tag.circle"), {}},
+        {QStringLiteral("calendar.circle"), {}},
+        {QStringLiteral("square"), {}},
+        {QStringLiteral("checkmark.square.fill"), {}},
+        {QStringLiteral("number.circle"), {}},
+        {QStringLiteral("link.circle"), {}},
+        {QStringLiteral("envelope.circle"), {}},
+        {QStringLiteral("phone.circle"), {}},
+        {QStringLiteral("textformat.abc"), {}},
     };
     return names;
 }

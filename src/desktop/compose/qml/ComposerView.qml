@@ -123,6 +123,7 @@ ColumnLayout {
             Accessible.name: qsTr("Bulk task names")
         }
     }
+    FieldChipsRow { Layout.fillWidth: true; chips: root.composer.fieldChips }
 
     Label {
         objectName: "attachmentCount"

@@ -69,7 +69,8 @@ Button {
     Keys.onEnterPressed: root.activate()
     Accessible.role: root.kind === FieldChipListModel.Checkbox ? Accessible.CheckBox
         : root.hasMenu ? Accessible.ButtonMenu : Accessible.ButtonDropDown
-    Accessible.name: root.title === root.label ? root.label : qsTr("%1: %2").arg(root.title).arg(root.label)
+    // The field and its value; a label that already starts with the field's name stands alone.
+    Accessible.name: root.label.startsWith(root.title) ? root.label : qsTr("%1: %2").arg(root.title).arg(root.label)
     Accessible.checkable: root.kind === FieldChipListModel.Checkbox
     Accessible.checked: root.isActive
     ToolTip.visible: hovered

@@ -32,7 +32,8 @@ private slots:
 
     void qmlCannotCreateAViewModel_data() {
         QTest::addColumn<QByteArray>("type");
-        for (const char* type : {"AuthViewModel", "OnboardingModel", "LocationViewModel", "AttachmentListModel"}) {
+        for (const char* type :
+             {"AuthViewModel", "OnboardingModel", "LocationViewModel", "AttachmentListModel", "FieldChipsViewModel"}) {
             QTest::newRow(type) << QByteArray(type);
         }
     }

@@ -5,6 +5,7 @@
 #include "compose/FieldChipsViewModel.h"
 
 #include <QAccessible>
+#include <QPointer>
 #include <QQuickItem>
 #include <QTest>
 
@@ -54,7 +55,8 @@ class FieldChipsTest : public QObject {
         return tabTo(target, Qt::ShiftModifier);
     }
 
-    // Opens the chip's menu with Space and chooses the entry `downs` presses of Down away.
+    // Opens the chip's menu with Space and chooses the entry that `downs` presses of Down reach from
+    // the top.
     void chooseFromMenu(const QString& chipID, int downs) {
         QQuickItem* target = chip(chipID);
         QVERIFY(tabToChip(target));
@@ -63,14 +65,18 @@ class FieldChipsTest : public QObject {
     }
 
     void chooseFromOpenMenu(QQuickItem* target, int downs) {
-        auto* menu = target->findChild<QObject*>(QStringLiteral("chipMenu"));
-        QVERIFY(menu);
-        QTRY_VERIFY(menu->property("opened").toBool());
-        for (int press = 0; press < downs; ++press) {
-            key(Qt::Key_Down);
+        QPointer<QObject> menu;
+        QTRY_VERIFY((menu = target->findChild<QObject*>(QStringLiteral("chipMenu"))));
+        QTRY_VERIFY(menu->property("opened").toBool() && menu->property("activeFocus").toBool());
+        // The entry under the pointer may be current already: Up or Down to the wanted one.
+        const int wanted = downs - 1;
+        for (int presses = 0; presses < 20 && menu->property("currentIndex").toInt() != wanted; ++presses) {
+            key(menu->property("currentIndex").toInt() < wanted ? Qt::Key_Down : Qt::Key_Up);
         }
+        QCOMPARE(menu->property("currentIndex").toInt(), wanted);
         key(Qt::Key_Return);
-        QTRY_VERIFY(!menu->property("visible").toBool());
+        // A closed menu is gone.
+        QTRY_VERIFY(!menu);
     }
 
     QString customID(const QString& name) {

@@ -32,7 +32,9 @@ Button {
             root.chips.toggleCheckbox(root.chipID);
         } else if (root.hasMenu) {
             root.entries = root.chips.menuEntries(root.chipID);
-            chipMenu.popup(root, 0, root.height);
+            const menu = chipMenu.createObject(root);
+            menu.closed.connect(menu.destroy);
+            menu.popup(root, 0, root.height);
         } else {
             const popover = root.popoverComponent().createObject(root, {
                 chips: root.chips,
@@ -98,25 +100,30 @@ Button {
         }
     }
 
-    Menu {
+    // Menus and popovers are made when they open, so that a row of many chips stays light.
+    Component {
         id: chipMenu
 
-        objectName: "chipMenu"
+        Menu {
+            id: menu
 
-        Repeater {
-            model: root.entries
+            objectName: "chipMenu"
 
-            PlainMenuItem {
-                required property int index
-                required property var modelData
+            Repeater {
+                model: root.entries
 
-                objectName: "chipMenuEntry"
-                label: modelData.label
-                dotColor: modelData.tint
-                owner: chipMenu
-                checkable: modelData.checkable
-                checked: modelData.checked
-                onTriggered: root.chips.chooseEntry(root.chipID, index)
+                PlainMenuItem {
+                    required property int index
+                    required property var modelData
+
+                    objectName: "chipMenuEntry"
+                    label: modelData.label
+                    dotColor: modelData.tint
+                    owner: menu
+                    checkable: modelData.checkable
+                    checked: modelData.checked
+                    onTriggered: root.chips.chooseEntry(root.chipID, index)
+                }
             }
         }
     }

@@ -2,7 +2,6 @@ pragma ComponentBehavior: Bound
 
 import QtQuick
 import QtQuick.Controls
-import QtQuick.Layouts
 import NorvaneBar
 
 // One field chip: its symbol and value, tinted with the service's colour where there is one. Space
@@ -24,19 +23,21 @@ Button {
     readonly property bool hasMenu: root.kind === FieldChipListModel.Status || root.kind === FieldChipListModel.Assignee
         || root.kind === FieldChipListModel.Priority || root.kind === FieldChipListModel.Dropdown
         || root.kind === FieldChipListModel.Labels
-    // The entries of the menu, read when it opens.
-    property var entries: []
 
     function activate() {
         if (root.kind === FieldChipListModel.Checkbox) {
             root.chips.toggleCheckbox(root.chipID);
         } else if (root.hasMenu) {
-            root.entries = root.chips.menuEntries(root.chipID);
-            const menu = chipMenu.createObject(root);
+            const menu = Qt.createComponent("ChipMenu.qml").createObject(root, {
+                chips: root.chips,
+                chipID: root.chipID,
+                entries: root.chips.menuEntries(root.chipID)
+            });
             menu.closed.connect(menu.destroy);
             menu.popup(root, 0, root.height);
         } else {
-            const popover = root.popoverComponent().createObject(root, {
+            // Menus and popovers are made when they open, so that a row of many chips stays light.
+            const popover = Qt.createComponent(root.popoverFile()).createObject(root, {
                 chips: root.chips,
                 chipID: root.chipID,
                 title: root.title,
@@ -48,16 +49,16 @@ Button {
         }
     }
 
-    function popoverComponent(): Component {
+    function popoverFile(): string {
         switch (root.kind) {
         case FieldChipListModel.DueDate:
-            return dueDatePopover;
+            return "DueDatePopover.qml";
         case FieldChipListModel.Tags:
-            return tagsPopover;
+            return "TagsPopover.qml";
         case FieldChipListModel.Date:
-            return datePopover;
+            return "DateValuePopover.qml";
         default:
-            return textPopover;
+            return "TextValuePopover.qml";
         }
     }
 
@@ -78,77 +79,25 @@ Button {
     ToolTip.visible: hovered
     ToolTip.text: root.title
 
-    contentItem: RowLayout {
+    contentItem: Row {
         spacing: 4
 
         Image {
+            anchors.verticalCenter: parent.verticalCenter
             source: "image://symbol/" + root.symbol
             sourceSize.width: 14
             sourceSize.height: 14
-            Layout.preferredWidth: 14
-            Layout.preferredHeight: 14
         }
 
         Label {
             objectName: "chipLabel"
-            Layout.maximumWidth: 160
+            anchors.verticalCenter: parent.verticalCenter
+            width: Math.min(implicitWidth, 160)
             elide: Text.ElideRight
             textFormat: Text.PlainText
             font.bold: root.isActive
             color: root.tint.length > 0 ? root.tint : root.palette.buttonText
             text: root.label
         }
-    }
-
-    // Menus and popovers are made when they open, so that a row of many chips stays light.
-    Component {
-        id: chipMenu
-
-        Menu {
-            id: menu
-
-            objectName: "chipMenu"
-
-            Repeater {
-                model: root.entries
-
-                PlainMenuItem {
-                    required property int index
-                    required property var modelData
-
-                    objectName: "chipMenuEntry"
-                    label: modelData.label
-                    dotColor: modelData.tint
-                    owner: menu
-                    checkable: modelData.checkable
-                    checked: modelData.checked
-                    onTriggered: root.chips.chooseEntry(root.chipID, index)
-                }
-            }
-        }
-    }
-
-    Component {
-        id: dueDatePopover
-
-        DueDatePopover {}
-    }
-
-    Component {
-        id: tagsPopover
-
-        TagsPopover {}
-    }
-
-    Component {
-        id: datePopover
-
-        DateValuePopover {}
-    }
-
-    Component {
-        id: textPopover
-
-        TextValuePopover {}
     }
 }

@@ -57,7 +57,8 @@ FlowLayout {
                 spacing: 6
 
                 Repeater {
-                    model: root.chips.moreChips
+                    // The chips behind "More" are made while it is open.
+                    model: morePopover.visible ? root.chips.moreChips : null
 
                     FieldChip {
                         chips: root.chips

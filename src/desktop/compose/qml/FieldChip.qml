@@ -2,6 +2,7 @@ pragma ComponentBehavior: Bound
 
 import QtQuick
 import QtQuick.Controls
+import QtQuick.Controls.impl
 import NorvaneBar
 
 // One field chip: its symbol and value, tinted with the service's colour where there is one. Space
@@ -23,6 +24,8 @@ Button {
     readonly property bool hasMenu: root.kind === FieldChipListModel.Status || root.kind === FieldChipListModel.Assignee
         || root.kind === FieldChipListModel.Priority || root.kind === FieldChipListModel.Dropdown
         || root.kind === FieldChipListModel.Labels
+    // The service's colour of the value, where it has one.
+    readonly property color textColor: root.tint.length > 0 ? root.tint : root.palette.buttonText
 
     function activate() {
         if (root.kind === FieldChipListModel.Checkbox) {
@@ -82,11 +85,13 @@ Button {
     contentItem: Row {
         spacing: 4
 
-        Image {
+        // Drawn in the text's colour, so that it reads in light and dark alike.
+        IconImage {
             anchors.verticalCenter: parent.verticalCenter
             source: "image://symbol/" + root.symbol
             sourceSize.width: 14
             sourceSize.height: 14
+            color: root.textColor
         }
 
         Label {
@@ -96,7 +101,7 @@ Button {
             elide: Text.ElideRight
             textFormat: Text.PlainText
             font.bold: root.isActive
-            color: root.tint.length > 0 ? root.tint : root.palette.buttonText
+            color: root.textColor
             text: root.label
         }
     }

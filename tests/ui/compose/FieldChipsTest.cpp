@@ -123,6 +123,22 @@ private slots:
         QVERIFY(!chip(QStringLiteral("custom-") + customID(QStringLiteral("Customer facing"))));
     }
 
+    void theSameChipsStandBelowTheDescriptionAndBelowTheBulkEditor() {
+        QQuickItem* row = item(QStringLiteral("fieldChipsRow"));
+        QVERIFY(row && row->isVisible());
+        const auto top = [](QQuickItem* target) { return target->mapToScene(QPointF(0, 0)).y(); };
+        const auto bottom = [](QQuickItem* target) { return target->mapToScene(QPointF(0, target->height())).y(); };
+        QQuickItem* description = item(QStringLiteral("taskDescription"));
+        QVERIFY(description);
+        QTRY_VERIFY(top(row) >= bottom(description->parentItem()));
+        m_fixture->composer->setBulkMode(true);
+        QQuickItem* bulkEditor = item(QStringLiteral("bulkEditor"));
+        QTRY_VERIFY(bulkEditor && bulkEditor->isVisible() && !description->isVisible());
+        QVERIFY(row->isVisible());
+        QTRY_VERIFY(top(row) >= bottom(bulkEditor->parentItem()));
+        QCOMPARE(chips().shownChips()->count(), 5);
+    }
+
     void theStatusIsChosenFromItsMenuByKeyboard() {
         // "Default status", then the list's statuses: "to do", "in progress", …
         chooseFromMenu(QStringLiteral("default-status"), 3);

@@ -96,7 +96,7 @@ private slots:
              {u"NorvaneBar", u"List for new tasks", u"Attachments", u"Paste or drop files here to attach them.",
               u"Press Esc to close.", u"Drop to attach", u"Compose mode", u"Single task",
               u"Multiple tasks — one per line", u"Task name", u"Description", u"Create Task", u"Dismiss", u"Create",
-              u"Tasks"}) {
+              u"Tasks", u"Fields", u"Status", u"Assignee", u"Due date"}) {
             QVERIFY2(names.contains(marked(text)), qPrintable(names.join(u'|')));
         }
         QCOMPARE(signedIn->findChild<QObject*>(QStringLiteral("signedInUser"))->property("text").toString(),

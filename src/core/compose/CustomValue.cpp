@@ -2,7 +2,7 @@
 
 #include "settings/SettingsDate.h"
 #include "support/DoubleText.h"
-#include "support/TypedText.h"
+#include "support/SpacesAndTabs.h"
 #include "json/JsonEncoding.h"
 
 #include <QList>
@@ -21,7 +21,7 @@ const QString payloadKey = QStringLiteral("_0");
 // A whole number beyond 64 bits can't be an integer; it is sent as the number it is rather than
 // dropped, so that what the user typed reaches the service.
 std::optional<JSONValue> numberValue(const QString& typed) {
-    const std::optional<double> number = DoubleText::parse(TypedText::trimmedOfSpacesAndTabs(typed));
+    const std::optional<double> number = DoubleText::parse(SpacesAndTabs::trimmed(typed));
     if (!number) {
         return std::nullopt;
     }
@@ -33,12 +33,8 @@ std::optional<JSONValue> numberValue(const QString& typed) {
 }
 
 struct IsEmpty {
-    bool operator()(const CustomValue::Text& value) const {
-        return TypedText::trimmedOfSpacesAndTabs(value.text).isEmpty();
-    }
-    bool operator()(const CustomValue::Number& value) const {
-        return TypedText::trimmedOfSpacesAndTabs(value.text).isEmpty();
-    }
+    bool operator()(const CustomValue::Text& value) const { return SpacesAndTabs::trimmed(value.text).isEmpty(); }
+    bool operator()(const CustomValue::Number& value) const { return SpacesAndTabs::trimmed(value.text).isEmpty(); }
     bool operator()(const CustomValue::Option& value) const { return !value.id; }
     bool operator()(const CustomValue::Labels& value) const { return value.ids.isEmpty(); }
     bool operator()(const CustomValue::Date& value) const { return !value.date; }
@@ -47,7 +43,7 @@ struct IsEmpty {
 
 struct ServiceValue {
     std::optional<JSONValue> operator()(const CustomValue::Text& value) const {
-        QString text = TypedText::trimmedOfSpacesAndTabs(value.text);
+        QString text = SpacesAndTabs::trimmed(value.text);
         if (text.isEmpty()) {
             return std::nullopt;
         }

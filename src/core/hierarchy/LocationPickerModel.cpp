@@ -1,7 +1,7 @@
 #include "hierarchy/LocationPickerModel.h"
 
 #include "async/StartTask.h"
-#include "support/TypedText.h"
+#include "support/SpacesAndTabs.h"
 
 #include <QPointer>
 #include <algorithm>
@@ -60,7 +60,7 @@ void LocationPickerModel::setSearchText(const QString& text) {
 }
 
 QString LocationPickerModel::query() const {
-    return TypedText::trimmedOfSpacesAndTabs(m_searchText).toLower();
+    return SpacesAndTabs::trimmed(m_searchText).toLower();
 }
 
 QList<ListEntry> LocationPickerModel::filteredEntries() const {

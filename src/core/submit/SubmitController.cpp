@@ -6,7 +6,7 @@
 #include "settings/SettingsStore.h"
 #include "submit/BackgroundSubmitQueue.h"
 #include "submit/SubmitNotifier.h"
-#include "support/TypedText.h"
+#include "support/SpacesAndTabs.h"
 
 #include <QCoreApplication>
 #include <QPointer>
@@ -63,7 +63,7 @@ void SubmitController::submitDraft() {
     const QString listID = context->entry().list.id;
     if (!m_isBulkMode) {
         // Spaces and tabs only: a name of other white space still counts as given.
-        if (TypedText::trimmedOfSpacesAndTabs(m_draft.name()).isEmpty()) {
+        if (SpacesAndTabs::trimmed(m_draft.name()).isEmpty()) {
             return;
         }
         std::optional<SubmitJobPayload> payload = m_draft.snapshot(listID, visibleFields);

@@ -1,9 +1,11 @@
 #include "compose/ComposerViewModel.h"
 
-ComposerViewModel::ComposerViewModel(TaskDraft& draft, SubmitController& submit, QObject* parent)
+ComposerViewModel::ComposerViewModel(TaskDraft& draft, SubmitController& submit, FieldChipsViewModel& fieldChips,
+                                     QObject* parent)
     : QObject(parent)
     , m_draft(draft)
-    , m_submit(submit) {
+    , m_submit(submit)
+    , m_fieldChips(fieldChips) {
     connect(&m_draft, &TaskDraft::nameChanged, this, &ComposerViewModel::nameChanged);
     connect(&m_draft, &TaskDraft::descriptionTextChanged, this, &ComposerViewModel::descriptionTextChanged);
     connect(&m_submit, &SubmitController::isBulkModeChanged, this, &ComposerViewModel::isBulkModeChanged);

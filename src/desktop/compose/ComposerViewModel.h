@@ -1,5 +1,6 @@
 #pragma once
 
+#include "compose/FieldChipsViewModel.h"
 #include "compose/TaskDraft.h"
 #include "submit/SubmitController.h"
 
@@ -18,9 +19,12 @@ class ComposerViewModel : public QObject {
     Q_PROPERTY(bool isBulkMode READ isBulkMode WRITE setBulkMode NOTIFY isBulkModeChanged)
     Q_PROPERTY(QString bulkLines READ bulkLines WRITE setBulkLines NOTIFY bulkLinesChanged)
     Q_PROPERTY(bool canSubmit READ canSubmit NOTIFY canSubmitChanged)
+    // The field chips, the same in both modes.
+    Q_PROPERTY(FieldChipsViewModel* fieldChips READ fieldChips CONSTANT)
 
 public:
-    ComposerViewModel(TaskDraft& draft, SubmitController& submit, QObject* parent = nullptr);
+    ComposerViewModel(TaskDraft& draft, SubmitController& submit, FieldChipsViewModel& fieldChips,
+                      QObject* parent = nullptr);
 
     QString name() const { return m_draft.name(); }
     void setName(const QString& name) { m_draft.setName(name); }
@@ -31,6 +35,7 @@ public:
     QString bulkLines() const { return m_submit.bulkLines(); }
     void setBulkLines(const QString& lines) { m_submit.setBulkLines(lines); }
     bool canSubmit() const { return m_submit.canSubmit(); }
+    FieldChipsViewModel* fieldChips() const { return &m_fieldChips; }
 
     // The submit button and Ctrl+Return; nothing while a submission can't start.
     Q_INVOKABLE void submit();
@@ -45,4 +50,5 @@ signals:
 private:
     TaskDraft& m_draft;
     SubmitController& m_submit;
+    FieldChipsViewModel& m_fieldChips;
 };

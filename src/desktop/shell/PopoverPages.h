@@ -29,6 +29,7 @@ public:
     OnboardingModel& onboarding() { return m_onboarding; }
     LocationPickerViewModel& location() { return m_location; }
     AttachmentListModel& attachments() { return m_attachments; }
+    FieldChipsViewModel& fieldChips() { return m_fieldChips; }
     ComposerViewModel& composer() { return m_composer; }
     TemplateMenuViewModel& templates() { return m_templates; }
     AttachmentExporterViewModel& exporter() { return m_exporter; }
@@ -41,6 +42,7 @@ private:
     OnboardingModel m_onboarding;
     LocationPickerViewModel m_location;
     AttachmentListModel m_attachments;
+    FieldChipsViewModel m_fieldChips;
     ComposerViewModel m_composer;
     TemplateMenuViewModel m_templates;
     AttachmentExporterViewModel m_exporter;

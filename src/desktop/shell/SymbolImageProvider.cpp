@@ -38,6 +38,22 @@ const QHash<QString, QStringList>& themeNames() {
         {QStringLiteral("checkmark"), {QStringLiteral("object-select-symbolic"), QStringLiteral("object-select")}},
         {QStringLiteral("star"), {QStringLiteral("non-starred-symbolic"), QStringLiteral("non-starred")}},
         {QStringLiteral("star.fill"), {QStringLiteral("starred-symbolic"), QStringLiteral("starred")}},
+        {QStringLiteral("ellipsis.circle"), {QStringLiteral("view-more-symbolic"), QStringLiteral("view-more")}},
+        {QStringLiteral("person"), {QStringLiteral("avatar-default-symbolic"), QStringLiteral("user-identity")}},
+        {QStringLiteral("calendar"),
+         {QStringLiteral("x-office-calendar-symbolic"), QStringLiteral("x-office-calendar")}},
+        {QStringLiteral("flag"), {QStringLiteral("flag")}},
+        {QStringLiteral("tag"), {QStringLiteral("tag")}},
+        {QStringLiteral("chevron.down.circle"), {}},
+        {QStringLiteral("tag.circle"), {}},
+        {QStringLiteral("calendar.circle"), {}},
+        {QStringLiteral("square"), {}},
+        {QStringLiteral("checkmark.square.fill"), {}},
+        {QStringLiteral("number.circle"), {}},
+        {QStringLiteral("link.circle"), {}},
+        {QStringLiteral("envelope.circle"), {}},
+        {QStringLiteral("phone.circle"), {}},
+        {QStringLiteral("textformat.abc"), {}},
     };
     return names;
 }

@@ -94,10 +94,10 @@ private slots:
                   {QStringLiteral("myDay"), QVariant::fromValue(m_fixture->myDay)}});
         QVERIFY(signedIn);
         const QStringList names = QuickItems::accessibleNames(signedIn.get());
-        for (const char16_t* text :
-             {u"NorvaneBar", u"List for new tasks", u"Attachments", u"Press Esc to close.", u"Template",
-              u"Drop to attach", u"Compose mode", u"Single task", u"Multiple tasks — one per line", u"Task name",
-              u"Description", u"Create Task", u"Dismiss", u"Create", u"Tasks"}) {
+        for (const char16_t* text : {u"NorvaneBar", u"List for new tasks", u"Attachments", u"Press Esc to close.",
+                                     u"Template", u"Drop to attach", u"Compose mode", u"Single task",
+                                     u"Multiple tasks — one per line", u"Task name", u"Description", u"Create Task",
+                                     u"Dismiss", u"Create", u"Tasks", u"Fields", u"Status", u"Assignee", u"Due date"}) {
             QVERIFY2(names.contains(marked(text)), qPrintable(names.join(u'|')));
         }
         QCOMPARE(signedIn->findChild<QObject*>(QStringLiteral("signedInUser"))->property("text").toString(),

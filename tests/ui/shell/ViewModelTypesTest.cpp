@@ -32,8 +32,8 @@ private slots:
 
     void qmlCannotCreateAViewModel_data() {
         QTest::addColumn<QByteArray>("type");
-        for (const char* type :
-             {"AuthViewModel", "OnboardingModel", "LocationPickerViewModel", "AttachmentListModel"}) {
+        for (const char* type : {"AuthViewModel", "OnboardingModel", "LocationPickerViewModel", "AttachmentListModel",
+                                 "FieldChipsViewModel"}) {
             QTest::newRow(type) << QByteArray(type);
         }
     }

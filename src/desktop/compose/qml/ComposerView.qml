@@ -107,6 +107,11 @@ ColumnLayout {
             Accessible.name: qsTr("Bulk task names")
         }
     }
+    // The task's fields, shared by every line in bulk mode.
+    FieldChipsRow {
+        Layout.fillWidth: true
+        chips: root.composer.fieldChips
+    }
 
     AttachmentStripView {
         Layout.fillWidth: true

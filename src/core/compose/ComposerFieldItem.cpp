@@ -1,0 +1,9 @@
+#include "compose/ComposerFieldItem.h"
+
+#include "support/Overloaded.h"
+
+QString ComposerFieldItem::id() const {
+    return std::visit(Overloaded{[](DefaultField value) { return QStringLiteral("default-") + rawValue(value); },
+                                 [](const CustomField& value) { return QStringLiteral("custom-") + value.id; }},
+                      field);
+}

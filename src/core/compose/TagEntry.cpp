@@ -1,0 +1,16 @@
+#include "compose/TagEntry.h"
+
+#include "support/SpacesAndTabs.h"
+
+namespace TagEntry {
+
+bool addTag(QSet<QString>& tags, const QString& typed) {
+    const QString tag = SpacesAndTabs::trimmed(typed);
+    if (tag.isEmpty()) {
+        return false;
+    }
+    tags.insert(tag);
+    return true;
+}
+
+} // namespace TagEntry

@@ -1,0 +1,19 @@
+import QtQuick
+import QtQuick.Controls
+import NorvaneBar
+
+// The popover a field chip opens below itself; Esc or a click outside closes it.
+Popup {
+    required property FieldChipsViewModel chips
+    required property string chipID
+    // What the chip edits, its text field's placeholder and note.
+    required property string title
+    required property string placeholder
+    required property string note
+
+    y: parent ? parent.height + 4 : 0
+    padding: 12
+    focus: true
+    modal: false
+    closePolicy: Popup.CloseOnEscape | Popup.CloseOnPressOutsideParent
+}

@@ -1,0 +1,62 @@
+pragma ComponentBehavior: Bound
+
+import QtQuick
+import QtQuick.Controls
+import QtQuick.Layouts
+import NorvaneBar
+
+// The tags of the list's space, each toggled in the draft, and a field that adds a tag as typed.
+ChipPopover {
+    id: root
+
+    // The tags with whether each is chosen, read anew after each change.
+    property var entries: root.chips.menuEntries(root.chipID)
+
+    objectName: "tagsPopover"
+
+    ColumnLayout {
+        spacing: 4
+
+        Label {
+            visible: !root.chips.hasContextTags
+            opacity: 0.7
+            text: qsTr("No tags in this Space yet")
+        }
+
+        Repeater {
+            model: root.entries
+
+            CheckBox {
+                id: tagBox
+
+                required property int index
+                required property var modelData
+
+                objectName: "tagEntry"
+                checked: tagBox.modelData.checked
+                onToggled: {
+                    root.chips.chooseEntry(root.chipID, tagBox.index);
+                    root.entries = root.chips.menuEntries(root.chipID);
+                }
+                Keys.onReturnPressed: toggle(), toggled()
+                Accessible.name: tagBox.modelData.label
+
+                contentItem: Label {
+                    leftPadding: tagBox.indicator.width + tagBox.spacing
+                    verticalAlignment: Text.AlignVCenter
+                    textFormat: Text.PlainText
+                    text: tagBox.modelData.label
+                }
+            }
+        }
+
+        TextField {
+            objectName: "newTag"
+            Layout.preferredWidth: 200
+            focus: true
+            placeholderText: qsTr("New tag")
+            onAccepted: if (root.chips.addTag(text)) text = ""
+            Accessible.name: qsTr("New tag")
+        }
+    }
+}

@@ -29,6 +29,11 @@ const QHash<QString, QStringList>& themeNames() {
         {QStringLiteral("link"), {QStringLiteral("insert-link-symbolic"), QStringLiteral("insert-link")}},
         {QStringLiteral("bell"), {QStringLiteral("appointment-soon-symbolic"), QStringLiteral("appointment-soon")}},
         {QStringLiteral("ellipsis"), {QStringLiteral("view-more-symbolic"), QStringLiteral("view-more")}},
+        {QStringLiteral("slider.horizontal.3"), {QStringLiteral("configure"), QStringLiteral("preferences-other")}},
+        {QStringLiteral("doc.on.doc"), {QStringLiteral("edit-copy-symbolic"), QStringLiteral("edit-copy")}},
+        {QStringLiteral("gearshape"),
+         {QStringLiteral("preferences-system-symbolic"), QStringLiteral("preferences-system")}},
+        {QStringLiteral("minus.circle.fill"), {QStringLiteral("list-remove-symbolic"), QStringLiteral("list-remove")}},
     };
     return names;
 }

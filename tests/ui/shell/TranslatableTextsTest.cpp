@@ -133,7 +133,16 @@ private slots:
         auto* icon = item.findChild<QSystemTrayIcon*>();
         QVERIFY(icon && icon->contextMenu());
         QCOMPARE(icon->toolTip(), marked(u"NorvaneBar — new Norvane task"));
-        QCOMPARE(icon->contextMenu()->actions().value(0)->text(), marked(u"Quit NorvaneBar"));
+        item.setBookmarks(
+            {Bookmark{.name = QStringLiteral("Docs"), .urlString = QStringLiteral("https://docs.example")}});
+        QStringList entries;
+        for (const QAction* action : icon->contextMenu()->actions()) {
+            entries.append(action->text());
+        }
+        QCOMPARE(entries, (QStringList{marked(u"New Task"), marked(u"Quick Links"), marked(u"Settings…"), QString(),
+                                       marked(u"Quit NorvaneBar")}));
+        // A link's name is the person's own.
+        QCOMPARE(icon->contextMenu()->actions().value(1)->menu()->actions().value(0)->text(), QStringLiteral("Docs"));
     }
 
     void theCoresMessages() {

@@ -2,8 +2,7 @@ import QtQuick
 import QtQuick.Controls
 import QtQuick.Layouts
 
-// A switch whose label may come from the service: shown as plain text, never as the control's own
-// text, where "&" would make a mnemonic.
+// A switch whose label may come from the service: shown as plain text by a label of its own.
 Switch {
     id: root
 
@@ -11,6 +10,8 @@ Switch {
 
     Layout.fillWidth: true
     focusPolicy: Qt.StrongFocus
+    // The control's own text only places the indicator before the label; "&&" makes no mnemonic.
+    text: root.label.replace(/&/g, "&&")
     Accessible.name: root.label
 
     contentItem: Label {

@@ -2,6 +2,7 @@
 
 #include "settings/SettingsDate.h"
 #include "support/DoubleText.h"
+#include "support/SpacesAndTabs.h"
 #include "json/JsonEncoding.h"
 
 #include <QList>
@@ -15,23 +16,6 @@ constexpr std::array<const char*, 6> caseKeys{"text", "number", "option", "label
 static_assert(caseKeys.size() == std::variant_size_v<CustomValue::Case>);
 
 const QString payloadKey = QStringLiteral("_0");
-
-bool isSpaceOrTab(QChar c) {
-    return c == u' ' || c == u'\t';
-}
-
-// Typed text loses the spaces and tabs around it, never its newlines.
-QString trimmedOfSpacesAndTabs(const QString& text) {
-    qsizetype begin = 0;
-    qsizetype end = text.size();
-    while (begin < end && isSpaceOrTab(text.at(begin))) {
-        ++begin;
-    }
-    while (end > begin && isSpaceOrTab(text.at(end - 1))) {
-        --end;
-    }
-    return text.sliced(begin, end - begin);
-}
 
 // A number as the service expects it: a whole number as an integer, anything else as a double.
 // A whole number beyond 64 bits can't be an integer; it is sent as the number it is rather than

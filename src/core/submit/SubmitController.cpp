@@ -6,25 +6,12 @@
 #include "settings/SettingsStore.h"
 #include "submit/BackgroundSubmitQueue.h"
 #include "submit/SubmitNotifier.h"
+#include "support/SpacesAndTabs.h"
 
 #include <QCoreApplication>
 #include <QPointer>
 
 namespace {
-// Spaces and tabs only: a name of other white space still counts as given.
-QString trimmedOfSpacesAndTabs(const QString& text) {
-    qsizetype begin = 0;
-    qsizetype end = text.size();
-    const auto blank = [](QChar c) { return c == QLatin1Char(' ') || c == QLatin1Char('\t'); };
-    while (begin < end && blank(text.at(begin))) {
-        ++begin;
-    }
-    while (end > begin && blank(text.at(end - 1))) {
-        --end;
-    }
-    return text.mid(begin, end - begin);
-}
-
 bool hasNonBlankLine(const QString& lines) {
     const QStringList split = lines.split(QLatin1Char('\n'));
     return std::any_of(split.cbegin(), split.cend(), [](const QString& line) { return !line.trimmed().isEmpty(); });
@@ -75,6 +62,7 @@ void SubmitController::submitDraft() {
     const QUuid jobID = QUuid::createUuid();
     const QString listID = context->entry().list.id;
     if (!m_isBulkMode) {
+        // Spaces and tabs only: a name of other white space still counts as given.
         if (trimmedOfSpacesAndTabs(m_draft.name()).isEmpty()) {
             return;
         }

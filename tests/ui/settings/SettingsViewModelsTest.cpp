@@ -1,5 +1,6 @@
 #include "AppStateFixture.h"
 #include "SandboxDemo.h"
+#include "SettingsFileTesting.h"
 #include "linux/AutostartEntry.h"
 #include "settings/FieldVisibilityViewModel.h"
 #include "settings/GeneralSettingsViewModel.h"
@@ -23,19 +24,9 @@ class SettingsViewModelsTest : public QObject {
     QTemporaryDir m_autostart;
 
     AppState& app() { return m_fixture->app(); }
-
-    QJsonObject settingsFile() {
-        QFile file(m_fixture->settingsPath());
-        return file.open(QIODevice::ReadOnly) ? QJsonDocument::fromJson(file.readAll()).object() : QJsonObject();
-    }
-
-    QStringList storedSet(const QString& key) {
-        QStringList values;
-        for (const QJsonValue value : settingsFile().value(key).toArray()) {
-            values.append(value.toString());
-        }
-        values.sort();
-        return values;
+    QJsonObject settingsFile() const { return SettingsFileTesting::stored(m_fixture->settingsPath()); }
+    QStringList storedSet(const QString& key) const {
+        return SettingsFileTesting::storedSet(m_fixture->settingsPath(), key);
     }
 
     // Signed in as the first demo user, with the list `listID` of Northwind chosen when given.

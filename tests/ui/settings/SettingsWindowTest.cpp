@@ -2,6 +2,7 @@
 #include "AppStateFixture.h"
 #include "QuickItems.h"
 #include "SandboxDemo.h"
+#include "SettingsFileTesting.h"
 #include "linux/AutostartEntry.h"
 #include "shell/PopoverWindow.h"
 
@@ -25,6 +26,10 @@ class SettingsWindowTest : public QObject {
     std::unique_ptr<SettingsWindow> m_window;
 
     AppState& app() { return m_fixture->app(); }
+    QJsonObject settingsFile() const { return SettingsFileTesting::stored(m_fixture->settingsPath()); }
+    QStringList storedSet(const QString& key) const {
+        return SettingsFileTesting::storedSet(m_fixture->settingsPath(), key);
+    }
     QQuickView& view() { return m_window->view(); }
     QString autostartFolder() const { return m_home.filePath(QStringLiteral("autostart")); }
 
@@ -61,19 +66,6 @@ class SettingsWindowTest : public QObject {
             reached.insert(focused());
         }
         return reached;
-    }
-
-    QJsonObject settingsFile() {
-        QFile file(m_fixture->settingsPath());
-        return file.open(QIODevice::ReadOnly) ? QJsonDocument::fromJson(file.readAll()).object() : QJsonObject();
-    }
-
-    QStringList storedSet(const QString& key) {
-        QStringList values;
-        for (const QJsonValue value : settingsFile().value(key).toArray()) {
-            values.append(value.toString());
-        }
-        return values;
     }
 
     // The window shown on `tab` and active.

@@ -1,4 +1,5 @@
 #include "settings/FieldVisibility.h"
+#include "SettingsFileTesting.h"
 
 #include <QFile>
 #include <QJsonArray>
@@ -13,19 +14,7 @@ class FieldVisibilityTest : public QObject {
     QTemporaryDir m_folder;
 
     QString path() const { return m_folder.filePath(QStringLiteral("settings.json")); }
-
-    QStringList storedSet(const QString& key) const {
-        QFile file(path());
-        if (!file.open(QIODevice::ReadOnly)) {
-            return {QStringLiteral("<no file>")};
-        }
-        QStringList values;
-        for (const QJsonValue value : QJsonDocument::fromJson(file.readAll()).object().value(key).toArray()) {
-            values.append(value.toString());
-        }
-        values.sort();
-        return values;
-    }
+    QStringList storedSet(const QString& key) const { return SettingsFileTesting::storedSet(path(), key); }
 
 private slots:
     void cleanup() { QFile::remove(path()); }
@@ -71,6 +60,7 @@ private slots:
     void turningOnAFieldThatShowsAlreadyStillSaves() {
         SettingsStore store(path());
         FieldVisibility::setCustomFieldVisible(store, QStringLiteral("cf-1"), true);
+        QVERIFY(QFile::exists(path()));
         QCOMPARE(storedSet(QStringLiteral("hiddenCustomFieldIDs")), QStringList());
         FieldVisibility::setVisible(store, DefaultField::status, true);
         QCOMPARE(storedSet(QStringLiteral("visibleDefaultFields")),

@@ -1,4 +1,5 @@
 #include "settings/QuickLinks.h"
+#include "SettingsFileTesting.h"
 
 #include "json/JsonDecoding.h"
 
@@ -17,13 +18,8 @@ class QuickLinksTest : public QObject {
     QTemporaryDir m_folder;
 
     QString path() const { return m_folder.filePath(QStringLiteral("settings.json")); }
-
     QJsonArray bookmarksInFile() const {
-        QFile file(path());
-        if (!file.open(QIODevice::ReadOnly)) {
-            return {};
-        }
-        return QJsonDocument::fromJson(file.readAll()).object().value(QStringLiteral("bookmarks")).toArray();
+        return SettingsFileTesting::stored(path()).value(QStringLiteral("bookmarks")).toArray();
     }
 
 private slots:

@@ -40,8 +40,15 @@ QHash<int, QByteArray> FieldToggleModel::roleNames() const {
     return {{LabelRole, "label"}, {CheckedRole, "checked"}};
 }
 
-void FieldToggleModel::setChecked(int row, bool on) {
-    if (row >= 0 && row < m_rows.size()) {
-        m_setOn(m_rows.at(row).key, on);
+Qt::ItemFlags FieldToggleModel::flags(const QModelIndex& index) const {
+    return QAbstractListModel::flags(index) | Qt::ItemIsEditable;
+}
+
+bool FieldToggleModel::setData(const QModelIndex& index, const QVariant& value, int role) {
+    if (role != CheckedRole || !checkIndex(index, CheckIndexOption::IndexIsValid | CheckIndexOption::ParentIsInvalid)) {
+        return false;
     }
+    // The settings' change notice refreshes the rows.
+    m_setOn(m_rows.at(index.row()).key, value.toBool());
+    return true;
 }

@@ -34,8 +34,9 @@ public:
     int rowCount(const QModelIndex& parent = {}) const override;
     QVariant data(const QModelIndex& index, int role) const override;
     QHash<int, QByteArray> roleNames() const override;
-
-    Q_INVOKABLE void setChecked(int row, bool on);
+    Qt::ItemFlags flags(const QModelIndex& index) const override;
+    // Moves the switch of a row: CheckedRole only.
+    bool setData(const QModelIndex& index, const QVariant& value, int role) override;
 
 private:
     IsOn m_isOn;

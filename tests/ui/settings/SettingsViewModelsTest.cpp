@@ -79,11 +79,14 @@ private slots:
         QCOMPARE(checked, (QList<bool>{true, true, false, true, false}));
 
         QSignalSpy changed(&model, &QAbstractItemModel::dataChanged);
-        model.setChecked(4, true);
-        model.setChecked(0, false);
+        QVERIFY(model.setData(model.index(4), true, FieldToggleModel::CheckedRole));
+        QVERIFY(model.setData(model.index(0), false, FieldToggleModel::CheckedRole));
         QCOMPARE(storedSet(QStringLiteral("visibleDefaultFields")),
                  (QStringList{QStringLiteral("assignee"), QStringLiteral("dueDate"), QStringLiteral("tags")}));
         QCOMPARE(changed.count(), 2);
+        // Only the switch's role can be set.
+        QVERIFY(!model.setData(model.index(1), QStringLiteral("Owner"), FieldToggleModel::LabelRole));
+        QVERIFY(!model.setData(model.index(5), true, FieldToggleModel::CheckedRole));
         QVERIFY(model.data(model.index(4), FieldToggleModel::CheckedRole).toBool());
         QVERIFY(!model.data(model.index(0), FieldToggleModel::CheckedRole).toBool());
     }
@@ -112,13 +115,13 @@ private slots:
 
         const QString firstID = app().currentContext()->fields()[0].id;
         const QString secondID = app().currentContext()->fields()[1].id;
-        model.setChecked(0, false);
-        model.setChecked(1, false);
+        QVERIFY(model.setData(model.index(0), false, FieldToggleModel::CheckedRole));
+        QVERIFY(model.setData(model.index(1), false, FieldToggleModel::CheckedRole));
         QStringList hidden{firstID, secondID};
         hidden.sort();
         QCOMPARE(storedSet(QStringLiteral("hiddenCustomFieldIDs")), hidden);
         QVERIFY(!model.data(model.index(0), FieldToggleModel::CheckedRole).toBool());
-        model.setChecked(0, true);
+        QVERIFY(model.setData(model.index(0), true, FieldToggleModel::CheckedRole));
         QCOMPARE(storedSet(QStringLiteral("hiddenCustomFieldIDs")), QStringList{secondID});
     }
 

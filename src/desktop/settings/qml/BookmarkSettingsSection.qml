@@ -1,3 +1,5 @@
+pragma ComponentBehavior: Bound
+
 import QtQuick
 import QtQuick.Controls
 import QtQuick.Layouts
@@ -32,48 +34,8 @@ ColumnLayout {
     Repeater {
         model: root.quickLinks.links
 
-        delegate: RowLayout {
-            id: row
-
-            required property int index
-            required property var modelData
-
-            objectName: "quickLink" + index
-            Layout.fillWidth: true
-            spacing: 8
-
-            ColumnLayout {
-                Layout.fillWidth: true
-                spacing: 0
-
-                Label {
-                    Layout.fillWidth: true
-                    elide: Text.ElideRight
-                    textFormat: Text.PlainText
-                    text: row.modelData.name
-                }
-
-                Label {
-                    Layout.fillWidth: true
-                    elide: Text.ElideMiddle
-                    textFormat: Text.PlainText
-                    font.pointSize: Math.max(1, Qt.application.font.pointSize - 1)
-                    text: row.modelData.urlString
-                }
-            }
-
-            ToolButton {
-                objectName: "removeQuickLink" + row.index
-                focusPolicy: Qt.StrongFocus
-                icon.source: "image://symbol/minus.circle.fill"
-                icon.width: 16
-                icon.height: 16
-                display: AbstractButton.IconOnly
-                onClicked: root.quickLinks.remove(row.modelData.id)
-                ToolTip.visible: hovered
-                ToolTip.text: qsTr("Remove ") + row.modelData.name
-                Accessible.name: qsTr("Remove ") + row.modelData.name
-            }
+        QuickLinkRow {
+            quickLinks: root.quickLinks
         }
     }
 

@@ -1,3 +1,5 @@
+pragma ComponentBehavior: Bound
+
 import QtQuick
 import QtQuick.Controls
 import QtQuick.Layouts
@@ -22,13 +24,15 @@ SettingsPage {
         model: root.fields.defaultFields
 
         delegate: SettingSwitch {
+            id: toggle
+
             required property int index
             required property var model
 
-            objectName: "defaultField" + index
-            label: model.label
-            checked: model.checked
-            onToggled: root.fields.defaultFields.setChecked(index, checked)
+            objectName: "defaultField" + toggle.index
+            label: toggle.model.label
+            checked: toggle.model.checked
+            onToggled: toggle.model.checked = toggle.checked
         }
     }
 
@@ -48,13 +52,15 @@ SettingsPage {
         model: root.fields.customFields
 
         delegate: SettingSwitch {
+            id: customToggle
+
             required property int index
             required property var model
 
-            objectName: "customField" + index
-            label: model.label
-            checked: model.checked
-            onToggled: root.fields.customFields.setChecked(index, checked)
+            objectName: "customField" + customToggle.index
+            label: customToggle.model.label
+            checked: customToggle.model.checked
+            onToggled: customToggle.model.checked = customToggle.checked
         }
     }
 

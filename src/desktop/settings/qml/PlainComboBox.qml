@@ -1,3 +1,5 @@
+pragma ComponentBehavior: Bound
+
 import QtQuick
 import QtQuick.Controls
 import QtQuick.Layouts
@@ -16,7 +18,7 @@ ComboBox {
         required property string modelData
 
         width: ListView.view ? ListView.view.width : implicitWidth
-        highlighted: root.highlightedIndex === entry.index
+        highlighted: entry.ListView.isCurrentItem
         Accessible.name: entry.modelData
 
         contentItem: Label {

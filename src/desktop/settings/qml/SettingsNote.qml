@@ -6,6 +6,6 @@ import QtQuick.Layouts
 Label {
     Layout.fillWidth: true
     wrapMode: Text.WordWrap
-    font.pointSize: Math.max(1, Qt.application.font.pointSize - 1)
+    font.pixelSize: 11
     Accessible.name: text
 }

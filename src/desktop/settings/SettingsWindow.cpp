@@ -35,6 +35,9 @@ void SettingsWindow::showTab(SettingsTab tab) {
 
 void SettingsWindow::showSettings() {
     prepare();
+    if (m_view.windowStates() & Qt::WindowMinimized) {
+        m_view.setWindowStates(m_view.windowStates() & ~Qt::WindowMinimized);
+    }
     m_view.show();
     m_view.raise();
     m_view.requestActivate();

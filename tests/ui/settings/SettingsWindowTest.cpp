@@ -1,9 +1,11 @@
 #include "settings/SettingsWindow.h"
 #include "AppStateFixture.h"
+#include "ManualColorScheme.h"
 #include "QuickItems.h"
 #include "SandboxDemo.h"
 #include "SettingsFileTesting.h"
 #include "linux/AutostartEntry.h"
+#include "shell/ColorSchemePalette.h"
 #include "shell/PopoverWindow.h"
 
 #include <QFile>
@@ -327,6 +329,30 @@ private slots:
         QTRY_VERIFY(!view().isVisible());
     }
 
+    void theWindowFollowsTheDesktopIntoDarkAndBack() {
+        ManualColorScheme scheme;
+        ColorSchemePalette palette(scheme);
+        show(SettingsTab::general);
+        const auto windowColour = [this] {
+            const QImage image = view().grabWindow();
+            return image.pixelColor(4, image.height() - 4);
+        };
+        QVERIFY(windowColour().lightnessF() > 0.5);
+        scheme.set(ColorSchemeSource::ColorScheme::dark);
+        QTRY_VERIFY(windowColour().lightnessF() < 0.2);
+        scheme.set(ColorSchemeSource::ColorScheme::light);
+        QTRY_VERIFY(windowColour().lightnessF() > 0.5);
+    }
+
+    void aWindowFirstOpenedInDarkIsDark() {
+        ManualColorScheme scheme;
+        ColorSchemePalette palette(scheme);
+        scheme.set(ColorSchemeSource::ColorScheme::dark);
+        show(SettingsTab::fields);
+        QTRY_VERIFY(view().grabWindow().pixelColor(4, view().height() - 4).lightnessF() < 0.2);
+        scheme.set(ColorSchemeSource::ColorScheme::noPreference);
+    }
+
     void aSecondOpenRaisesTheSameWindowOnTheTabAskedFor() {
         show(SettingsTab::general);
         QWindow other;
@@ -347,6 +373,11 @@ private slots:
             settingsWindows += window->isVisible() && window->title() == QStringLiteral("NorvaneBar Settings");
         }
         QCOMPARE(settingsWindows, 1);
+
+        // Minimised, it comes back.
+        view().setWindowStates(Qt::WindowMinimized);
+        m_window->showSettings();
+        QVERIFY(!(view().windowStates() & Qt::WindowMinimized));
 
         // Closed, it opens again as it was.
         view().close();

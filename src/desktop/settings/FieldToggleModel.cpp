@@ -13,7 +13,7 @@ void FieldToggleModel::setRows(QList<Row> rows) {
 
 void FieldToggleModel::refreshChecked() {
     if (!m_rows.isEmpty()) {
-        emit dataChanged(index(0), index(m_rows.size() - 1), {CheckedRole});
+        emit dataChanged(index(0), index(int(m_rows.size()) - 1), {CheckedRole});
     }
 }
 

@@ -124,7 +124,7 @@ private slots:
         // The file can't be removed where its folder is read-only; root can, so for root the entry
         // is instead a folder with a file in it, which no one removes as a file.
         QFile::Permissions permissions = QFile::permissions(folder());
-        const bool asRoot =
+        const bool removableAnyway =
             QFile::setPermissions(folder(), QFile::ReadOwner | QFile::ExeOwner) && QFile::remove(entry.filePath());
         if (removableAnyway) {
             QVERIFY(QDir().mkpath(entry.filePath() + QStringLiteral("/inside")));

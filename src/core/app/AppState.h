@@ -12,6 +12,7 @@
 #include "myday/MyDayStore.h"
 #include "notify/NotificationScheduler.h"
 #include "settings/SettingsStore.h"
+#include "settings/SettingsTab.h"
 #include "shell/PopoverControlling.h"
 #include "shell/PopoverTab.h"
 #include "storage/StorageProviderRegistry.h"
@@ -77,6 +78,8 @@ public:
 
     PopoverControlling* popoverController = nullptr;
     std::function<void()> updateBadge;
+    // Opens the settings window on a tab, or brings it to the front there.
+    std::function<void(SettingsTab)> openSettings;
 
     QCoro::Task<> bootstrap() { return m_auth.bootstrap(); }
     QCoro::Task<std::optional<QString>> signIn(QString token) { return m_auth.signIn(std::move(token)); }

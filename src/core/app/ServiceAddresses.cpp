@@ -14,3 +14,13 @@ ServiceAddresses ServiceAddresses::from(const AppSettings& settings) {
     }
     return addresses;
 }
+
+QString ServiceAddresses::listURL(const QString& workspaceID, const QString& listID) const {
+    QUrl address = webBaseURL;
+    QString path = address.path();
+    if (!path.endsWith(u'/')) {
+        path += u'/';
+    }
+    address.setPath(path + workspaceID + QStringLiteral("/v/l/li/") + listID);
+    return address.toString();
+}

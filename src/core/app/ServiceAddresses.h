@@ -12,4 +12,7 @@ struct ServiceAddresses {
 
     static ServiceAddresses builtIn();
     static ServiceAddresses from(const AppSettings& settings);
+
+    // A list's page on the web: the web base, the workspace's id, "/v/l/li/" and the list's id.
+    QString listURL(const QString& workspaceID, const QString& listID) const;
 };

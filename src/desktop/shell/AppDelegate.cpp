@@ -1,5 +1,6 @@
 #include "shell/AppDelegate.h"
 
+#include "app/DueCountRefresh.h"
 #include "async/StartTask.h"
 
 #include <QPointer>
@@ -16,6 +17,16 @@ void AppDelegate::applicationDidFinishLaunching() {
     connect(&m_control, &ControlService::toggleRequested, this, toggleWithoutAnchor);
     connect(&m_statusItem, &StatusItem::clicked, &popover, &PopoverWindow::toggle);
     connect(&m_statusItem, &StatusItem::quitRequested, qApp, &QCoreApplication::quit);
+    connect(&m_statusItem, &StatusItem::newTaskRequested, this, [this] {
+        m_app.setActiveTab(PopoverTab::compose);
+        m_pages.window().showPopover();
+    });
+    connect(&m_statusItem, &StatusItem::openURLRequested, this,
+            [this](const QUrl& url) { m_linkActions.openURL(url); });
+    connect(&m_statusItem, &StatusItem::settingsRequested, &m_settingsWindow, &SettingsWindow::showSettings);
+    const auto showBookmarks = [this] { m_statusItem.setBookmarks(m_app.settings().settings().bookmarks); };
+    connect(&m_app.settings(), &SettingsStore::settingsChanged, this, showBookmarks);
+    showBookmarks();
     // The popover goes before the tray menu opens. Hidden after it, while the menu holds the
     // keyboard grab, it takes the X input focus away with it; Qt then finds no window of the app
     // active and closes every popup, the menu among them.
@@ -23,7 +34,7 @@ void AppDelegate::applicationDidFinishLaunching() {
     connect(&popover, &PopoverWindow::presentedChanged, &m_control, &ControlService::setPopoverVisible);
     connect(&popover, &PopoverWindow::presentedChanged, this, [this](bool presented) {
         if (presented) {
-            startTask(this, refreshDueCountIfNeeded());
+            startTask(this, refreshDueCountIfNeeded(m_app));
         }
     });
     connect(&m_trayHost, &TrayHostWatcher::hostFound, this, &AppDelegate::trayHostFound);
@@ -33,6 +44,11 @@ void AppDelegate::applicationDidFinishLaunching() {
     m_app.updateBadge = [delegate = QPointer(this)] {
         if (delegate) {
             delegate->refreshBadge();
+        }
+    };
+    m_app.openSettings = [window = QPointer(&m_settingsWindow)](SettingsTab tab) {
+        if (window) {
+            window->showTab(tab);
         }
     };
     m_app.notifications().registerCategories();
@@ -49,7 +65,7 @@ void AppDelegate::applicationDidFinishLaunching() {
 QCoro::Task<> AppDelegate::launch() {
     QCoro::Task<> bootstrapping = m_app.bootstrap();
     co_await std::move(bootstrapping);
-    QCoro::Task<> counting = refreshDueCountIfNeeded();
+    QCoro::Task<> counting = refreshDueCountIfNeeded(m_app);
     co_await std::move(counting);
 }
 
@@ -57,17 +73,6 @@ void AppDelegate::refreshBadge() {
     m_statusItem.setBadge(StatusItemBadge::make(m_app.submitQueue().backgroundedJobIDs().size(),
                                                 m_app.myDay().dueCount(),
                                                 m_app.settings().settings().showDueCountBadge));
-}
-
-QCoro::Task<> AppDelegate::refreshDueCountIfNeeded() {
-    const NVUser* user = m_app.authState().user();
-    QCoro::Task<bool> refreshing =
-        m_app.myDay().refreshDueCount(m_app.settings().settings().showDueCountBadge,
-                                      user ? std::optional(user->id) : std::nullopt, m_app.activeWorkspaceID());
-    const QPointer<AppDelegate> self(this);
-    if (co_await std::move(refreshing) && self) {
-        refreshBadge();
-    }
 }
 
 void AppDelegate::trayHostFound() {

@@ -1,6 +1,7 @@
 #pragma once
 
 #include "app/AppState.h"
+#include "linux/AutostartEntry.h"
 #include "linux/ControlService.h"
 #include "linux/DesktopLinkActions.h"
 #include "linux/FreedesktopNotificationCenter.h"
@@ -8,6 +9,7 @@
 #include "linux/SecretServiceStore.h"
 #include "linux/SingleInstance.h"
 #include "linux/TrayHostWatcher.h"
+#include "settings/SettingsWindow.h"
 #include "shell/ColorSchemePalette.h"
 #include "shell/PopoverPages.h"
 #include "shell/StatusItem.h"
@@ -17,8 +19,8 @@
 
 // Builds NorvaneBar's presence on the desktop: the tray icon once a tray host is known, the
 // popover and its pages, the ways to reach it without the icon (a second launch, the D-Bus
-// interface), the answers to its notifications and the palette of the desktop's colour scheme; then
-// starts the central state.
+// interface), the settings window, the answers to its notifications and the palette of the desktop's
+// colour scheme; then starts the central state.
 class AppDelegate : public QObject {
     Q_OBJECT
 
@@ -29,9 +31,6 @@ public:
     // Redraws the tray icon's badge and tool tip from the running work and, with the setting on, the
     // tasks due by today's end. AppState::updateBadge calls it.
     void refreshBadge();
-    // With the due count shown, a user signed in and a workspace active: fetches the user's tasks,
-    // then redraws the badge. At launch and each time the popover opens; never by a timer.
-    QCoro::Task<> refreshDueCountIfNeeded();
 
 private:
     void trayHostFound();
@@ -51,4 +50,6 @@ private:
     PortalColorScheme m_colorScheme;
     ColorSchemePalette m_palette{m_colorScheme};
     PopoverPages m_pages{m_app, *QGuiApplication::clipboard()};
+    AutostartEntry m_loginItem;
+    SettingsWindow m_settingsWindow{m_app, m_loginItem};
 };

@@ -49,6 +49,12 @@ QImage withBadge(QImage icon, const QString& text) {
 
 StatusItem::StatusItem(QObject* parent)
     : QObject(parent) {
+    connect(m_menu.addAction(tr("New Task")), &QAction::triggered, this, &StatusItem::newTaskRequested);
+    m_quickLinks.setTitle(tr("Quick Links"));
+    m_settingsAction = m_menu.addAction(tr("Settings…"));
+    m_settingsAction->setShortcut(QKeySequence(Qt::CTRL | Qt::Key_Comma));
+    connect(m_settingsAction, &QAction::triggered, this, &StatusItem::settingsRequested);
+    m_menu.addSeparator();
     QAction* quit = m_menu.addAction(tr("Quit NorvaneBar"));
     quit->setShortcut(QKeySequence(QKeySequence::Quit));
     connect(quit, &QAction::triggered, this, &StatusItem::quitRequested);
@@ -79,6 +85,29 @@ void StatusItem::setBadge(const StatusItemBadge& badge) {
     m_badge = badge;
     if (m_icon) {
         refreshIcon();
+    }
+}
+
+void StatusItem::setBookmarks(const QList<Bookmark>& bookmarks) {
+    if (bookmarks == m_bookmarks) {
+        return;
+    }
+    m_bookmarks = bookmarks;
+    m_quickLinks.clear();
+    for (const Bookmark& bookmark : bookmarks) {
+        // A name is the user's text: "&" stays a character, never a mnemonic.
+        QAction* entry = m_quickLinks.addAction(QString(bookmark.name).replace(u'&', QStringLiteral("&&")));
+        connect(entry, &QAction::triggered, this, [this, address = bookmark.urlString] {
+            const QUrl url(address, QUrl::StrictMode);
+            if (url.isValid() && !url.scheme().isEmpty()) {
+                emit openURLRequested(url);
+            }
+        });
+    }
+    if (bookmarks.isEmpty()) {
+        m_menu.removeAction(m_quickLinks.menuAction());
+    } else if (!m_menu.actions().contains(m_quickLinks.menuAction())) {
+        m_menu.insertMenu(m_settingsAction, &m_quickLinks);
     }
 }
 

@@ -1,14 +1,17 @@
 #pragma once
 
+#include "settings/Bookmark.h"
 #include "shell/StatusItemBadge.h"
 
 #include <QMenu>
 #include <QObject>
 #include <QRect>
 #include <QSystemTrayIcon>
+#include <QUrl>
 #include <optional>
 
-// The tray icon and its context menu. Created only once the desktop's tray host is known.
+// The tray icon and its context menu: "New Task", the quick links, "Settings…" and "Quit NorvaneBar".
+// Created only once the desktop's tray host is known.
 class StatusItem : public QObject {
     Q_OBJECT
 
@@ -18,6 +21,8 @@ public:
     void create();
     // The number drawn into the icon and the tool tip; kept until the icon exists.
     void setBadge(const StatusItemBadge& badge);
+    // The entries of the "Quick Links" submenu, in this order; without any, the submenu is absent.
+    void setBookmarks(const QList<Bookmark>& bookmarks);
 
 signals:
     // A left click, with the icon's place on screen when the tray tells it.
@@ -25,12 +30,19 @@ signals:
     // The context menu is about to open: after a right click on an XEmbed icon, or when a
     // StatusNotifierItem host asks for it.
     void menuAboutToShow();
+    void newTaskRequested();
+    // A quick link was chosen whose address makes a URL; one that doesn't does nothing.
+    void openURLRequested(const QUrl& url);
+    void settingsRequested();
     void quitRequested();
 
 private:
     void refreshIcon();
 
     QMenu m_menu;
+    QMenu m_quickLinks;
+    QAction* m_settingsAction = nullptr;
+    QList<Bookmark> m_bookmarks;
     QSystemTrayIcon* m_icon = nullptr;
     StatusItemBadge m_badge = StatusItemBadge::make(0, 0, false);
 };

@@ -54,6 +54,10 @@ const QHash<QString, QStringList>& themeNames() {
         {QStringLiteral("envelope.circle"), {}},
         {QStringLiteral("phone.circle"), {}},
         {QStringLiteral("textformat.abc"), {}},
+        {QStringLiteral("slider.horizontal.3"), {QStringLiteral("configure"), QStringLiteral("preferences-other")}},
+        {QStringLiteral("gearshape"),
+         {QStringLiteral("preferences-system-symbolic"), QStringLiteral("preferences-system")}},
+        {QStringLiteral("minus.circle.fill"), {QStringLiteral("list-remove-symbolic"), QStringLiteral("list-remove")}},
     };
     return names;
 }

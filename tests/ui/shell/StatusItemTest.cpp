@@ -11,9 +11,35 @@
 class StatusItemTest : public QObject {
     Q_OBJECT
 
-    static QAction* quitAction(StatusItem& item) {
+    static QMenu* menu(StatusItem& item) {
         auto* icon = item.findChild<QSystemTrayIcon*>();
-        return icon && icon->contextMenu() ? icon->contextMenu()->actions().value(0) : nullptr;
+        return icon ? icon->contextMenu() : nullptr;
+    }
+
+    // The entries of the menu by their texts, a separator as "-".
+    static QStringList entries(const QMenu* menu) {
+        QStringList texts;
+        for (const QAction* action : menu->actions()) {
+            texts.append(action->isSeparator() ? QStringLiteral("-") : action->text());
+        }
+        return texts;
+    }
+
+    static QAction* entry(const QMenu* menu, const QString& text) {
+        for (QAction* action : menu->actions()) {
+            if (action->text() == text) {
+                return action;
+            }
+        }
+        return nullptr;
+    }
+
+    static QAction* quitAction(StatusItem& item) {
+        return menu(item) ? entry(menu(item), QStringLiteral("Quit NorvaneBar")) : nullptr;
+    }
+
+    static Bookmark bookmark(const QString& name, const QString& address) {
+        return Bookmark{.name = name, .urlString = address};
     }
 
     static QByteArray tray() { return qgetenv("NORVANEBAR_TRAY"); }
@@ -60,9 +86,79 @@ private slots:
         QVERIFY(icon->isVisible());
         QCOMPARE(icon->toolTip(), QStringLiteral("NorvaneBar — new Norvane task"));
         QVERIFY(!icon->icon().isNull());
-        QCOMPARE(icon->contextMenu()->actions().size(), 1);
-        QCOMPARE(quitAction(item)->text(), QStringLiteral("Quit NorvaneBar"));
+        QCOMPARE(entries(icon->contextMenu()), (QStringList{QStringLiteral("New Task"), QStringLiteral("Settings…"),
+                                                            QStringLiteral("-"), QStringLiteral("Quit NorvaneBar")}));
+        QCOMPARE(entry(icon->contextMenu(), QStringLiteral("Settings…"))->shortcut(),
+                 QKeySequence(Qt::CTRL | Qt::Key_Comma));
         QCOMPARE(quitAction(item)->shortcut(), QKeySequence(QKeySequence::Quit));
+    }
+
+    void theMenuListsTheQuickLinksByNameBetweenNewTaskAndSettings() {
+        StatusItem item;
+        item.create();
+        item.setBookmarks({bookmark(QStringLiteral("Sprint board"), QStringLiteral("https://example.com/board")),
+                           bookmark(QStringLiteral("R&D <b>wiki</b>"), QStringLiteral("https://example.com/wiki"))});
+        QCOMPARE(entries(menu(item)),
+                 (QStringList{QStringLiteral("New Task"), QStringLiteral("Quick Links"), QStringLiteral("Settings…"),
+                              QStringLiteral("-"), QStringLiteral("Quit NorvaneBar")}));
+        const QMenu* links = entry(menu(item), QStringLiteral("Quick Links"))->menu();
+        QVERIFY(links);
+        // "&" is a character of the name, never a mnemonic.
+        QCOMPARE(entries(links), (QStringList{QStringLiteral("Sprint board"), QStringLiteral("R&&D <b>wiki</b>")}));
+
+        // The links change with the settings, in stored order.
+        item.setBookmarks({bookmark(QStringLiteral("Docs"), QStringLiteral("https://example.com/docs"))});
+        QCOMPARE(entries(entry(menu(item), QStringLiteral("Quick Links"))->menu()),
+                 QStringList{QStringLiteral("Docs")});
+        QCOMPARE(entries(menu(item)).size(), 5);
+    }
+
+    void withNoBookmarksTheQuickLinksEntryIsAbsent() {
+        StatusItem item;
+        item.create();
+        item.setBookmarks({bookmark(QStringLiteral("Docs"), QStringLiteral("https://example.com/docs"))});
+        QVERIFY(entry(menu(item), QStringLiteral("Quick Links")));
+        item.setBookmarks({});
+        QVERIFY(!entry(menu(item), QStringLiteral("Quick Links")));
+        QCOMPARE(entries(menu(item)), (QStringList{QStringLiteral("New Task"), QStringLiteral("Settings…"),
+                                                   QStringLiteral("-"), QStringLiteral("Quit NorvaneBar")}));
+    }
+
+    void choosingAQuickLinkAsksToOpenItsAddress() {
+        StatusItem item;
+        item.create();
+        item.setBookmarks({bookmark(QStringLiteral("Board"), QStringLiteral("https://example.com/board?view=1"))});
+        QSignalSpy opening(&item, &StatusItem::openURLRequested);
+        entry(menu(item), QStringLiteral("Quick Links"))->menu()->actions().value(0)->trigger();
+        QCOMPARE(opening.count(), 1);
+        QCOMPARE(opening.takeFirst().at(0).toUrl(), QUrl(QStringLiteral("https://example.com/board?view=1")));
+    }
+
+    void aBookmarkWithAnInvalidAddressIsListedAndDoesNothingWhenChosen() {
+        StatusItem item;
+        item.create();
+        item.setBookmarks({bookmark(QStringLiteral("Broken"), QStringLiteral("https://exa mple.com/%zz")),
+                           bookmark(QStringLiteral("No scheme"), QStringLiteral("board"))});
+        QSignalSpy opening(&item, &StatusItem::openURLRequested);
+        const QMenu* links = entry(menu(item), QStringLiteral("Quick Links"))->menu();
+        QCOMPARE(entries(links), (QStringList{QStringLiteral("Broken"), QStringLiteral("No scheme")}));
+        for (QAction* link : links->actions()) {
+            link->trigger();
+        }
+        QCOMPARE(opening.count(), 0);
+    }
+
+    void newTaskAndSettingsAskForTheirWindows() {
+        StatusItem item;
+        item.create();
+        QSignalSpy newTask(&item, &StatusItem::newTaskRequested);
+        QSignalSpy settings(&item, &StatusItem::settingsRequested);
+        entry(menu(item), QStringLiteral("New Task"))->trigger();
+        QCOMPARE(newTask.count(), 1);
+        QCOMPARE(settings.count(), 0);
+        entry(menu(item), QStringLiteral("Settings…"))->trigger();
+        QCOMPARE(settings.count(), 1);
+        QCOMPARE(newTask.count(), 1);
     }
 
     void quitAsksTheAppToQuit() {

@@ -4,12 +4,15 @@
 #include "auth/KeychainStoreError.h"
 #include "auth/PersonalTokenError.h"
 #include "compose/AttachmentSizeLimits.h"
+#include "linux/AutostartEntry.h"
+#include "settings/SettingsWindow.h"
 #include "shell/StatusItem.h"
 
 #include <QAccessible>
 #include <QQmlComponent>
 #include <QQuickItem>
 #include <QSystemTrayIcon>
+#include <QTemporaryDir>
 #include <QTest>
 #include <QTranslator>
 
@@ -183,7 +186,45 @@ private slots:
         auto* icon = item.findChild<QSystemTrayIcon*>();
         QVERIFY(icon && icon->contextMenu());
         QCOMPARE(icon->toolTip(), marked(u"NorvaneBar — new Norvane task"));
-        QCOMPARE(icon->contextMenu()->actions().value(0)->text(), marked(u"Quit NorvaneBar"));
+        item.setBookmarks(
+            {Bookmark{.name = QStringLiteral("Docs"), .urlString = QStringLiteral("https://docs.example")}});
+        QStringList entries;
+        for (const QAction* action : icon->contextMenu()->actions()) {
+            entries.append(action->text());
+        }
+        QCOMPARE(entries, (QStringList{marked(u"New Task"), marked(u"Quick Links"), marked(u"Settings…"), QString(),
+                                       marked(u"Quit NorvaneBar")}));
+        // A link's name is the person's own.
+        QCOMPARE(icon->contextMenu()->actions().value(1)->menu()->actions().value(0)->text(), QStringLiteral("Docs"));
+    }
+
+    void theSettingsWindowButNotTheNamesOfLinks() {
+        m_fixture->app->settings().modify([](AppSettings& settings) {
+            settings.bookmarks = {
+                Bookmark{.name = QStringLiteral("Docs"), .urlString = QStringLiteral("https://docs.example")}};
+        });
+        QTemporaryDir home;
+        AutostartEntry loginItem(home.filePath(QStringLiteral("autostart")), QStringLiteral("/usr/bin/norvanebar"));
+        SettingsWindow window(*m_fixture->app, loginItem);
+        window.setCurrentTab(int(SettingsTab::general));
+        window.prepare();
+        QVERIFY(window.view().rootObject());
+        QCOMPARE(window.view().title(), marked(u"NorvaneBar Settings"));
+        const QStringList names = QuickItems::accessibleNames(window.view().rootObject());
+        for (const char16_t* text :
+             {u"Account", u"Fields", u"Templates", u"General", u"Show due count in panel",
+              u"Shows overdue and due-today tasks assigned to you next to the icon.", u"Default workspace",
+              u"Git Branch Names", u"Branch name format", u"Default reminder lead time", u"Launch at login",
+              u"Quick Links", u"Quick links appear in the tray icon's right-click menu and open in your browser.",
+              u"Add Quick Link"}) {
+            QVERIFY2(names.contains(marked(text)), qPrintable(names.join(u'|')));
+        }
+        QVERIFY2(names.contains(marked(u"Remove ") + QStringLiteral("Docs")), qPrintable(names.join(u'|')));
+        QCOMPARE(window.general().reminderLeadLabels().value(0), marked(u"At due time"));
+        QCOMPARE(window.general().reminderLeadLabels().value(1), QStringLiteral("5") + marked(u" minutes before"));
+        QCOMPARE(window.fields().defaultFields()->data(window.fields().defaultFields()->index(3),
+                                                       FieldToggleModel::LabelRole),
+                 QVariant(marked(u"Due date")));
     }
 
     void theCoresMessages() {

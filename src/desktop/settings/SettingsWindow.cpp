@@ -1,0 +1,54 @@
+#include "settings/SettingsWindow.h"
+
+#include "shell/PopoverWindow.h"
+
+#include <QCoreApplication>
+
+SettingsWindow::SettingsWindow(AppState& app, LoginItem& loginItem, QObject* parent)
+    : QObject(parent)
+    , m_fields(app.settings(), app.location(), app.serviceAddresses(), app.linkActions())
+    , m_general(app, loginItem)
+    , m_quickLinks(app.settings(), app.serviceAddresses()) {
+    m_view.setTitle(tr("NorvaneBar Settings"));
+    m_view.setResizeMode(QQuickView::SizeRootObjectToView);
+    m_view.setMinimumSize(QSize(480, 420));
+    m_view.resize(600, 560);
+    PopoverWindow::configureEngine(*m_view.engine());
+    m_view.setInitialProperties({{QStringLiteral("settingsWindow"), QVariant::fromValue(this)},
+                                 {QStringLiteral("fields"), QVariant::fromValue(&m_fields)},
+                                 {QStringLiteral("general"), QVariant::fromValue(&m_general)},
+                                 {QStringLiteral("quickLinks"), QVariant::fromValue(&m_quickLinks)}});
+}
+
+void SettingsWindow::setCurrentTab(int tab) {
+    if (tab < int(SettingsTab::account) || tab > int(SettingsTab::general) || tab == int(m_currentTab)) {
+        return;
+    }
+    m_currentTab = SettingsTab(tab);
+    emit currentTabChanged();
+}
+
+void SettingsWindow::showTab(SettingsTab tab) {
+    setCurrentTab(int(tab));
+    showSettings();
+}
+
+void SettingsWindow::showSettings() {
+    prepare();
+    if (m_view.windowStates() & Qt::WindowMinimized) {
+        m_view.setWindowStates(m_view.windowStates() & ~Qt::WindowMinimized);
+    }
+    m_view.show();
+    m_view.raise();
+    m_view.requestActivate();
+}
+
+void SettingsWindow::prepare() {
+    if (m_view.source().isEmpty()) {
+        m_view.setSource(QUrl(QStringLiteral("qrc:/qt/qml/NorvaneBar/settings/qml/SettingsView.qml")));
+        // As in the popover: Qt 6.4's Fusion style takes the application's palette only when it
+        // changes, so the content takes it now.
+        QEvent paletteChange(QEvent::ApplicationPaletteChange);
+        QCoreApplication::sendEvent(&m_view, &paletteChange);
+    }
+}

@@ -1,0 +1,52 @@
+#pragma once
+
+#include "app/AppState.h"
+#include "platform/LoginItem.h"
+#include "settings/FieldVisibilityViewModel.h"
+#include "settings/GeneralSettingsViewModel.h"
+#include "settings/QuickLinksViewModel.h"
+#include "settings/SettingsTab.h"
+
+#include <QObject>
+#include <QQuickView>
+#include <QtQml/qqmlregistration.h>
+
+// The settings window: the tabs "Account", "Fields", "Templates" and "General", each change saved
+// at once. One window for the life of the app: opening it again brings it to the front. Ctrl+Tab
+// and Ctrl+Page Down move to the next tab, Escape closes it.
+class SettingsWindow : public QObject {
+    Q_OBJECT
+    QML_ELEMENT
+    QML_UNCREATABLE("The app builds the settings window.")
+    // The tab shown, as its place in the order of SettingsTab.
+    Q_PROPERTY(int currentTab READ currentTab WRITE setCurrentTab NOTIFY currentTabChanged)
+
+public:
+    SettingsWindow(AppState& app, LoginItem& loginItem, QObject* parent = nullptr);
+
+    QQuickView& view() { return m_view; }
+    FieldVisibilityViewModel& fields() { return m_fields; }
+    GeneralSettingsViewModel& general() { return m_general; }
+    QuickLinksViewModel& quickLinks() { return m_quickLinks; }
+
+    int currentTab() const { return int(m_currentTab); }
+    void setCurrentTab(int tab);
+
+    // Shows the window on `tab`, in front and with the keyboard.
+    void showTab(SettingsTab tab);
+    // Shows the window on the tab it last showed, in front and with the keyboard.
+    void showSettings();
+    // Loads the content once; showing the window does it too.
+    void prepare();
+
+signals:
+    void currentTabChanged();
+
+private:
+    FieldVisibilityViewModel m_fields;
+    GeneralSettingsViewModel m_general;
+    QuickLinksViewModel m_quickLinks;
+    SettingsTab m_currentTab = SettingsTab::account;
+    // After the models, so that the pages are gone before the models they show.
+    QQuickView m_view;
+};

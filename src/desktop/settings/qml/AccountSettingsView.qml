@@ -1,0 +1,8 @@
+import QtQuick
+
+// The "Account" tab.
+SettingsPage {
+    SectionHeading {
+        text: qsTr("Norvane Accounts")
+    }
+}

@@ -1,0 +1,8 @@
+import QtQuick
+
+// The "Templates" tab.
+SettingsPage {
+    SectionHeading {
+        text: qsTr("Templates")
+    }
+}

@@ -1,0 +1,392 @@
+#include "settings/SettingsWindow.h"
+#include "AppStateFixture.h"
+#include "ManualColorScheme.h"
+#include "QuickItems.h"
+#include "SandboxDemo.h"
+#include "SettingsFileTesting.h"
+#include "linux/AutostartEntry.h"
+#include "shell/ColorSchemePalette.h"
+#include "shell/PopoverWindow.h"
+
+#include <QFile>
+#include <QJsonArray>
+#include <QJsonDocument>
+#include <QQuickItem>
+#include <QTemporaryDir>
+#include <QTest>
+
+// A person goes through the settings window by keyboard alone, against norvane-sandbox: every
+// control of the "Fields" and "General" tabs is reached with Tab, each setting is changed and read
+// back from the settings file.
+class SettingsWindowTest : public QObject {
+    Q_OBJECT
+
+    SandboxProcess m_sandbox;
+    std::unique_ptr<AppStateFixture> m_fixture;
+    QTemporaryDir m_home;
+    std::unique_ptr<AutostartEntry> m_loginItem;
+    std::unique_ptr<SettingsWindow> m_window;
+
+    AppState& app() { return m_fixture->app(); }
+    QJsonObject settingsFile() const { return SettingsFileTesting::stored(m_fixture->settingsPath()); }
+    QStringList storedSet(const QString& key) const {
+        return SettingsFileTesting::storedSet(m_fixture->settingsPath(), key);
+    }
+    QQuickView& view() { return m_window->view(); }
+    QString autostartFolder() const { return m_home.filePath(QStringLiteral("autostart")); }
+
+    QQuickItem* item(const QString& objectName) { return QuickItems::visualChild(view().contentItem(), objectName); }
+
+    QString focused() {
+        const QQuickItem* focus = view().activeFocusItem();
+        return focus ? focus->objectName() : QString();
+    }
+
+    void key(Qt::Key key, Qt::KeyboardModifiers modifiers = Qt::NoModifier) {
+        QTest::keyClick(&view(), key, modifiers);
+    }
+
+    void type(const QString& text) {
+        for (const QChar character : text) {
+            QTest::sendKeyEvent(QTest::Click, &view(), Qt::Key_unknown, QString(character), Qt::NoModifier);
+        }
+    }
+
+    // Presses Tab until the control of this name has the keyboard: false after a full round without.
+    bool tabTo(const QString& objectName) {
+        for (int presses = 0; presses < 80 && focused() != objectName; ++presses) {
+            key(Qt::Key_Tab);
+        }
+        return focused() == objectName;
+    }
+
+    // The names of the controls that Tab reaches in a full round from where the keyboard is.
+    QSet<QString> tabRound() {
+        QSet<QString> reached;
+        for (int presses = 0; presses < 80; ++presses) {
+            key(Qt::Key_Tab);
+            reached.insert(focused());
+        }
+        return reached;
+    }
+
+    // The window shown on `tab` and active.
+    void show(SettingsTab tab) {
+        m_window->showTab(tab);
+        QVERIFY(QTest::qWaitForWindowActive(&view()));
+        QTRY_COMPARE(m_window->currentTab(), int(tab));
+    }
+
+    // A new window over a central state signed in as the first demo user with `listID` chosen.
+    void openSignedIn(const QString& listID) {
+        m_window.reset();
+        m_fixture.reset();
+        QVERIFY(m_sandbox.reset());
+        m_fixture = std::make_unique<AppStateFixture>(&m_sandbox);
+        AppState& state = m_fixture->start();
+        QCOMPARE(runTask(state.signIn(m_sandbox.token())), std::nullopt);
+        QVERIFY(m_fixture->chooseNorthwindList(listID));
+        QTRY_VERIFY_WITH_TIMEOUT(!state.currentContext()->isLoading(), 10000);
+        m_window = std::make_unique<SettingsWindow>(state, *m_loginItem);
+    }
+
+private slots:
+    void initTestCase() {
+        PopoverWindow::configureQuick();
+        QVERIFY2(m_sandbox.start(), qPrintable(m_sandbox.errorString()));
+    }
+
+    void init() {
+        m_loginItem = std::make_unique<AutostartEntry>(autostartFolder(), QStringLiteral("/usr/bin/norvanebar"));
+        openSignedIn(SandboxDemo::inboxListID);
+    }
+
+    void cleanup() {
+        m_window.reset();
+        m_fixture.reset();
+        QDir(autostartFolder()).removeRecursively();
+        QFile::remove(autostartFolder());
+    }
+
+    void theWindowShowsItsFourTabsInOrderWithTheirSymbols() {
+        show(SettingsTab::fields);
+        QCOMPARE(view().title(), QStringLiteral("NorvaneBar Settings"));
+        const QStringList names{QStringLiteral("accountTab"), QStringLiteral("fieldsTab"),
+                                QStringLiteral("templatesTab"), QStringLiteral("generalTab")};
+        const QStringList labels{QStringLiteral("Account"), QStringLiteral("Fields"), QStringLiteral("Templates"),
+                                 QStringLiteral("General")};
+        const QStringList symbols{QStringLiteral("person.crop.circle"), QStringLiteral("slider.horizontal.3"),
+                                  QStringLiteral("doc.on.doc"), QStringLiteral("gearshape")};
+        for (qsizetype index = 0; index < names.size(); ++index) {
+            QQuickItem* tab = item(names[index]);
+            QVERIFY2(tab, qPrintable(names[index]));
+            QCOMPARE(tab->property("text").toString(), labels[index]);
+            QCOMPARE(tab->property("symbol").toString(), symbols[index]);
+        }
+        QVERIFY(!item(QStringLiteral("attachmentsTab")));
+    }
+
+    void controlTabAndControlPageDownMoveThroughTheTabs() {
+        show(SettingsTab::account);
+        key(Qt::Key_Tab, Qt::ControlModifier);
+        QTRY_COMPARE(m_window->currentTab(), int(SettingsTab::fields));
+        key(Qt::Key_PageDown, Qt::ControlModifier);
+        QTRY_COMPARE(m_window->currentTab(), int(SettingsTab::templates));
+        key(Qt::Key_PageDown, Qt::ControlModifier);
+        QTRY_COMPARE(m_window->currentTab(), int(SettingsTab::general));
+        key(Qt::Key_Tab, Qt::ControlModifier);
+        QTRY_COMPARE(m_window->currentTab(), int(SettingsTab::account));
+        key(Qt::Key_PageUp, Qt::ControlModifier);
+        QTRY_COMPARE(m_window->currentTab(), int(SettingsTab::general));
+        key(Qt::Key_Backtab, Qt::ControlModifier | Qt::ShiftModifier);
+        QTRY_COMPARE(m_window->currentTab(), int(SettingsTab::templates));
+    }
+
+    void tabReachesEveryControlOfTheFieldsTab() {
+        show(SettingsTab::fields);
+        const int customFields = int(app().currentContext()->fields().size());
+        QVERIFY(customFields > 1);
+        const QSet<QString> reached = tabRound();
+        QStringList expected{QStringLiteral("accountTab"), QStringLiteral("fieldsTab"), QStringLiteral("templatesTab"),
+                             QStringLiteral("generalTab")};
+        for (int field = 0; field < 5; ++field) {
+            expected.append(QStringLiteral("defaultField%1").arg(field));
+        }
+        for (int field = 0; field < customFields; ++field) {
+            expected.append(QStringLiteral("customField%1").arg(field));
+        }
+        for (const QString& name : expected) {
+            QVERIFY2(reached.contains(name), qPrintable(name));
+        }
+    }
+
+    void tabReachesEveryControlOfTheGeneralTab() {
+        app().settings().modify([](AppSettings& settings) {
+            settings.bookmarks = {
+                Bookmark{.name = QStringLiteral("Docs"), .urlString = QStringLiteral("https://docs.example")}};
+        });
+        m_window->quickLinks().setNewName(QStringLiteral("Board"));
+        m_window->quickLinks().setNewURL(QStringLiteral("https://board.example"));
+        show(SettingsTab::general);
+        const QSet<QString> reached = tabRound();
+        for (const QString& name :
+             {QStringLiteral("showDueCountBadge"), QStringLiteral("defaultWorkspace"),
+              QStringLiteral("branchNameFormat"), QStringLiteral("reminderLeadTime"), QStringLiteral("launchAtLogin"),
+              QStringLiteral("removeQuickLink0"), QStringLiteral("quickLinkName"), QStringLiteral("quickLinkAddress"),
+              QStringLiteral("addQuickLink")}) {
+            QVERIFY2(reached.contains(name), qPrintable(name));
+        }
+    }
+
+    void eachFieldSwitchIsChangedByKeyboardAndSaved() {
+        show(SettingsTab::fields);
+        // "Priority" is the third switch, hidden by default.
+        QVERIFY(tabTo(QStringLiteral("defaultField2")));
+        key(Qt::Key_Space);
+        QTRY_VERIFY(storedSet(QStringLiteral("visibleDefaultFields")).contains(QStringLiteral("priority")));
+        QVERIFY(item(QStringLiteral("defaultField2"))->property("checked").toBool());
+        // "Status", the first, shown by default.
+        QVERIFY(tabTo(QStringLiteral("defaultField0")));
+        key(Qt::Key_Space);
+        QTRY_VERIFY(!storedSet(QStringLiteral("visibleDefaultFields")).contains(QStringLiteral("status")));
+
+        const QString fieldID = app().currentContext()->fields()[0].id;
+        QVERIFY(tabTo(QStringLiteral("customField0")));
+        QVERIFY(item(QStringLiteral("customField0"))->property("checked").toBool());
+        key(Qt::Key_Space);
+        QTRY_COMPARE(storedSet(QStringLiteral("hiddenCustomFieldIDs")), QStringList{fieldID});
+        QVERIFY(!item(QStringLiteral("customField0"))->property("checked").toBool());
+        // The keyboard stays on the switch, and turning it on again shows the field.
+        QCOMPARE(focused(), QStringLiteral("customField0"));
+        key(Qt::Key_Space);
+        QTRY_COMPARE(storedSet(QStringLiteral("hiddenCustomFieldIDs")), QStringList());
+    }
+
+    void theCustomFieldsAreThoseOfTheComposersList() {
+        show(SettingsTab::fields);
+        QCOMPARE(QuickItems::plainText(item(QStringLiteral("customFieldsHeading"))),
+                 QStringLiteral("Custom Fields in “Inbox”"));
+        QVERIFY(!item(QStringLiteral("noCustomFields"))->isVisible());
+        QVERIFY(!item(QStringLiteral("editInNorvane"))->isVisible());
+        QVERIFY(!item(QStringLiteral("noList"))->isVisible());
+    }
+
+    void aListWithoutCustomFieldsSaysSoAndLinksToItsPage() {
+        openSignedIn(SandboxDemo::supportListID);
+        show(SettingsTab::fields);
+        QTRY_VERIFY(item(QStringLiteral("noCustomFields")) && item(QStringLiteral("noCustomFields"))->isVisible());
+        QCOMPARE(item(QStringLiteral("noCustomFields"))->property("text").toString(),
+                 QStringLiteral("This list has no custom fields."));
+        QVERIFY(tabTo(QStringLiteral("editInNorvane")));
+        QCOMPARE(item(QStringLiteral("editInNorvane"))->property("label").toString(),
+                 QStringLiteral("Edit in Norvane — Support queue"));
+        key(Qt::Key_Space);
+        QTRY_COMPARE(
+            m_fixture->linkActions().opened(),
+            QList<QUrl>{QUrl(app().serviceAddresses().listURL(SandboxDemo::northwindID, SandboxDemo::supportListID))});
+    }
+
+    void withoutAListTheFieldsTabAsksForOne() {
+        m_window.reset();
+        m_fixture = std::make_unique<AppStateFixture>();
+        m_window = std::make_unique<SettingsWindow>(m_fixture->start(), *m_loginItem);
+        show(SettingsTab::fields);
+        QVERIFY(item(QStringLiteral("noList"))->isVisible());
+        QCOMPARE(item(QStringLiteral("noList"))->property("text").toString(),
+                 QStringLiteral("Pick a list in the composer to configure its custom fields."));
+        QVERIFY(!item(QStringLiteral("customFieldsHeading"))->isVisible());
+        QVERIFY(!item(QStringLiteral("editInNorvane"))->isVisible());
+    }
+
+    void eachGeneralSettingIsChangedByKeyboardAndSaved() {
+        show(SettingsTab::general);
+
+        QVERIFY(tabTo(QStringLiteral("showDueCountBadge")));
+        key(Qt::Key_Space);
+        QTRY_COMPARE(settingsFile().value(QStringLiteral("showDueCountBadge")), QJsonValue(true));
+
+        const QList<Workspace>& workspaces = app().hierarchy().workspaces();
+        QVERIFY(workspaces.size() >= 2);
+        QVERIFY(tabTo(QStringLiteral("defaultWorkspace")));
+        const int before = item(QStringLiteral("defaultWorkspace"))->property("currentIndex").toInt();
+        key(before + 1 < workspaces.size() ? Qt::Key_Down : Qt::Key_Up);
+        const int after = before + 1 < workspaces.size() ? before + 1 : before - 1;
+        QTRY_COMPARE(settingsFile().value(QStringLiteral("preferredWorkspaceID")).toString(), workspaces[after].id);
+
+        QVERIFY(tabTo(QStringLiteral("branchNameFormat")));
+        key(Qt::Key_A, Qt::ControlModifier);
+        type(QStringLiteral("feature/:taskId:-:username:"));
+        QTRY_COMPARE(settingsFile().value(QStringLiteral("branchNameFormat")).toString(),
+                     QStringLiteral("feature/:taskId:-:username:"));
+        QCOMPARE(QuickItems::plainText(item(QStringLiteral("branchNamePreview"))),
+                 QStringLiteral("feature/NV-ae27de-Ada-Okafor"));
+
+        QVERIFY(tabTo(QStringLiteral("reminderLeadTime")));
+        key(Qt::Key_Down);
+        QTRY_COMPARE(settingsFile().value(QStringLiteral("defaultReminderLeadMinutes")), QJsonValue(30));
+        QCOMPARE(item(QStringLiteral("reminderLeadTime"))->property("currentText").toString(),
+                 QStringLiteral("30 minutes before"));
+
+        QVERIFY(tabTo(QStringLiteral("launchAtLogin")));
+        key(Qt::Key_Space);
+        QTRY_VERIFY(QFile::exists(m_loginItem->filePath()));
+        QVERIFY(item(QStringLiteral("launchAtLogin"))->property("checked").toBool());
+        key(Qt::Key_Space);
+        QTRY_VERIFY(!QFile::exists(m_loginItem->filePath()));
+
+        QVERIFY(tabTo(QStringLiteral("quickLinkName")));
+        type(QStringLiteral("Sprint board"));
+        key(Qt::Key_Tab);
+        QCOMPARE(focused(), QStringLiteral("quickLinkAddress"));
+        type(QStringLiteral("https://example.com/board"));
+        key(Qt::Key_Return);
+        QTRY_COMPARE(settingsFile().value(QStringLiteral("bookmarks")).toArray().size(), 1);
+        const QJsonValue link = settingsFile().value(QStringLiteral("bookmarks")).toArray().at(0);
+        QCOMPARE(link[QStringLiteral("name")].toString(), QStringLiteral("Sprint board"));
+        QCOMPARE(link[QStringLiteral("urlString")].toString(), QStringLiteral("https://example.com/board"));
+        QCOMPARE(item(QStringLiteral("quickLinkName"))->property("text").toString(), QString());
+
+        QVERIFY(tabTo(QStringLiteral("removeQuickLink0")));
+        QCOMPARE(QuickItems::accessibleNames(item(QStringLiteral("removeQuickLink0"))).value(0),
+                 QStringLiteral("Remove Sprint board"));
+        key(Qt::Key_Space);
+        QTRY_VERIFY(settingsFile().value(QStringLiteral("bookmarks")).toArray().isEmpty());
+        QTRY_VERIFY(item(QStringLiteral("noQuickLinks"))->isVisible());
+    }
+
+    void aQuickLinkWithAnotherSchemeCannotBeAddedByKeyboard() {
+        show(SettingsTab::general);
+        QVERIFY(tabTo(QStringLiteral("quickLinkName")));
+        type(QStringLiteral("Files"));
+        key(Qt::Key_Tab);
+        type(QStringLiteral("ftp://files.example.com/"));
+        key(Qt::Key_Return);
+        QVERIFY(!item(QStringLiteral("addQuickLink"))->isEnabled());
+        QTest::qWait(100);
+        QVERIFY(settingsFile().value(QStringLiteral("bookmarks")).toArray().isEmpty());
+        QCOMPARE(item(QStringLiteral("quickLinkAddress"))->property("text").toString(),
+                 QStringLiteral("ftp://files.example.com/"));
+    }
+
+    void aLoginItemThatFailsShowsItsMessageInThePane() {
+        QFile blocker(autostartFolder());
+        QVERIFY(blocker.open(QIODevice::WriteOnly));
+        blocker.close();
+        show(SettingsTab::general);
+        QVERIFY(!item(QStringLiteral("loginItemError"))->isVisible());
+        QVERIFY(tabTo(QStringLiteral("launchAtLogin")));
+        key(Qt::Key_Space);
+        QTRY_VERIFY(item(QStringLiteral("loginItemError"))->isVisible());
+        QVERIFY2(QuickItems::plainText(item(QStringLiteral("loginItemError"))).contains(autostartFolder()),
+                 qPrintable(QuickItems::plainText(item(QStringLiteral("loginItemError")))));
+        QVERIFY(!item(QStringLiteral("launchAtLogin"))->property("checked").toBool());
+    }
+
+    void escapeClosesTheWindow() {
+        show(SettingsTab::general);
+        QVERIFY(tabTo(QStringLiteral("launchAtLogin")));
+        key(Qt::Key_Escape);
+        QTRY_VERIFY(!view().isVisible());
+    }
+
+    void theWindowFollowsTheDesktopIntoDarkAndBack() {
+        ManualColorScheme scheme;
+        ColorSchemePalette palette(scheme);
+        show(SettingsTab::general);
+        const auto windowColour = [this] {
+            const QImage image = view().grabWindow();
+            return image.pixelColor(4, image.height() - 4);
+        };
+        QVERIFY(windowColour().lightnessF() > 0.5);
+        scheme.set(ColorSchemeSource::ColorScheme::dark);
+        QTRY_VERIFY(windowColour().lightnessF() < 0.2);
+        scheme.set(ColorSchemeSource::ColorScheme::light);
+        QTRY_VERIFY(windowColour().lightnessF() > 0.5);
+    }
+
+    void aWindowFirstOpenedInDarkIsDark() {
+        ManualColorScheme scheme;
+        ColorSchemePalette palette(scheme);
+        scheme.set(ColorSchemeSource::ColorScheme::dark);
+        show(SettingsTab::fields);
+        QTRY_VERIFY(view().grabWindow().pixelColor(4, view().height() - 4).lightnessF() < 0.2);
+        scheme.set(ColorSchemeSource::ColorScheme::noPreference);
+    }
+
+    void aSecondOpenRaisesTheSameWindowOnTheTabAskedFor() {
+        show(SettingsTab::general);
+        QWindow other;
+        other.resize(200, 200);
+        other.show();
+        other.requestActivate();
+        QVERIFY(QTest::qWaitForWindowActive(&other));
+        QVERIFY(!view().isActive());
+
+        m_window->showSettings();
+        QVERIFY(QTest::qWaitForWindowActive(&view()));
+        QCOMPARE(m_window->currentTab(), int(SettingsTab::general));
+        // "Add Account…" opens it on the account tab.
+        m_window->showTab(SettingsTab::account);
+        QTRY_COMPARE(item(QStringLiteral("accountTab"))->property("checked").toBool(), true);
+        int settingsWindows = 0;
+        for (const QWindow* window : QGuiApplication::topLevelWindows()) {
+            settingsWindows += window->isVisible() && window->title() == QStringLiteral("NorvaneBar Settings");
+        }
+        QCOMPARE(settingsWindows, 1);
+
+        // Minimised, it comes back.
+        view().setWindowStates(Qt::WindowMinimized);
+        m_window->showSettings();
+        QVERIFY(!(view().windowStates() & Qt::WindowMinimized));
+
+        // Closed, it opens again as it was.
+        view().close();
+        QTRY_VERIFY(!view().isVisible());
+        m_window->showSettings();
+        QVERIFY(QTest::qWaitForWindowActive(&view()));
+        QCOMPARE(m_window->currentTab(), int(SettingsTab::account));
+    }
+};
+
+QTEST_MAIN(SettingsWindowTest)
+#include "SettingsWindowTest.moc"

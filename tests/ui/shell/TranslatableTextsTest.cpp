@@ -145,7 +145,7 @@ private slots:
                  marked(u"That doesn't look like a Norvane personal API token. Copy the full token from Norvane → "
                         u"Settings → Apps (it starts with pk_)."));
         QCOMPARE(KeychainStoreError::writeFailed(7).errorDescription(),
-                 marked(u"Couldn't save your API token to the Keychain (error %1).").arg(7));
+                 marked(u"Couldn't save your API token to the system keyring (error %1).").arg(7));
         QCOMPARE(std::get<AttachmentSizeLimits::Rejected>(AttachmentSizeLimits::validate(0)).message,
                  marked(u"The file is empty."));
         QCOMPARE(std::get<AttachmentSizeLimits::Warning>(AttachmentSizeLimits::validate(600'000'000)).message,

@@ -1,6 +1,7 @@
 #pragma once
 
 #include "app/AppState.h"
+#include "auth/AccountsViewModel.h"
 #include "auth/AuthViewModel.h"
 #include "auth/OnboardingModel.h"
 #include "compose/AttachmentInput.h"
@@ -15,8 +16,8 @@
 class QClipboard;
 
 // The popover window and the view models of its pages, wired the one way the app and the UI tests
-// share: each page gets its models as required properties, and files pasted into or dropped on the
-// window join the draft.
+// share: each page gets its models as required properties, files pasted into or dropped on the
+// window join the draft, and "Add Account…" closes the popover before the settings open.
 class PopoverPages {
 public:
     PopoverPages(AppState& app, QClipboard& clipboard);
@@ -25,6 +26,7 @@ public:
     PopoverWindow& window() { return m_window; }
     AuthViewModel& auth() { return m_auth; }
     OnboardingModel& onboarding() { return m_onboarding; }
+    AccountsViewModel& accounts() { return m_accounts; }
     LocationViewModel& location() { return m_location; }
     AttachmentListModel& attachments() { return m_attachments; }
     ComposerViewModel& composer() { return m_composer; }
@@ -35,6 +37,7 @@ public:
 private:
     AuthViewModel m_auth;
     OnboardingModel m_onboarding;
+    AccountsViewModel m_accounts;
     LocationViewModel m_location;
     AttachmentListModel m_attachments;
     ComposerViewModel m_composer;

@@ -15,7 +15,7 @@ Rectangle {
 
     // The relative luminance of a colour, as the contrast ratio of WCAG 2 reads it.
     function luminance(c: color): real {
-        const linear = v => v <= 0.03928 ? v / 12.92 : Math.pow((v + 0.055) / 1.055, 2.4);
+        const linear = v => v <= 0.04045 ? v / 12.92 : Math.pow((v + 0.055) / 1.055, 2.4);
         return 0.2126 * linear(c.r) + 0.7152 * linear(c.g) + 0.0722 * linear(c.b);
     }
 

@@ -80,10 +80,31 @@ private slots:
                  marked(u"Personal API token (pk_…)"));
     }
 
+    void theAccountPane() {
+        const std::unique_ptr<QQuickItem> pane =
+            page(QStringLiteral("auth/qml/AccountSettingsView.qml"),
+                 {{QStringLiteral("accounts"), QVariant::fromValue(m_fixture->accounts)}});
+        QVERIFY(pane);
+        const QStringList names = QuickItems::accessibleNames(pane.get());
+        for (const char16_t* text :
+             {u"Norvane Accounts",
+              u"Personal API tokens are stored in the system keyring, one per account. Switch anytime from here or "
+              u"from the account menu in the popover.",
+              u"Norvane Account",
+              u"Find your token in Norvane under Settings → Apps → API Token. You can add as many accounts as you "
+              u"like — for example a personal and a company account.",
+              u"Get your token…", u"Connect"}) {
+            QVERIFY2(names.contains(marked(text)), qPrintable(names.join(u'|')));
+        }
+        QCOMPARE(pane->findChild<QObject*>(QStringLiteral("tokenField"))->property("placeholderText").toString(),
+                 marked(u"Personal API token"));
+    }
+
     void theSignedInPage() {
         const std::unique_ptr<QQuickItem> signedIn =
             page(QStringLiteral("shell/qml/SignedInPopoverView.qml"),
                  {{QStringLiteral("auth"), QVariant::fromValue(m_fixture->auth)},
+                  {QStringLiteral("accounts"), QVariant::fromValue(m_fixture->accounts)},
                   {QStringLiteral("location"), QVariant::fromValue(m_fixture->location)},
                   {QStringLiteral("attachments"), QVariant::fromValue(m_fixture->attachments)},
                   {QStringLiteral("composer"), QVariant::fromValue(m_fixture->composer)},
@@ -96,7 +117,7 @@ private slots:
              {u"NorvaneBar", u"List for new tasks", u"Attachments", u"Paste or drop files here to attach them.",
               u"Press Esc to close.", u"Drop to attach", u"Compose mode", u"Single task",
               u"Multiple tasks — one per line", u"Task name", u"Description", u"Create Task", u"Dismiss", u"Create",
-              u"Tasks"}) {
+              u"Tasks", u"Switch Norvane account"}) {
             QVERIFY2(names.contains(marked(text)), qPrintable(names.join(u'|')));
         }
         QCOMPARE(signedIn->findChild<QObject*>(QStringLiteral("signedInUser"))->property("text").toString(),

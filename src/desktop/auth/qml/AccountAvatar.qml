@@ -2,8 +2,9 @@ import QtQuick
 import QtQuick.Controls
 
 // An account's avatar: a circle in the account's colour, or a quiet colour of the palette when the
-// service gave none, with its initials in bold in whichever of the palette's text and window
-// colours stands out more against it.
+// service gave none, with its initials in bold in black or white, whichever stands out more against
+// it. Any colour has at least 4.5:1 against one of the two, which no pair of palette colours gives
+// against every colour the service may choose.
 Rectangle {
     id: root
 
@@ -25,7 +26,9 @@ Rectangle {
         return (Math.max(first, second) + 0.05) / (Math.min(first, second) + 0.05);
     }
 
-    readonly property color textColor: root.contrast(root.color, root.palette.windowText) >= root.contrast(root.color, root.palette.window) ? root.palette.windowText : root.palette.window
+    readonly property color black: Qt.rgba(0, 0, 0, 1)
+    readonly property color white: Qt.rgba(1, 1, 1, 1)
+    readonly property color textColor: root.contrast(root.color, root.black) >= root.contrast(root.color, root.white) ? root.black : root.white
 
     implicitWidth: root.size
     implicitHeight: root.size

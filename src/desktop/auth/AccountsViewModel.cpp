@@ -128,7 +128,9 @@ void AccountsViewModel::setSwitchingAccountID(std::optional<qint64> accountID) {
         return;
     }
     m_switchingAccountID = accountID;
-    emitRowsChanged({IsSwitchingRole});
+    if (!m_accounts.isEmpty()) {
+        emit dataChanged(index(0), index(count() - 1), {IsSwitchingRole});
+    }
     emit switchingAccountIDChanged();
 }
 
@@ -183,10 +185,4 @@ bool AccountsViewModel::insertNewRows(const QList<StoredAccount>& stored) {
         endInsertRows();
     }
     return m_accounts.size() == stored.size();
-}
-
-void AccountsViewModel::emitRowsChanged(const QList<int>& roles) {
-    if (!m_accounts.isEmpty()) {
-        emit dataChanged(index(0), index(count() - 1), roles);
-    }
 }

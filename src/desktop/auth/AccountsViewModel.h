@@ -40,7 +40,6 @@ public:
         IsActiveRole,
         IsSwitchingRole,
     };
-    Q_ENUM(Role)
 
     // `addresses` tell where the service lists a person's tokens.
     AccountsViewModel(AuthController& auth, SettingsStore& settings, ServiceAddresses addresses,
@@ -87,7 +86,6 @@ private:
     void removeGoneRows(const QList<StoredAccount>& stored);
     // False when the stored order differs from the rows' beyond additions.
     bool insertNewRows(const QList<StoredAccount>& stored);
-    void emitRowsChanged(const QList<int>& roles);
 
     AuthController& m_auth;
     SettingsStore& m_settings;

@@ -67,6 +67,7 @@ struct PopoverFixture {
     PopoverWindow& popover = pages.window();
     AuthViewModel* const auth = &pages.auth();
     OnboardingModel* const onboarding = &pages.onboarding();
+    AccountsViewModel* const accounts = &pages.accounts();
     LocationPickerViewModel* const location = &pages.location();
     AttachmentListModel* const attachments = &pages.attachments();
     ComposerViewModel* const composer = &pages.composer();

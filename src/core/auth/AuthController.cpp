@@ -31,13 +31,14 @@ QCoro::Task<UserResponse> fetchUser(const NorvaneClient& client) {
 
 AuthController::AuthController(PersonalTokenProvider& tokenProvider, SettingsStore& settings,
                                const NorvaneClient& client, HierarchyStore& hierarchy, LocationMemory& location,
-                               TaskDraft& draft, QObject* parent)
+                               MyDayStore& myDay, TaskDraft& draft, QObject* parent)
     : QObject(parent)
     , m_tokenProvider(tokenProvider)
     , m_settings(settings)
     , m_client(client)
     , m_hierarchy(hierarchy)
     , m_location(location)
+    , m_myDay(myDay)
     , m_draft(draft) {}
 
 void AuthController::setAuthState(AuthState state) {
@@ -170,6 +171,7 @@ QCoro::Task<> AuthController::switchAccount(qint64 userID, bool force) {
     m_tokenProvider.setCached(token);
     m_settings.modify([userID](AppSettings& changed) { AccountNavigation::restore(changed, userID); });
     m_location.forgetHierarchy();
+    m_myDay.emptyTasks();
     m_draft.reset(m_settings.settings().defaultReminderLeadMinutes);
     co_await validateAndLoad(m_authValidation.raise());
 }
@@ -208,6 +210,7 @@ void AuthController::signOut() {
     m_tokenProvider.setCached(std::nullopt);
     setAuthState({AuthState::SignedOut{}});
     m_location.forgetHierarchy();
+    m_myDay.emptyTasks();
     m_draft.reset(m_settings.settings().defaultReminderLeadMinutes);
 }
 

@@ -7,6 +7,7 @@
 #include "compose/TaskDraft.h"
 #include "hierarchy/HierarchyStore.h"
 #include "hierarchy/LocationMemory.h"
+#include "myday/MyDayStore.h"
 #include "settings/SettingsStore.h"
 
 #include <QCoroTask>
@@ -23,7 +24,8 @@ class AuthController : public QObject {
 public:
     // Everything given must outlive this object.
     AuthController(PersonalTokenProvider& tokenProvider, SettingsStore& settings, const NorvaneClient& client,
-                   HierarchyStore& hierarchy, LocationMemory& location, TaskDraft& draft, QObject* parent = nullptr);
+                   HierarchyStore& hierarchy, LocationMemory& location, MyDayStore& myDay, TaskDraft& draft,
+                   QObject* parent = nullptr);
 
     const AuthState& authState() const { return m_authState; }
     const AuthValidationGeneration& authValidation() const { return m_authValidation; }
@@ -62,6 +64,7 @@ private:
     const NorvaneClient& m_client;
     HierarchyStore& m_hierarchy;
     LocationMemory& m_location;
+    MyDayStore& m_myDay;
     TaskDraft& m_draft;
     AuthState m_authState;
     AuthValidationGeneration m_authValidation;

@@ -8,6 +8,7 @@ KeychainStoreError::KeychainStoreError(Case failure)
 
 QString KeychainStoreError::errorDescription() const {
     const qint32 status = std::get<WriteFailed>(m_failure).status;
-    return QCoreApplication::translate("KeychainStoreError", "Couldn't save your API token to the Keychain (error %1).")
+    return QCoreApplication::translate("KeychainStoreError",
+                                       "Couldn't save your API token to the system keyring (error %1).")
         .arg(status);
 }

@@ -19,7 +19,7 @@ public:
     static KeychainStoreError writeFailed(qint32 status) { return KeychainStoreError(WriteFailed{status}); }
 
     const Case& failure() const { return m_failure; }
-    // "Couldn't save your API token to the Keychain (error <status>)."
+    // "Couldn't save your API token to the system keyring (error <status>)."
     QString errorDescription() const;
     const char* what() const noexcept override { return m_what.constData(); }
 

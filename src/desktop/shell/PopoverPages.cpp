@@ -5,6 +5,7 @@
 PopoverPages::PopoverPages(AppState& app, QClipboard& clipboard)
     : m_auth(app.auth())
     , m_onboarding(app.auth(), app.serviceAddresses())
+    , m_accounts(app.auth(), app.settings(), app.serviceAddresses())
     , m_location(app.settings(), app.location(), app.serviceAddresses().webBaseURL)
     , m_attachments(app.draft())
     , m_fieldChips(app)
@@ -16,6 +17,7 @@ PopoverPages::PopoverPages(AppState& app, QClipboard& clipboard)
     , m_attachmentInput(m_window, m_attachments, clipboard) {
     m_window.setInitialProperties({{QStringLiteral("auth"), QVariant::fromValue(&m_auth)},
                                    {QStringLiteral("onboarding"), QVariant::fromValue(&m_onboarding)},
+                                   {QStringLiteral("accounts"), QVariant::fromValue(&m_accounts)},
                                    {QStringLiteral("location"), QVariant::fromValue(&m_location)},
                                    {QStringLiteral("attachments"), QVariant::fromValue(&m_attachments)},
                                    {QStringLiteral("composer"), QVariant::fromValue(&m_composer)},
@@ -24,6 +26,8 @@ PopoverPages::PopoverPages(AppState& app, QClipboard& clipboard)
                                    {QStringLiteral("submit"), QVariant::fromValue(&m_submit)},
                                    {QStringLiteral("tabs"), QVariant::fromValue(&m_tabs)},
                                    {QStringLiteral("myDay"), QVariant::fromValue(&m_myDay)}});
+    // Connected before anyone outside, so the popover is gone when the settings window comes up.
+    QObject::connect(&m_accounts, &AccountsViewModel::openSettingsRequested, &m_window, &QWindow::hide);
     QObject::connect(&app, &AppState::authStateChanged, &m_myDay, &MyDayViewModel::contextChanged);
     QObject::connect(&app, &AppState::currentContextChanged, &m_myDay, &MyDayViewModel::contextChanged);
 }

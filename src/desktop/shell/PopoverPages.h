@@ -1,6 +1,7 @@
 #pragma once
 
 #include "app/AppState.h"
+#include "auth/AccountsViewModel.h"
 #include "auth/AuthViewModel.h"
 #include "auth/OnboardingModel.h"
 #include "compose/AttachmentExporterViewModel.h"
@@ -17,8 +18,8 @@
 class QClipboard;
 
 // The popover window and the view models of its pages, wired the one way the app and the UI tests
-// share: each page gets its models as required properties, and files pasted into or dropped on the
-// window join the draft.
+// share: each page gets its models as required properties, files pasted into or dropped on the
+// window join the draft, and "Add Account…" closes the popover before the settings open.
 class PopoverPages {
 public:
     PopoverPages(AppState& app, QClipboard& clipboard);
@@ -27,6 +28,7 @@ public:
     PopoverWindow& window() { return m_window; }
     AuthViewModel& auth() { return m_auth; }
     OnboardingModel& onboarding() { return m_onboarding; }
+    AccountsViewModel& accounts() { return m_accounts; }
     LocationPickerViewModel& location() { return m_location; }
     AttachmentListModel& attachments() { return m_attachments; }
     FieldChipsViewModel& fieldChips() { return m_fieldChips; }
@@ -40,6 +42,7 @@ public:
 private:
     AuthViewModel m_auth;
     OnboardingModel m_onboarding;
+    AccountsViewModel m_accounts;
     LocationPickerViewModel m_location;
     AttachmentListModel m_attachments;
     FieldChipsViewModel m_fieldChips;

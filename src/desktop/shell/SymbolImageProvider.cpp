@@ -16,6 +16,8 @@ const QHash<QString, QStringList>& themeNames() {
         {QStringLiteral("xmark.circle.fill"), {QStringLiteral("dialog-error")}},
         {QStringLiteral("xmark.octagon.fill"), {QStringLiteral("process-stop")}},
         {QStringLiteral("xmark"), {QStringLiteral("window-close-symbolic"), QStringLiteral("window-close")}},
+        {QStringLiteral("checkmark"), {QStringLiteral("object-select-symbolic"), QStringLiteral("object-select")}},
+        {QStringLiteral("minus.circle"), {QStringLiteral("list-remove-symbolic"), QStringLiteral("list-remove")}},
         {QStringLiteral("arrow.triangle.branch"), {QStringLiteral("vcs-branch")}},
         {QStringLiteral("doc.text"), {QStringLiteral("text-x-generic-symbolic"), QStringLiteral("text-x-generic")}},
         {QStringLiteral("list.bullet"), {QStringLiteral("view-list-symbolic"), QStringLiteral("view-list")}},

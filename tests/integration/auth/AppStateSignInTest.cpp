@@ -99,7 +99,7 @@ private slots:
         secrets().failWrites(tokenItem(user(0).userID), 34);
         AppState& app = start();
         QCOMPARE(runTask(app.signIn(user(0).token)),
-                 std::optional(QStringLiteral("Couldn't save your API token to the Keychain (error 34).")));
+                 std::optional(QStringLiteral("Couldn't save your API token to the system keyring (error 34).")));
         QVERIFY(app.settings().settings().accounts.isEmpty());
         QVERIFY(app.authState().is<AuthState::SignedOut>());
     }

@@ -56,7 +56,7 @@ private slots:
             QFAIL("the write did not fail");
         } catch (const KeychainStoreError& error) {
             QVERIFY(error.errorDescription().startsWith(
-                QStringLiteral("Couldn't save your API token to the Keychain (error ")));
+                QStringLiteral("Couldn't save your API token to the system keyring (error ")));
         }
         QVERIFY(m_elapsed.elapsed() < quickMSecs);
     }

@@ -1,3 +1,4 @@
+#include "ContrastTesting.h"
 #include "ManualColorScheme.h"
 #include "PopoverFixture.h"
 #include "SandboxDemo.h"
@@ -10,9 +11,10 @@
 #include <QMimeData>
 #include <QQuickItem>
 #include <QTest>
-#include <cmath>
 
 using ColorScheme = ColorSchemeSource::ColorScheme;
+using ContrastTesting::contrast;
+using ContrastTesting::luminance;
 
 namespace {
 // Text needs 4.5:1 against what lies behind it, a symbol 3:1 (WCAG's AA).
@@ -20,20 +22,6 @@ constexpr double textContrast = 4.5;
 constexpr double symbolContrast = 3.0;
 // A symbol shows when this many of its pixels stand out from what lies behind it.
 constexpr int visibleSymbolPixels = 8;
-
-// Relative luminance, as WCAG defines it.
-double luminance(const QColor& colour) {
-    const auto linear = [](double channel) {
-        return channel <= 0.04045 ? channel / 12.92 : std::pow((channel + 0.055) / 1.055, 2.4);
-    };
-    return 0.2126 * linear(colour.redF()) + 0.7152 * linear(colour.greenF()) + 0.0722 * linear(colour.blueF());
-}
-
-double contrast(const QColor& one, const QColor& other) {
-    const double a = luminance(one);
-    const double b = luminance(other);
-    return (std::max(a, b) + 0.05) / (std::min(a, b) + 0.05);
-}
 
 // `top` drawn with `opacity` over `under`.
 QColor over(const QColor& top, double opacity, const QColor& under) {

@@ -83,10 +83,31 @@ private slots:
                  marked(u"Personal API token (pk_…)"));
     }
 
+    void theAccountPane() {
+        const std::unique_ptr<QQuickItem> pane =
+            page(QStringLiteral("auth/qml/AccountSettingsView.qml"),
+                 {{QStringLiteral("accounts"), QVariant::fromValue(m_fixture->accounts)}});
+        QVERIFY(pane);
+        const QStringList names = QuickItems::accessibleNames(pane.get());
+        for (const char16_t* text :
+             {u"Norvane Accounts",
+              u"Personal API tokens are stored in the system keyring, one per account. Switch anytime from here or "
+              u"from the account menu in the popover.",
+              u"Norvane Account",
+              u"Find your token in Norvane under Settings → Apps → API Token. You can add as many accounts as you "
+              u"like — for example a personal and a company account.",
+              u"Get your token…", u"Connect"}) {
+            QVERIFY2(names.contains(marked(text)), qPrintable(names.join(u'|')));
+        }
+        QCOMPARE(pane->findChild<QObject*>(QStringLiteral("tokenField"))->property("placeholderText").toString(),
+                 marked(u"Personal API token"));
+    }
+
     void theSignedInPage() {
         const std::unique_ptr<QQuickItem> signedIn =
             page(QStringLiteral("shell/qml/SignedInPopoverView.qml"),
                  {{QStringLiteral("auth"), QVariant::fromValue(m_fixture->auth)},
+                  {QStringLiteral("accounts"), QVariant::fromValue(m_fixture->accounts)},
                   {QStringLiteral("location"), QVariant::fromValue(m_fixture->location)},
                   {QStringLiteral("attachments"), QVariant::fromValue(m_fixture->attachments)},
                   {QStringLiteral("composer"), QVariant::fromValue(m_fixture->composer)},
@@ -97,10 +118,26 @@ private slots:
                   {QStringLiteral("myDay"), QVariant::fromValue(m_fixture->myDay)}});
         QVERIFY(signedIn);
         const QStringList names = QuickItems::accessibleNames(signedIn.get());
-        for (const char16_t* text : {u"NorvaneBar", u"List for new tasks", u"Attachments", u"Press Esc to close.",
-                                     u"Template", u"Drop to attach", u"Compose mode", u"Single task",
-                                     u"Multiple tasks — one per line", u"Task name", u"Description", u"Create Task",
-                                     u"Dismiss", u"Create", u"Tasks", u"Fields", u"Status", u"Assignee", u"Due date"}) {
+        for (const char16_t* text : {u"NorvaneBar",
+                                     u"List for new tasks",
+                                     u"Attachments",
+                                     u"Press Esc to close.",
+                                     u"Template",
+                                     u"Drop to attach",
+                                     u"Compose mode",
+                                     u"Single task",
+                                     u"Multiple tasks — one per line",
+                                     u"Task name",
+                                     u"Description",
+                                     u"Create Task",
+                                     u"Dismiss",
+                                     u"Create",
+                                     u"Tasks",
+                                     u"Fields",
+                                     u"Status",
+                                     u"Assignee",
+                                     u"Due date",
+                                     u"Switch Norvane account"}) {
             QVERIFY2(names.contains(marked(text)), qPrintable(names.join(u'|')));
         }
         QCOMPARE(signedIn->findChild<QObject*>(QStringLiteral("signedInUser"))->property("text").toString(),
@@ -236,7 +273,7 @@ private slots:
                  marked(u"That doesn't look like a Norvane personal API token. Copy the full token from Norvane → "
                         u"Settings → Apps (it starts with pk_)."));
         QCOMPARE(KeychainStoreError::writeFailed(7).errorDescription(),
-                 marked(u"Couldn't save your API token to the Keychain (error %1).").arg(7));
+                 marked(u"Couldn't save your API token to the system keyring (error %1).").arg(7));
         QCOMPARE(std::get<AttachmentSizeLimits::Rejected>(AttachmentSizeLimits::validate(0)).message,
                  marked(u"The file is empty."));
         QCOMPARE(std::get<AttachmentSizeLimits::Warning>(AttachmentSizeLimits::validate(600'000'000)).message,

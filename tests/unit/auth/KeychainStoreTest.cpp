@@ -72,7 +72,7 @@ private slots:
         } catch (const KeychainStoreError& error) {
             QCOMPARE(error.failure(), KeychainStoreError::Case(KeychainStoreError::WriteFailed{-25299}));
             QCOMPARE(error.errorDescription(),
-                     QStringLiteral("Couldn't save your API token to the Keychain (error -25299)."));
+                     QStringLiteral("Couldn't save your API token to the system keyring (error -25299)."));
             QCOMPARE(QByteArray(error.what()), error.errorDescription().toUtf8());
         }
         QCOMPARE(m_secrets->item(service, account), std::nullopt);

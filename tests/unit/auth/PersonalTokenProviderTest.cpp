@@ -128,7 +128,7 @@ private slots:
         } catch (const PersonalTokenError& error) {
             QVERIFY(error.is<PersonalTokenError::KeychainFailed>());
             QCOMPARE(error.errorDescription(),
-                     QStringLiteral("Couldn't save your API token to the Keychain (error 7)."));
+                     QStringLiteral("Couldn't save your API token to the system keyring (error 7)."));
         }
         QCOMPARE(m_secrets->item(service, legacyAccount), QByteArray("pk_legacy"));
         QCOMPARE(m_provider->cached(), QStringLiteral("pk_legacy"));

@@ -63,7 +63,7 @@ private slots:
             QFAIL("the write did not fail");
         } catch (const StorageCredentialError& error) {
             QCOMPARE(error.errorDescription(),
-                     QStringLiteral("Couldn't save your API token to the Keychain (error 5)."));
+                     QStringLiteral("Couldn't save your API token to the system keyring (error 5)."));
         }
         QCOMPARE(item(accessKey), QByteArray("AKIA1"));
         QCOMPARE(item(secretKey), std::nullopt);

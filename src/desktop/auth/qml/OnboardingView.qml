@@ -34,92 +34,32 @@ Pane {
             Accessible.name: text
         }
 
-        TextField {
+        TokenField {
             id: tokenField
-
-            // Qt 6.4 drops Accessible.name on a password field: SecretFieldAccessible names the
-            // field from this and shows assistive technology the dots, never the token.
-            readonly property string accessibleName: qsTr("Norvane personal API token")
 
             objectName: "tokenField"
             Layout.fillWidth: true
             focus: true
-            echoMode: TextInput.Password
+            form: root.model
+            accessibleName: qsTr("Norvane personal API token")
             placeholderText: qsTr("Personal API token (pk_…)")
-            enabled: !root.model.isBusy
-            text: root.model.token
-            onTextEdited: root.model.token = text
-            onAccepted: root.model.connect()
-            Accessible.name: tokenField.accessibleName
-            Accessible.passwordEdit: true
         }
 
-        // The mark says it is an error; the text keeps the window's text colour, readable in light
-        // and dark.
-        RowLayout {
+        TokenFormMessage {
             Layout.fillWidth: true
-            visible: root.model.errorMessage.length > 0
-            spacing: 8
-
-            Image {
-                Layout.alignment: Qt.AlignTop
-                // Asked for only when shown: the first picture loads the SVG renderer.
-                source: root.model.errorMessage.length > 0 ? "image://symbol/xmark.circle.fill" : ""
-                sourceSize.width: 16
-                sourceSize.height: 16
-                Accessible.ignored: true
-            }
-
-            Label {
-                objectName: "errorMessage"
-                Layout.fillWidth: true
-                wrapMode: Text.WordWrap
-                textFormat: Text.PlainText
-                text: root.model.errorMessage
-                Accessible.role: Accessible.AlertMessage
-                Accessible.name: text
-            }
+            form: root.model
         }
 
-        Button {
-            id: tokenPageLink
-
+        LinkButton {
             objectName: "tokenPageLink"
-            flat: true
-            leftPadding: 0
             text: qsTr("Find your token: Norvane → Settings → Apps")
-            contentItem: Label {
-                text: tokenPageLink.text
-                color: root.palette.link
-                font.underline: true
-            }
-            onClicked: Qt.openUrlExternally(root.model.tokenPageURL)
-            Accessible.role: Accessible.Link
-            Accessible.name: text
+            link: root.model.tokenPageURL
         }
 
-        RowLayout {
+        ConnectButtonRow {
             Layout.fillWidth: true
-
-            Item {
-                Layout.fillWidth: true
-            }
-
-            BusyIndicator {
-                running: root.model.isBusy
-                visible: running
-                implicitWidth: 24
-                implicitHeight: 24
-            }
-
-            Button {
-                objectName: "connectButton"
-                text: qsTr("Connect")
-                highlighted: true
-                enabled: !root.model.isBusy && root.model.token.trim().length > 0
-                onClicked: root.model.connect()
-                Accessible.name: text
-            }
+            form: root.model
+            buttonText: qsTr("Connect")
         }
 
         Item {

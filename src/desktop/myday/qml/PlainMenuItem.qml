@@ -11,6 +11,10 @@ MenuItem {
     required property string label
     // The service's colour of a status; empty for none.
     property string dotColor
+    // A symbol before the label, such as "checkmark" on the chosen entry; empty for none. While
+    // symbolShown is false it keeps its place, so that the labels of the entries line up.
+    property string symbol
+    property bool symbolShown: true
     // The menu to close after a choice by keyboard; entries that a Repeater makes don't know theirs.
     property T.Menu owner: root.menu
 
@@ -30,6 +34,17 @@ MenuItem {
         Item {
             visible: root.checkable
             implicitWidth: root.indicator ? root.indicator.width : 0
+        }
+
+        Image {
+            visible: root.symbol.length > 0
+            opacity: root.symbolShown ? 1 : 0
+            source: visible ? "image://symbol/" + root.symbol : ""
+            sourceSize.width: 16
+            sourceSize.height: 16
+            Layout.preferredWidth: 16
+            Layout.preferredHeight: 16
+            Accessible.ignored: true
         }
 
         Rectangle {

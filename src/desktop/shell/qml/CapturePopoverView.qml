@@ -9,6 +9,7 @@ Pane {
 
     required property AuthViewModel auth
     required property OnboardingModel onboarding
+    required property AccountsViewModel accounts
     required property LocationPickerViewModel location
     required property AttachmentListModel attachments
     required property ComposerViewModel composer
@@ -50,6 +51,7 @@ Pane {
             case AuthViewModel.SignedIn:
                 page.setSource("SignedInPopoverView.qml", {
                     "auth": root.auth,
+                    "accounts": root.accounts,
                     "location": root.location,
                     "attachments": root.attachments,
                     "composer": root.composer,

@@ -11,6 +11,7 @@ Pane {
     id: root
 
     required property AuthViewModel auth
+    required property AccountsViewModel accounts
     required property LocationPickerViewModel location
     required property AttachmentListModel attachments
     required property ComposerViewModel composer
@@ -38,13 +39,23 @@ Pane {
             Accessible.name: text
         }
 
-        Label {
-            objectName: "signedInUser"
+        RowLayout {
             Layout.fillWidth: true
-            wrapMode: Text.WordWrap
-            textFormat: Text.PlainText
-            text: qsTr("Signed in as %1").arg(root.auth.userDisplayName)
-            Accessible.name: text
+            spacing: 8
+
+            Label {
+                objectName: "signedInUser"
+                Layout.fillWidth: true
+                wrapMode: Text.WordWrap
+                textFormat: Text.PlainText
+                text: qsTr("Signed in as %1").arg(root.auth.userDisplayName)
+                Accessible.name: text
+            }
+
+            AccountSwitcherMenu {
+                objectName: "accountSwitcher"
+                accounts: root.accounts
+            }
         }
 
         LocationSelector {

@@ -78,8 +78,8 @@ public:
 
     PopoverControlling* popoverController = nullptr;
     std::function<void()> updateBadge;
-    // Opens the settings window on a tab, or brings it to the front there.
-    std::function<void(SettingsTab)> openSettings;
+    // Opens the settings window on a tab, or on the tab it last showed, and brings it to the front.
+    std::function<void(std::optional<SettingsTab>)> openSettings;
 
     QCoro::Task<> bootstrap() { return m_auth.bootstrap(); }
     QCoro::Task<std::optional<QString>> signIn(QString token) { return m_auth.signIn(std::move(token)); }

@@ -6,6 +6,7 @@
 
 SettingsWindow::SettingsWindow(AppState& app, LoginItem& loginItem, QObject* parent)
     : QObject(parent)
+    , m_accounts(app.auth(), app.settings(), app.serviceAddresses())
     , m_fields(app.settings(), app.location(), app.serviceAddresses(), app.linkActions())
     , m_general(app, loginItem)
     , m_quickLinks(app.settings(), app.serviceAddresses()) {
@@ -15,6 +16,7 @@ SettingsWindow::SettingsWindow(AppState& app, LoginItem& loginItem, QObject* par
     m_view.resize(600, 560);
     PopoverWindow::configureEngine(*m_view.engine());
     m_view.setInitialProperties({{QStringLiteral("settingsWindow"), QVariant::fromValue(this)},
+                                 {QStringLiteral("accounts"), QVariant::fromValue(&m_accounts)},
                                  {QStringLiteral("fields"), QVariant::fromValue(&m_fields)},
                                  {QStringLiteral("general"), QVariant::fromValue(&m_general)},
                                  {QStringLiteral("quickLinks"), QVariant::fromValue(&m_quickLinks)}});

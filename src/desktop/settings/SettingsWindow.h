@@ -1,6 +1,7 @@
 #pragma once
 
 #include "app/AppState.h"
+#include "auth/AccountsViewModel.h"
 #include "platform/LoginItem.h"
 #include "settings/FieldVisibilityViewModel.h"
 #include "settings/GeneralSettingsViewModel.h"
@@ -25,6 +26,7 @@ public:
     SettingsWindow(AppState& app, LoginItem& loginItem, QObject* parent = nullptr);
 
     QQuickView& view() { return m_view; }
+    AccountsViewModel& accounts() { return m_accounts; }
     FieldVisibilityViewModel& fields() { return m_fields; }
     GeneralSettingsViewModel& general() { return m_general; }
     QuickLinksViewModel& quickLinks() { return m_quickLinks; }
@@ -43,6 +45,7 @@ signals:
     void currentTabChanged();
 
 private:
+    AccountsViewModel m_accounts;
     FieldVisibilityViewModel m_fields;
     GeneralSettingsViewModel m_general;
     QuickLinksViewModel m_quickLinks;

@@ -46,9 +46,11 @@ void AppDelegate::applicationDidFinishLaunching() {
             delegate->refreshBadge();
         }
     };
-    m_app.openSettings = [window = QPointer(&m_settingsWindow)](SettingsTab tab) {
-        if (window) {
-            window->showTab(tab);
+    m_app.openSettings = [window = QPointer(&m_settingsWindow)](std::optional<SettingsTab> tab) {
+        if (window && tab) {
+            window->showTab(*tab);
+        } else if (window) {
+            window->showSettings();
         }
     };
     m_app.notifications().registerCategories();

@@ -12,6 +12,7 @@ PopoverPages::PopoverPages(AppState& app, QClipboard& clipboard)
     , m_composer(app.draft(), app.submit(), m_fieldChips)
     , m_templates(app)
     , m_submit(app.submit(), app.auth(), app.settings(), app.linkActions())
+    , m_settingsLauncher(app)
     , m_tabs(app)
     , m_myDay(app.myDay(), myDayContext(app), app.linkActions(), app.settings())
     , m_attachmentInput(m_window, m_attachments, clipboard) {
@@ -24,10 +25,13 @@ PopoverPages::PopoverPages(AppState& app, QClipboard& clipboard)
                                    {QStringLiteral("templates"), QVariant::fromValue(&m_templates)},
                                    {QStringLiteral("exporter"), QVariant::fromValue(&m_exporter)},
                                    {QStringLiteral("submit"), QVariant::fromValue(&m_submit)},
+                                   {QStringLiteral("settingsLauncher"), QVariant::fromValue(&m_settingsLauncher)},
                                    {QStringLiteral("tabs"), QVariant::fromValue(&m_tabs)},
                                    {QStringLiteral("myDay"), QVariant::fromValue(&m_myDay)}});
     // Connected before anyone outside, so the popover is gone when the settings window comes up.
     QObject::connect(&m_accounts, &AccountsViewModel::openSettingsRequested, &m_window, &QWindow::hide);
+    QObject::connect(&m_accounts, &AccountsViewModel::openSettingsRequested, &m_window,
+                     [&app] { app.openSettings ? app.openSettings(SettingsTab::account) : void(); });
     QObject::connect(&app, &AppState::authStateChanged, &m_myDay, &MyDayViewModel::contextChanged);
     QObject::connect(&app, &AppState::currentContextChanged, &m_myDay, &MyDayViewModel::contextChanged);
 }

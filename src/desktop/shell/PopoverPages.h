@@ -11,6 +11,7 @@
 #include "compose/TemplateMenuViewModel.h"
 #include "hierarchy/LocationPickerViewModel.h"
 #include "myday/MyDayViewModel.h"
+#include "settings/SettingsLauncher.h"
 #include "shell/PopoverWindow.h"
 #include "shell/TabPickerViewModel.h"
 #include "submit/SubmitViewModel.h"
@@ -36,6 +37,7 @@ public:
     TemplateMenuViewModel& templates() { return m_templates; }
     AttachmentExporterViewModel& exporter() { return m_exporter; }
     SubmitViewModel& submit() { return m_submit; }
+    SettingsLauncher& settingsLauncher() { return m_settingsLauncher; }
     TabPickerViewModel& tabs() { return m_tabs; }
     MyDayViewModel& myDay() { return m_myDay; }
 
@@ -50,6 +52,7 @@ private:
     TemplateMenuViewModel m_templates;
     AttachmentExporterViewModel m_exporter;
     SubmitViewModel m_submit;
+    SettingsLauncher m_settingsLauncher;
     TabPickerViewModel m_tabs;
     MyDayViewModel m_myDay;
     // After the models, so that the pages are gone before the models they show.

@@ -118,8 +118,10 @@ private slots:
         QVERIFY(!accessible(menuEntries().at(1))->state().checked);
     }
 
-    void addAccountClosesThePopoverAndAsksForTheSettings() {
+    void addAccountClosesThePopoverAndOpensTheSettingsOnTheAccountTab() {
         QSignalSpy asked(m_fixture->accounts, &AccountsViewModel::openSettingsRequested);
+        QList<std::optional<SettingsTab>> opened;
+        m_fixture->app->openSettings = [&opened](std::optional<SettingsTab> tab) { opened.append(tab); };
         bool hiddenFirst = false;
         QObject::connect(m_fixture->accounts, &AccountsViewModel::openSettingsRequested, this,
                          [this, &hiddenFirst] { hiddenFirst = !popover().isVisible(); });
@@ -130,9 +132,22 @@ private slots:
         key(Qt::Key_Down);
         key(Qt::Key_Return);
         QTRY_COMPARE(asked.count(), 1);
+        QCOMPARE(opened, QList<std::optional<SettingsTab>>{SettingsTab::account});
         QVERIFY(hiddenFirst);
         QVERIFY(!popover().isVisible());
         QCOMPARE(m_fixture->app->authState().user()->id, SandboxDemo::firstUserID);
+    }
+
+    void theSettingsButtonOpensTheSettingsOnTheTabTheyLastShowed() {
+        QList<std::optional<SettingsTab>> opened;
+        m_fixture->app->openSettings = [&opened](std::optional<SettingsTab> tab) { opened.append(tab); };
+        QQuickItem* button = QuickItems::visualChild(popover().contentItem(), QStringLiteral("settingsButton"));
+        QVERIFY(button);
+        QCOMPARE(QAccessible::queryAccessibleInterface(button)->text(QAccessible::Name),
+                 QStringLiteral("NorvaneBar settings"));
+        button->forceActiveFocus(Qt::TabFocusReason);
+        key(Qt::Key_Space);
+        QTRY_COMPARE(opened, QList<std::optional<SettingsTab>>{std::nullopt});
     }
 
     void anAccountWithoutEmailShowsOnlyItsNameAndOneNamedByItsEmailShowsItOnce() {

@@ -114,6 +114,7 @@ private slots:
                   {QStringLiteral("templates"), QVariant::fromValue(m_fixture->templates)},
                   {QStringLiteral("exporter"), QVariant::fromValue(m_fixture->exporter)},
                   {QStringLiteral("submit"), QVariant::fromValue(m_fixture->submit)},
+                  {QStringLiteral("settingsLauncher"), QVariant::fromValue(&m_fixture->pages.settingsLauncher())},
                   {QStringLiteral("tabs"), QVariant::fromValue(m_fixture->tabs)},
                   {QStringLiteral("myDay"), QVariant::fromValue(m_fixture->myDay)}});
         QVERIFY(signedIn);
@@ -123,6 +124,7 @@ private slots:
                                      u"Attachments",
                                      u"Press Esc to close.",
                                      u"Template",
+                                     u"NorvaneBar settings",
                                      u"Drop to attach",
                                      u"Compose mode",
                                      u"Single task",

@@ -10,6 +10,7 @@ Page {
     id: root
 
     required property SettingsWindow settingsWindow
+    required property AccountsViewModel accounts
     required property FieldVisibilityViewModel fields
     required property GeneralSettingsViewModel general
     required property QuickLinksViewModel quickLinks
@@ -71,6 +72,7 @@ Page {
         currentIndex: root.settingsWindow.currentTab
 
         AccountSettingsView {
+            accounts: root.accounts
         }
 
         FieldVisibilitySettingsView {

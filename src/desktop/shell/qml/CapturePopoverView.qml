@@ -16,6 +16,7 @@ Pane {
     required property TemplateMenuViewModel templates
     required property AttachmentExporterViewModel exporter
     required property SubmitViewModel submit
+    required property SettingsLauncher settingsLauncher
     required property TabPickerViewModel tabs
     required property MyDayViewModel myDay
 
@@ -58,6 +59,7 @@ Pane {
                     "templates": root.templates,
                     "exporter": root.exporter,
                     "submit": root.submit,
+                    "settingsLauncher": root.settingsLauncher,
                     "tabs": root.tabs,
                     "myDay": root.myDay
                 });

@@ -18,6 +18,7 @@ Pane {
     required property TemplateMenuViewModel templates
     required property AttachmentExporterViewModel exporter
     required property SubmitViewModel submit
+    required property SettingsLauncher settingsLauncher
     required property TabPickerViewModel tabs
     required property MyDayViewModel myDay
 
@@ -50,6 +51,16 @@ Pane {
                 textFormat: Text.PlainText
                 text: qsTr("Signed in as %1").arg(root.auth.userDisplayName)
                 Accessible.name: text
+            }
+
+            ToolButton {
+                objectName: "settingsButton"
+                icon.source: "image://symbol/gearshape"
+                icon.color: palette.buttonText
+                onClicked: root.settingsLauncher.open()
+                ToolTip.visible: hovered
+                ToolTip.text: qsTr("NorvaneBar settings")
+                Accessible.name: ToolTip.text
             }
 
             AccountSwitcherMenu {

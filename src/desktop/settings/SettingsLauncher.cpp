@@ -1,0 +1,7 @@
+#include "settings/SettingsLauncher.h"
+
+void SettingsLauncher::open() {
+    if (m_app.openSettings) {
+        m_app.openSettings(std::nullopt);
+    }
+}

@@ -1,8 +1,0 @@
-import QtQuick
-
-// The "Account" tab.
-SettingsPage {
-    SectionHeading {
-        text: qsTr("Norvane Accounts")
-    }
-}

@@ -27,28 +27,9 @@ from demo_sandbox import Sandbox, write_profile  # noqa: E402
 from desktop_settings import DARK, LIGHT, SettingsPortal  # noqa: E402
 from norvanebar_app import NorvaneBar, click, popover_window_id, wait_until, xembed_icon_window  # noqa: E402
 
-# The sandbox answers in milliseconds; this is only for the page to be drawn before its picture.
-SETTLE = 1.0
-
-
-def screenshot(out, name):
-    subprocess.run(["xdotool", "mousemove", "640", "700"], check=True)  # off the icon
-    time.sleep(SETTLE)
-    path = os.path.join(out, name)
-    subprocess.run(["maim", path], check=True)
-    print(f"screenshot: {path}")
-
-
-def type_into_popover(text):
-    subprocess.run(["xdotool", "key", "ctrl+a", "BackSpace"], check=True)
-    subprocess.run(["xdotool", "type", "--delay", "5", text], check=True)
-    subprocess.run(["xdotool", "key", "Return"], check=True)
-
-
-def paste(target, source):
-    """Puts the file `source` on the clipboard as `target` (a MIME type) and presses Ctrl+V."""
-    subprocess.run(["xclip", "-selection", "clipboard", "-t", target, "-i", source], check=True)
-    subprocess.run(["xdotool", "key", "ctrl+v"], check=True)
+sys.path.insert(0, os.path.dirname(__file__))
+from demo_compose import compose_road  # noqa: E402
+from demo_steps import SETTLE, paste, screenshot, shown, submit, type_into_popover  # noqa: E402
 
 
 def sample_files(out):
@@ -65,23 +46,12 @@ def sample_files(out):
     with open(uris, "w", encoding="utf-8") as file:
         file.write(f"file://{notes}\r\nfile://{movie}\r\n")
     picture = os.path.join(folder, "screen.png")
-    subprocess.run(["maim", "--geometry", "320x200+0+0", picture], check=True)
+    subprocess.run(["maim", "--geometry", "320x200+900+40", picture], check=True)  # the popover's top
     return uris, picture
 
 
 CREATE = {"method": "POST", "path": "/api/v2/list/*/task"}
 UPLOAD = {"method": "POST", "path": "/api/v2/task/*/attachment"}
-
-
-def shown(ui, name, timeout=15.0):
-    """Waits until the popover shows a text with this accessible name."""
-    pump_until(lambda: find(ui, None, name), timeout, f'"{name}" in the popover')
-
-
-def submit(name=None):
-    if name:
-        subprocess.run(["xdotool", "type", "--delay", "5", name], check=True)
-    subprocess.run(["xdotool", "key", "ctrl+Return"], check=True)
 
 
 def two_small_files(out):
@@ -302,7 +272,8 @@ def main(binary, sandbox_binary, out):
     portal = SettingsPortal(LIGHT, os.path.join(out, "settings-portal.log"))
     try:
         # The tray icon counts the tasks due by today's end.
-        write_profile(os.environ["XDG_CONFIG_HOME"], sandbox, showDueCountBadge=True)
+        write_profile(os.environ["XDG_CONFIG_HOME"], sandbox, showDueCountBadge=True,
+                      visibleDefaultFields=["status", "assignee", "dueDate", "priority", "tags"])
         token, _, name = sandbox.tokens[0]
         print(f"norvane-sandbox: {sandbox.web} (demo token of {name}: {token})")
         # Pasted pictures are staged in the temporary folder; the demo keeps its own.
@@ -347,6 +318,7 @@ def main(binary, sandbox_binary, out):
                 tasks_tab(out)
                 tray_icon(out)
                 create_tasks(sandbox, out)
+                compose_road(sandbox, out, sample_files(out))
                 dark_road(sandbox, out, portal)
             except Exception:
                 screenshot(out, "failed-step.png")

@@ -79,7 +79,9 @@ QString dueDate(const std::optional<QDateTime>& dueDate, bool includeDueTime, bo
     if (!includeDueTime) {
         return date;
     }
-    const QString time = context.locale.toString(dueDate->toTimeZone(context.zone).time(), QLocale::ShortFormat);
+    // Some locales' short time still carries seconds; a due time never has any.
+    const QString format = context.locale.timeFormat(QLocale::ShortFormat).remove(QStringLiteral(":ss"));
+    const QString time = context.locale.toString(dueDate->toTimeZone(context.zone).time(), format);
     const QString title = tr("%1 at %2").arg(date, time);
     return reminderEnabled ? title + QStringLiteral(" ⏰") : title;
 }

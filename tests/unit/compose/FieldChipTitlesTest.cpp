@@ -83,6 +83,13 @@ private slots:
         QVERIFY(time.startsWith(QStringLiteral("5:00")));
     }
 
+    void aDueTimeNeverShowsSecondsEvenWhereTheShortTimeHasThem() {
+        const FieldChipTitles::DateContext plain{now, berlin, QLocale::c()};
+        QVERIFY(QLocale::c().timeFormat(QLocale::ShortFormat).contains(QStringLiteral("ss")));
+        QCOMPARE(FieldChipTitles::dueDate(berlinTime(11, 26, 9), true, false, plain),
+                 QStringLiteral("Tomorrow at 09:00"));
+    }
+
     void theAlarmMarkShowsForAReminderOnADateWithTime() {
         const QString title = FieldChipTitles::dueDate(berlinTime(11, 26, 17), true, true, context);
         QVERIFY2(title.endsWith(QStringLiteral(" ⏰")), qPrintable(title));

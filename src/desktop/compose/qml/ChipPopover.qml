@@ -12,6 +12,9 @@ Popup {
     required property string note
 
     y: parent ? parent.height + 4 : 0
+    // Never wider than the popover, and inside it.
+    width: Math.min(implicitWidth, (Overlay.overlay ? Overlay.overlay.width : implicitWidth) - 2 * margins)
+    margins: 8
     padding: 12
     focus: true
     modal: false

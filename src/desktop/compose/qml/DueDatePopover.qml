@@ -59,6 +59,7 @@ ChipPopover {
                 id: hourBox
 
                 objectName: "dueHour"
+                Layout.preferredWidth: 88
                 visible: root.dueDate.includeDueTime
                 from: 0
                 to: 23
@@ -72,6 +73,7 @@ ChipPopover {
                 id: minuteBox
 
                 objectName: "dueMinute"
+                Layout.preferredWidth: 88
                 visible: root.dueDate.includeDueTime
                 from: 0
                 to: 59

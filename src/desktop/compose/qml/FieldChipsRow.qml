@@ -48,6 +48,8 @@ FlowLayout {
 
             objectName: "moreFieldsPopover"
             y: moreChip.height + 4
+            // Inside the popover, however far right the chip stands.
+            margins: 8
             padding: 8
             focus: true
             closePolicy: Popup.CloseOnEscape | Popup.CloseOnPressOutsideParent

@@ -24,8 +24,18 @@ Pane {
     readonly property int shortest: 240
     readonly property int tallest: Math.max(root.shortest, Math.min(640, Screen.desktopAvailableHeight - 16))
 
+    // A menu or popover open in the page has the keyboard; the popover is then as tall as it may be,
+    // so that the open one fits whole.
+    readonly property bool popupOpen: {
+        for (let item = root.Window.activeFocusItem; item; item = item.parent) {
+            if (item === root.Overlay.overlay)
+                return true;
+        }
+        return false;
+    }
+
     width: 380
-    height: Math.max(root.shortest, Math.min(root.tallest, Math.ceil(page.implicitHeight) + 2))
+    height: root.popupOpen ? root.tallest : Math.max(root.shortest, Math.min(root.tallest, Math.ceil(page.implicitHeight) + 2))
     padding: 0
     focus: true
 

@@ -1,0 +1,72 @@
+"""The steps the headless demo is made of: pictures of the screen, keys typed, the clipboard, and
+waiting for a text over the accessibility bus."""
+
+import os
+import subprocess
+import sys
+import time
+
+sys.path.insert(0, os.path.join(os.path.dirname(__file__), "..", "tests", "e2e"))
+from accessibility import Atspi, application, find, has_state, pump_until  # noqa: E402
+
+# The sandbox answers in milliseconds; this is only for the page to be drawn before its picture.
+SETTLE = 1.0
+
+
+def screenshot(out, name):
+    subprocess.run(["xdotool", "mousemove", "640", "700"], check=True)  # off the icon
+    time.sleep(SETTLE)
+    path = os.path.join(out, name)
+    subprocess.run(["maim", path], check=True)
+    print(f"screenshot: {path}")
+
+
+def type_into_popover(text):
+    subprocess.run(["xdotool", "key", "ctrl+a", "BackSpace"], check=True)
+    subprocess.run(["xdotool", "type", "--delay", "5", text], check=True)
+    subprocess.run(["xdotool", "key", "Return"], check=True)
+
+
+def paste(target, source):
+    """Puts the file `source` on the clipboard as `target` (a MIME type) and presses Ctrl+V."""
+    subprocess.run(["xclip", "-selection", "clipboard", "-t", target, "-i", source], check=True)
+    subprocess.run(["xdotool", "key", "ctrl+v"], check=True)
+
+
+def shown(ui, name, timeout=15.0):
+    """Waits until the popover shows a text with this accessible name."""
+    pump_until(lambda: find(ui, None, name), timeout, f'"{name}" in the popover')
+
+
+def submit(name=None):
+    if name:
+        subprocess.run(["xdotool", "type", "--delay", "5", name], check=True)
+    subprocess.run(["xdotool", "key", "ctrl+Return"], check=True)
+
+
+def keys(*names):
+    subprocess.run(["xdotool", "key", *names], check=True)
+
+
+def type_text(text):
+    subprocess.run(["xdotool", "type", "--delay", "5", text], check=True)
+
+
+def focus(ui, name):
+    """Puts the keyboard on the control of this accessible name."""
+    pump_until(lambda: find(ui, None, name), what=f'"{name}"').grab_focus()
+    time.sleep(0.2)
+
+
+def close_if_showing(ui, name):
+    """Presses Escape while a menu or popover with this entry is open; a closed one would take the
+    popover with it."""
+    time.sleep(0.3)
+    node = find(ui, None, name)
+    if node is not None and has_state(node, Atspi.StateType.SHOWING):
+        keys("Escape")
+        time.sleep(0.3)
+
+
+def norvanebar():
+    return pump_until(lambda: application("NorvaneBar"), what="NorvaneBar on the accessibility bus")

@@ -1,3 +1,4 @@
+#include "KeyboardDriver.h"
 #include "PopoverFixture.h"
 #include "QuickItems.h"
 #include "SandboxDemo.h"
@@ -29,19 +30,11 @@ class ComposerViewTest : public QObject {
     QQuickItem* item(const QString& objectName) { return QuickItems::visualChild(popover().rootObject(), objectName); }
 
     void press(Qt::Key key, Qt::KeyboardModifiers modifiers = Qt::NoModifier) {
-        QTest::keyClick(&popover(), key, modifiers);
+        KeyboardDriver(popover()).press(key, modifiers);
     }
 
     // Types `text` key by key into the focused item, as a keyboard would.
-    void type(const QString& text) {
-        for (const QChar character : text) {
-            if (character == u'\n') {
-                press(Qt::Key_Return);
-            } else {
-                QTest::sendKeyEvent(QTest::Click, &popover(), Qt::Key_unknown, QString(character), Qt::NoModifier);
-            }
-        }
-    }
+    void type(const QString& text) { KeyboardDriver(popover()).type(text); }
 
     // Moves the keyboard focus with Tab until the item of that name has it.
     bool tabTo(const QString& objectName) {

@@ -1,3 +1,4 @@
+#include "KeyboardDriver.h"
 #include "PopoverFixture.h"
 #include "QuickItems.h"
 #include "SandboxDemo.h"
@@ -25,24 +26,15 @@ class FieldChipsTest : public QObject {
 
     QQuickItem* chip(const QString& chipID) { return item(QStringLiteral("chip-") + chipID); }
 
-    void key(Qt::Key key) { QTest::keyClick(&popover(), key); }
+    KeyboardDriver keys() { return KeyboardDriver(popover()); }
 
-    void type(const QString& text) {
-        for (const QChar character : text) {
-            QTest::sendKeyEvent(QTest::Click, &popover(), Qt::Key_unknown, QString(character), Qt::NoModifier);
-        }
-    }
+    void key(Qt::Key key) { keys().press(key); }
+
+    void type(const QString& text) { keys().type(text); }
 
     QQuickItem* focused() { return popover().activeFocusItem(); }
 
-    // Presses Tab (or Shift+Tab) until the item has the keyboard focus: false when a round doesn't
-    // reach it.
-    bool tabTo(QQuickItem* target, Qt::KeyboardModifiers modifiers = Qt::NoModifier) {
-        for (int presses = 0; target && presses < 40 && !target->hasActiveFocus(); ++presses) {
-            QTest::keyClick(&popover(), modifiers == Qt::NoModifier ? Qt::Key_Tab : Qt::Key_Backtab, modifiers);
-        }
-        return target && target->hasActiveFocus();
-    }
+    bool tabTo(QQuickItem* target, bool backwards = false) { return keys().tabTo(target, backwards); }
 
     // Reaches a chip of the row from the submit button with Shift+Tab: the description, above the
     // row, takes Tab as text.
@@ -52,7 +44,7 @@ class FieldChipsTest : public QObject {
             return false;
         }
         submit->forceActiveFocus(Qt::TabFocusReason);
-        return tabTo(target, Qt::ShiftModifier);
+        return tabTo(target, true);
     }
 
     // Opens the chip's menu with Space and chooses the entry that `downs` presses of Down reach from
@@ -67,14 +59,7 @@ class FieldChipsTest : public QObject {
     void chooseFromOpenMenu(QQuickItem* target, int downs) {
         QPointer<QObject> menu;
         QTRY_VERIFY((menu = target->findChild<QObject*>(QStringLiteral("chipMenu"))));
-        QTRY_VERIFY(menu->property("opened").toBool() && menu->property("activeFocus").toBool());
-        // The entry under the pointer may be current already: Up or Down to the wanted one.
-        const int wanted = downs - 1;
-        for (int presses = 0; presses < 20 && menu->property("currentIndex").toInt() != wanted; ++presses) {
-            key(menu->property("currentIndex").toInt() < wanted ? Qt::Key_Down : Qt::Key_Up);
-        }
-        QCOMPARE(menu->property("currentIndex").toInt(), wanted);
-        key(Qt::Key_Return);
+        QVERIFY(keys().chooseInMenu(menu, downs - 1));
         // A closed menu is gone.
         QTRY_VERIFY(!menu);
     }

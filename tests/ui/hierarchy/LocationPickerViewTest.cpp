@@ -1,3 +1,4 @@
+#include "KeyboardDriver.h"
 #include "PopoverFixture.h"
 #include "QuickItems.h"
 #include "SandboxDemo.h"
@@ -31,13 +32,9 @@ class LocationPickerViewTest : public QObject {
     QQuickItem* list() { return inPicker(QStringLiteral("locationList")); }
     int currentRow() { return list()->property("currentIndex").toInt(); }
 
-    void key(Qt::Key key) { QTest::keyClick(&popover(), key); }
+    void key(Qt::Key key) { KeyboardDriver(popover()).press(key); }
 
-    void type(const QString& text) {
-        for (const QChar character : text) {
-            QTest::sendKeyEvent(QTest::Click, &popover(), Qt::Key_unknown, QString(character), Qt::NoModifier);
-        }
-    }
+    void type(const QString& text) { KeyboardDriver(popover()).type(text); }
 
     // The selector takes the keyboard and Return opens the picker over Northwind's lists, with the
     // keyboard in the search field.

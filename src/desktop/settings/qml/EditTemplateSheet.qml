@@ -82,6 +82,9 @@ Dialog {
             Button {
                 id: listButton
 
+                // The pinned list's path, or the word that there is none.
+                readonly property string shownPath: root.templates.editingListPath.length > 0 ? root.templates.editingListPath : qsTr("No pinned list")
+
                 objectName: "pinnedListButton"
                 Layout.fillWidth: true
                 focusPolicy: Qt.StrongFocus
@@ -89,7 +92,7 @@ Dialog {
                 Keys.onReturnPressed: picker.open()
                 Keys.onEnterPressed: picker.open()
                 Accessible.name: qsTr("Pinned list")
-                Accessible.description: pinnedList.text
+                Accessible.description: listButton.shownPath
 
                 // The list's path is the service's: plain text, never the button's own text, where
                 // "&" would make a mnemonic.
@@ -106,8 +109,6 @@ Dialog {
                     }
 
                     Label {
-                        id: pinnedList
-
                         objectName: "pinnedList"
                         Layout.fillWidth: true
                         Layout.preferredWidth: 0
@@ -115,7 +116,7 @@ Dialog {
                         maximumLineCount: 1
                         textFormat: Text.PlainText
                         color: listButton.palette.buttonText
-                        text: root.templates.editingListPath.length > 0 ? root.templates.editingListPath : qsTr("No pinned list")
+                        text: listButton.shownPath
                     }
                 }
             }

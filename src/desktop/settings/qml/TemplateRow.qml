@@ -1,7 +1,6 @@
 import QtQuick
 import QtQuick.Controls
 import QtQuick.Layouts
-import NorvaneBar
 
 // One template: its name and pinned list, with the buttons that edit and delete it. Both texts are
 // shown as typed, never as markup.

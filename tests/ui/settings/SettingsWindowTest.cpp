@@ -348,8 +348,7 @@ private slots:
         QVERIFY(tabTo(QStringLiteral("newTemplate")));
         key(Qt::Key_Space);
         QTRY_VERIFY(sheetIsOpen());
-        QCOMPARE(sheet()->property("title").toString(),
-                 QStringLiteral("Edit Template"));
+        QCOMPARE(sheet()->property("title").toString(), QStringLiteral("Edit Template"));
         QTRY_COMPARE(focused(), QStringLiteral("templateNameField"));
         QCOMPARE(item(QStringLiteral("templateNameField"))->property("text").toString(), QStringLiteral("Template"));
         QCOMPARE(QuickItems::plainText(item(QStringLiteral("pinnedList"))), QStringLiteral("No pinned list"));

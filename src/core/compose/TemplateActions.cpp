@@ -1,18 +1,8 @@
 #include "compose/TemplateActions.h"
 
-#include <QPointer>
+#include "compose/TemplateList.h"
 
-namespace {
-// "Space › Folder › List", or "Space › List" for a list outside any folder.
-QString listPathOf(const ListEntry& entry) {
-    QStringList parts{entry.spaceName};
-    if (entry.folderName) {
-        parts.append(*entry.folderName);
-    }
-    parts.append(entry.list.name);
-    return parts.join(QStringLiteral(" › "));
-}
-} // namespace
+#include <QPointer>
 
 TemplateActions::TemplateActions(SettingsStore& settings, HierarchyStore& hierarchy, LocationMemory& location,
                                  TaskDraft& draft, QObject* parent)
@@ -62,8 +52,7 @@ bool TemplateActions::selectCached(const QString& listID) {
 void TemplateActions::saveCurrentAsTemplate(const QString& name) {
     TaskTemplate saved;
     if (const ListContext* context = m_location.currentContext()) {
-        saved.listID = context->entry().list.id;
-        saved.listPath = listPathOf(context->entry());
+        TemplateList::pin(saved, context->entry());
     }
     saved.name = name;
     saved.taskName = m_draft.name();

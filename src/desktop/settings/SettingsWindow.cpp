@@ -8,6 +8,7 @@ SettingsWindow::SettingsWindow(AppState& app, LoginItem& loginItem, QObject* par
     : QObject(parent)
     , m_accounts(app.auth(), app.settings(), app.serviceAddresses())
     , m_fields(app.settings(), app.location(), app.serviceAddresses(), app.linkActions())
+    , m_templates(app.settings(), app.location(), app.serviceAddresses().webBaseURL)
     , m_general(app, loginItem)
     , m_quickLinks(app.settings(), app.serviceAddresses()) {
     m_view.setTitle(tr("NorvaneBar Settings"));
@@ -18,6 +19,7 @@ SettingsWindow::SettingsWindow(AppState& app, LoginItem& loginItem, QObject* par
     m_view.setInitialProperties({{QStringLiteral("settingsWindow"), QVariant::fromValue(this)},
                                  {QStringLiteral("accounts"), QVariant::fromValue(&m_accounts)},
                                  {QStringLiteral("fields"), QVariant::fromValue(&m_fields)},
+                                 {QStringLiteral("templates"), QVariant::fromValue(&m_templates)},
                                  {QStringLiteral("general"), QVariant::fromValue(&m_general)},
                                  {QStringLiteral("quickLinks"), QVariant::fromValue(&m_quickLinks)}});
 }

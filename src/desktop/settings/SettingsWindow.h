@@ -7,6 +7,7 @@
 #include "settings/GeneralSettingsViewModel.h"
 #include "settings/QuickLinksViewModel.h"
 #include "settings/SettingsTab.h"
+#include "settings/TemplateSettingsViewModel.h"
 
 #include <QObject>
 #include <QQuickView>
@@ -28,6 +29,7 @@ public:
     QQuickView& view() { return m_view; }
     AccountsViewModel& accounts() { return m_accounts; }
     FieldVisibilityViewModel& fields() { return m_fields; }
+    TemplateSettingsViewModel& templates() { return m_templates; }
     GeneralSettingsViewModel& general() { return m_general; }
     QuickLinksViewModel& quickLinks() { return m_quickLinks; }
 
@@ -47,6 +49,7 @@ signals:
 private:
     AccountsViewModel m_accounts;
     FieldVisibilityViewModel m_fields;
+    TemplateSettingsViewModel m_templates;
     GeneralSettingsViewModel m_general;
     QuickLinksViewModel m_quickLinks;
     SettingsTab m_currentTab = SettingsTab::account;

@@ -60,6 +60,8 @@ const QHash<QString, QStringList>& themeNames() {
         {QStringLiteral("gearshape"),
          {QStringLiteral("preferences-system-symbolic"), QStringLiteral("preferences-system")}},
         {QStringLiteral("minus.circle.fill"), {QStringLiteral("list-remove-symbolic"), QStringLiteral("list-remove")}},
+        {QStringLiteral("trash"), {QStringLiteral("user-trash-symbolic"), QStringLiteral("user-trash")}},
+        {QStringLiteral("pencil"), {QStringLiteral("document-edit-symbolic"), QStringLiteral("document-edit")}},
     };
     return names;
 }

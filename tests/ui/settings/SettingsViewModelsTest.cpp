@@ -5,6 +5,7 @@
 #include "settings/FieldVisibilityViewModel.h"
 #include "settings/GeneralSettingsViewModel.h"
 #include "settings/QuickLinksViewModel.h"
+#include "settings/TemplateSettingsViewModel.h"
 
 #include <QFile>
 #include <QJsonArray>
@@ -13,7 +14,7 @@
 #include <QTemporaryDir>
 #include <QTest>
 
-// The view models of the settings window's "Fields" and "General" tabs and of its quick links: each
+// The view models of the settings window's "Fields", "Templates" and "General" tabs and of its quick links: each
 // change lands in the settings file at once. Against norvane-sandbox where the account's
 // workspaces, lists or tasks matter.
 class SettingsViewModelsTest : public QObject {
@@ -307,6 +308,101 @@ private slots:
         QVERIFY(settingsFile().value(QStringLiteral("bookmarks")).toArray().isEmpty());
         QVERIFY(links.links().isEmpty());
         QCOMPARE(listed.count(), 2);
+    }
+
+    void theTemplateRowsChangeOneByOneAndOnlyAMoveRebuildsThem() {
+        TemplateListModel model;
+        TaskTemplate first;
+        first.name = QStringLiteral("First");
+        TaskTemplate second;
+        second.name = QStringLiteral("Second");
+        model.setTemplates({first, second});
+        QCOMPARE(model.rowCount(), 2);
+
+        QSignalSpy reset(&model, &QAbstractItemModel::modelReset);
+        QSignalSpy changed(&model, &QAbstractItemModel::dataChanged);
+        QSignalSpy inserted(&model, &QAbstractItemModel::rowsInserted);
+        QSignalSpy removed(&model, &QAbstractItemModel::rowsRemoved);
+        TaskTemplate renamed = second;
+        renamed.name = QStringLiteral("Renamed");
+        renamed.listPath = QStringLiteral("Product › Inbox");
+        model.setTemplates({first, renamed});
+        QCOMPARE(changed.count(), 1);
+        QCOMPARE(changed[0][0].toModelIndex().row(), 1);
+        QCOMPARE(model.data(model.index(1), TemplateListModel::NameRole).toString(), QStringLiteral("Renamed"));
+        QCOMPARE(model.data(model.index(1), TemplateListModel::ListPathRole).toString(),
+                 QStringLiteral("Product › Inbox"));
+        QCOMPARE(model.data(model.index(0), TemplateListModel::ListPathRole).toString(), QString());
+
+        TaskTemplate third;
+        model.setTemplates({first, renamed, third});
+        QCOMPARE(inserted.count(), 1);
+        QCOMPARE(inserted[0][1].toInt(), 2);
+        model.setTemplates({renamed, third});
+        QCOMPARE(removed.count(), 1);
+        QCOMPARE(removed[0][1].toInt(), 0);
+        QCOMPARE(reset.count(), 0);
+        QCOMPARE(model.data(model.index(0), TemplateListModel::IdRole).toString(),
+                 renamed.id.toString(QUuid::WithoutBraces));
+
+        model.setTemplates({third, renamed});
+        QCOMPARE(reset.count(), 1);
+        QCOMPARE(model.templates(), (QList<TaskTemplate>{third, renamed}));
+    }
+
+    void aTemplateIsPinnedThroughItsOwnPickerWithoutMovingTheComposer() {
+        AppState& state = signedIn(SandboxDemo::inboxListID);
+        state.settings().modify([](AppSettings& settings) { settings.templates = {TaskTemplate{}}; });
+        TemplateSettingsViewModel templates(state.settings(), state.location(), state.serviceAddresses().webBaseURL);
+        QSignalSpy rowsChanged(templates.rows(), SIGNAL(dataChanged(QModelIndex, QModelIndex, QList<int>)));
+        templates.edit(0);
+        QVERIFY(templates.isEditing());
+        QCOMPARE(templates.editingName(), QStringLiteral("Template"));
+        QCOMPARE(templates.picker()->selectedListID(), QString());
+
+        LocationPickerViewModel& picker = *templates.picker();
+        picker.appear();
+        QTRY_VERIFY(picker.rowOf(SandboxDemo::supportListID) >= 0);
+        picker.choose(picker.rowOf(SandboxDemo::supportListID));
+        QCOMPARE(templates.editingListPath(), QStringLiteral("Operations › Support queue"));
+        QCOMPARE(picker.selectedListID(), SandboxDemo::supportListID);
+        QCOMPARE(state.currentContext()->entry().id(), SandboxDemo::inboxListID);
+        // Nothing is stored before the sheet is saved.
+        QVERIFY(!state.settings().settings().templates[0].listID);
+
+        templates.save(QStringLiteral("Support"), QStringLiteral("Customer: "), QStringLiteral("Steps"));
+        QVERIFY(!templates.isEditing());
+        QCOMPARE(rowsChanged.count(), 1);
+        const QJsonObject stored = settingsFile().value(QStringLiteral("templates")).toArray().at(0).toObject();
+        QCOMPARE(stored.value(QStringLiteral("name")).toString(), QStringLiteral("Support"));
+        QCOMPARE(stored.value(QStringLiteral("listID")).toString(), SandboxDemo::supportListID);
+        QCOMPARE(stored.value(QStringLiteral("listPath")).toString(), QStringLiteral("Operations › Support queue"));
+        QCOMPARE(stored.value(QStringLiteral("taskName")).toString(), QStringLiteral("Customer: "));
+        QCOMPARE(stored.value(QStringLiteral("descriptionMarkdown")).toString(), QStringLiteral("Steps"));
+    }
+
+    void aNewTemplateCancelledIsDroppedAndOneSavedGoesLast() {
+        TemplateSettingsViewModel templates(app().settings(), app().location(), app().serviceAddresses().webBaseURL);
+        QVERIFY(templates.isEmpty());
+        QSignalSpy emptiness(&templates, &TemplateSettingsViewModel::isEmptyChanged);
+        templates.create();
+        QVERIFY(templates.isEditing());
+        QCOMPARE(templates.editingName(), QStringLiteral("Template"));
+        QCOMPARE(templates.editingListPath(), QString());
+        templates.cancel();
+        QVERIFY(!templates.isEditing());
+        QVERIFY(app().settings().settings().templates.isEmpty());
+        QVERIFY(templates.isEmpty());
+
+        templates.create();
+        templates.save(QStringLiteral("Template"), QString(), QString());
+        QCOMPARE(settingsFile().value(QStringLiteral("templates")).toArray().size(), 1);
+        QVERIFY(!templates.isEmpty());
+        QCOMPARE(emptiness.count(), 1);
+        templates.remove(0);
+        QVERIFY(settingsFile().value(QStringLiteral("templates")).toArray().isEmpty());
+        QVERIFY(templates.isEmpty());
+        QCOMPARE(emptiness.count(), 2);
     }
 
     void otherChangesOfTheSettingsLeaveTheLinksAsTheyAre() {

@@ -16,8 +16,8 @@
 #include <QTest>
 
 // A person goes through the settings window by keyboard alone, against norvane-sandbox: every
-// control of the "Fields" and "General" tabs is reached with Tab, each setting is changed and read
-// back from the settings file.
+// control of the "Fields", "Templates" and "General" tabs is reached with Tab, each setting is
+// changed and read back from the settings file.
 class SettingsWindowTest : public QObject {
     Q_OBJECT
 
@@ -36,6 +36,35 @@ class SettingsWindowTest : public QObject {
     QString autostartFolder() const { return m_home.filePath(QStringLiteral("autostart")); }
 
     QQuickItem* item(const QString& objectName) { return QuickItems::visualChild(view().contentItem(), objectName); }
+
+    QJsonArray templatesInFile() const { return settingsFile().value(QStringLiteral("templates")).toArray(); }
+
+    // Stores templates of these names, the first pinned to Inbox.
+    void storeTemplates(const QStringList& names) {
+        app().settings().modify([&names](AppSettings& settings) {
+            for (const QString& name : names) {
+                TaskTemplate stored;
+                stored.name = name;
+                stored.taskName = name + QStringLiteral(" task");
+                settings.templates.append(stored);
+            }
+            settings.templates[0].listID = SandboxDemo::inboxListID;
+            settings.templates[0].listPath = QStringLiteral("Product › Inbox");
+        });
+    }
+
+    // The window on the account tab, then on "Templates" by Ctrl+Tab.
+    void showTemplatesByKeyboard() {
+        show(SettingsTab::account);
+        key(Qt::Key_Tab, Qt::ControlModifier);
+        key(Qt::Key_Tab, Qt::ControlModifier);
+        QTRY_COMPARE(m_window->currentTab(), int(SettingsTab::templates));
+    }
+
+    // The sheet that edits a template, a popup out of reach of the visual tree while closed.
+    QObject* sheet() { return view().rootObject()->findChild<QObject*>(QStringLiteral("editTemplateSheet")); }
+    bool sheetIsOpen() { return sheet()->property("opened").toBool(); }
+    bool sheetIsShown() { return sheet()->property("visible").toBool(); }
 
     QString focused() {
         const QQuickItem* focus = view().activeFocusItem();
@@ -306,6 +335,186 @@ private slots:
         QVERIFY(settingsFile().value(QStringLiteral("bookmarks")).toArray().isEmpty());
         QCOMPARE(item(QStringLiteral("quickLinkAddress"))->property("text").toString(),
                  QStringLiteral("ftp://files.example.com/"));
+    }
+
+    void withoutTemplatesTheTabSaysSoAndANewOneCancelledIsNotKept() {
+        showTemplatesByKeyboard();
+        QVERIFY(item(QStringLiteral("noTemplates"))->isVisible());
+        QCOMPARE(item(QStringLiteral("noTemplates"))->property("text").toString(), QStringLiteral("No templates"));
+        QVERIFY(item(QStringLiteral("noTemplatesHint"))->isVisible());
+        QCOMPARE(item(QStringLiteral("noTemplatesHint"))->property("text").toString(),
+                 QStringLiteral("Save a template from the composer menu, or create one here."));
+
+        QVERIFY(tabTo(QStringLiteral("newTemplate")));
+        key(Qt::Key_Space);
+        QTRY_VERIFY(sheetIsOpen());
+        QCOMPARE(sheet()->property("title").toString(), QStringLiteral("Edit Template"));
+        QTRY_COMPARE(focused(), QStringLiteral("templateNameField"));
+        QCOMPARE(item(QStringLiteral("templateNameField"))->property("text").toString(), QStringLiteral("Template"));
+        QCOMPARE(QuickItems::plainText(item(QStringLiteral("pinnedList"))), QStringLiteral("No pinned list"));
+        key(Qt::Key_Escape);
+        QTRY_VERIFY(!sheetIsShown());
+        QTRY_COMPARE(focused(), QStringLiteral("newTemplate"));
+        QVERIFY(app().settings().settings().templates.isEmpty());
+        QVERIFY(templatesInFile().isEmpty());
+        QVERIFY(item(QStringLiteral("noTemplates"))->isVisible());
+        QVERIFY(view().isVisible());
+    }
+
+    void aNewTemplateIsKeptWhenSaved() {
+        showTemplatesByKeyboard();
+        QVERIFY(tabTo(QStringLiteral("newTemplate")));
+        key(Qt::Key_Space);
+        QTRY_COMPARE(focused(), QStringLiteral("templateNameField"));
+        type(QStringLiteral("Standup"));
+        key(Qt::Key_Return);
+        QTRY_COMPARE(templatesInFile().size(), 1);
+        QCOMPARE(templatesInFile()[0][QStringLiteral("name")].toString(), QStringLiteral("Standup"));
+        QTRY_VERIFY(!sheetIsShown());
+        QVERIFY(!item(QStringLiteral("noTemplates"))->isVisible());
+        QCOMPARE(QuickItems::plainText(item(QStringLiteral("templateRowName0"))), QStringLiteral("Standup"));
+        QTRY_COMPARE(focused(), QStringLiteral("newTemplate"));
+    }
+
+    void tabReachesEveryControlOfTheTemplatesTabAndOfTheSheet() {
+        storeTemplates({QStringLiteral("Bug report"), QStringLiteral("Standup")});
+        showTemplatesByKeyboard();
+        QVERIFY(!item(QStringLiteral("noTemplates"))->isVisible());
+        const QSet<QString> reached = tabRound();
+        for (const QString& name :
+             {QStringLiteral("templatesTab"), QStringLiteral("editTemplate0"), QStringLiteral("deleteTemplate0"),
+              QStringLiteral("editTemplate1"), QStringLiteral("deleteTemplate1"), QStringLiteral("newTemplate")}) {
+            QVERIFY2(reached.contains(name), qPrintable(name));
+        }
+        QVERIFY(tabTo(QStringLiteral("editTemplate0")));
+        key(Qt::Key_Space);
+        QTRY_COMPARE(focused(), QStringLiteral("templateNameField"));
+        const QSet<QString> inSheet = tabRound();
+        QCOMPARE(inSheet, (QSet<QString>{QStringLiteral("templateNameField"), QStringLiteral("pinnedListButton"),
+                                         QStringLiteral("clearPinnedList"), QStringLiteral("templateTaskNameField"),
+                                         QStringLiteral("templateDescriptionField"),
+                                         QStringLiteral("cancelEditTemplate"), QStringLiteral("saveEditTemplate")}));
+        QCOMPARE(QuickItems::unnamedControls(view().contentItem()), QStringList());
+    }
+
+    void aTemplateIsRenamedAndPinnedThroughThePickerByKeyboardAndSaved() {
+        storeTemplates({QStringLiteral("Bug report"), QStringLiteral("Standup")});
+        const QUuid id = app().settings().settings().templates[1].id;
+        showTemplatesByKeyboard();
+        QCOMPARE(QuickItems::plainText(item(QStringLiteral("templateRowList1"))), QStringLiteral("No pinned list"));
+        QVERIFY(tabTo(QStringLiteral("editTemplate1")));
+        QCOMPARE(QuickItems::accessibleNames(item(QStringLiteral("editTemplate1"))).value(0),
+                 QStringLiteral("Edit Standup"));
+        key(Qt::Key_Space);
+        QTRY_COMPARE(focused(), QStringLiteral("templateNameField"));
+        key(Qt::Key_A, Qt::ControlModifier);
+        type(QStringLiteral("Release check"));
+
+        key(Qt::Key_Tab);
+        QCOMPARE(focused(), QStringLiteral("pinnedListButton"));
+        key(Qt::Key_Return);
+        QTRY_COMPARE(focused(), QStringLiteral("locationSearch"));
+        type(QStringLiteral("2.4 release"));
+        QTRY_COMPARE(m_window->templates().picker()->rowOf(SandboxDemo::releaseListID), 0);
+        key(Qt::Key_Return);
+        QTRY_COMPARE(focused(), QStringLiteral("pinnedListButton"));
+        QVERIFY(sheetIsOpen());
+        QCOMPARE(QuickItems::plainText(item(QStringLiteral("pinnedList"))),
+                 QStringLiteral("Product › Releases › 2.4 release"));
+        // The composer's list stays.
+        QCOMPARE(app().currentContext()->entry().id(), SandboxDemo::inboxListID);
+
+        key(Qt::Key_Tab);
+        QCOMPARE(focused(), QStringLiteral("clearPinnedList"));
+        key(Qt::Key_Tab);
+        QCOMPARE(focused(), QStringLiteral("templateTaskNameField"));
+        key(Qt::Key_A, Qt::ControlModifier);
+        type(QStringLiteral("Check <b>2.4</b> & ship"));
+        key(Qt::Key_Tab);
+        QCOMPARE(focused(), QStringLiteral("templateDescriptionField"));
+        type(QStringLiteral("Steps"));
+        key(Qt::Key_Return);
+        type(QStringLiteral("1. Tag"));
+        QVERIFY(sheetIsOpen());
+        // Return in the description makes a new line; Ctrl+Return saves.
+        QCOMPARE(app().settings().settings().templates[1].name, QStringLiteral("Standup"));
+        key(Qt::Key_Return, Qt::ControlModifier);
+
+        QTRY_VERIFY(!sheetIsShown());
+        const QJsonArray stored = templatesInFile();
+        QCOMPARE(stored.size(), 2);
+        const QJsonValue edited = stored[1];
+        QCOMPARE(QUuid(edited[QStringLiteral("id")].toString()), id);
+        QCOMPARE(edited[QStringLiteral("name")].toString(), QStringLiteral("Release check"));
+        QCOMPARE(edited[QStringLiteral("listID")].toString(), SandboxDemo::releaseListID);
+        QCOMPARE(edited[QStringLiteral("listPath")].toString(), QStringLiteral("Product › Releases › 2.4 release"));
+        QCOMPARE(edited[QStringLiteral("taskName")].toString(), QStringLiteral("Check <b>2.4</b> & ship"));
+        QCOMPARE(edited[QStringLiteral("descriptionMarkdown")].toString(), QStringLiteral("Steps\n1. Tag"));
+        QCOMPARE(stored[0][QStringLiteral("name")].toString(), QStringLiteral("Bug report"));
+
+        QCOMPARE(QuickItems::plainText(item(QStringLiteral("templateRowName1"))), QStringLiteral("Release check"));
+        QCOMPARE(QuickItems::plainText(item(QStringLiteral("templateRowList1"))),
+                 QStringLiteral("Product › Releases › 2.4 release"));
+        QTRY_COMPARE(focused(), QStringLiteral("editTemplate1"));
+    }
+
+    void returnInANameFieldSavesAndClearThenEscapeKeepsThePinnedList() {
+        storeTemplates({QStringLiteral("Bug report")});
+        showTemplatesByKeyboard();
+        QVERIFY(tabTo(QStringLiteral("editTemplate0")));
+        key(Qt::Key_Space);
+        QTRY_COMPARE(focused(), QStringLiteral("templateNameField"));
+        QCOMPARE(QuickItems::plainText(item(QStringLiteral("pinnedList"))), QStringLiteral("Product › Inbox"));
+        QVERIFY(tabTo(QStringLiteral("clearPinnedList")));
+        key(Qt::Key_Space);
+        QTRY_COMPARE(QuickItems::plainText(item(QStringLiteral("pinnedList"))), QStringLiteral("No pinned list"));
+        QCOMPARE(focused(), QStringLiteral("pinnedListButton"));
+        key(Qt::Key_Escape);
+        QTRY_VERIFY(!sheetIsShown());
+        QVERIFY(view().isVisible());
+        QCOMPARE(app().settings().settings().templates[0].listID, SandboxDemo::inboxListID);
+
+        key(Qt::Key_Space);
+        QTRY_COMPARE(focused(), QStringLiteral("templateNameField"));
+        QCOMPARE(QuickItems::plainText(item(QStringLiteral("pinnedList"))), QStringLiteral("Product › Inbox"));
+        QVERIFY(tabTo(QStringLiteral("clearPinnedList")));
+        key(Qt::Key_Space);
+        QVERIFY(tabTo(QStringLiteral("templateTaskNameField")));
+        type(QStringLiteral(" again"));
+        key(Qt::Key_Return);
+        QTRY_VERIFY(!sheetIsShown());
+        const QJsonObject stored = templatesInFile().at(0).toObject();
+        QCOMPARE(stored.value(QStringLiteral("taskName")).toString(), QStringLiteral("Bug report task again"));
+        QVERIFY(!stored.contains(QStringLiteral("listID")));
+        QVERIFY(!stored.contains(QStringLiteral("listPath")));
+        QCOMPARE(QuickItems::plainText(item(QStringLiteral("templateRowList0"))), QStringLiteral("No pinned list"));
+    }
+
+    void templatesAreDeletedByKeyboardAndTheScreenshotsChoiceGoesWithTheirs() {
+        storeTemplates({QStringLiteral("<b>Bug</b> & report"), QStringLiteral("Standup")});
+        app().settings().modify([](AppSettings& settings) {
+            settings.screenshotTemplateID = settings.templates[0].id;
+            settings.screenRecordingTemplateID = settings.templates[1].id;
+        });
+        const QUuid recordingID = app().settings().settings().templates[1].id;
+        showTemplatesByKeyboard();
+        QCOMPARE(QuickItems::plainText(item(QStringLiteral("templateRowName0"))),
+                 QStringLiteral("<b>Bug</b> & report"));
+        QVERIFY(tabTo(QStringLiteral("deleteTemplate0")));
+        QCOMPARE(QuickItems::accessibleNames(item(QStringLiteral("deleteTemplate0"))).value(0),
+                 QStringLiteral("Delete <b>Bug</b> & report"));
+        key(Qt::Key_Space);
+        QTRY_COMPARE(templatesInFile().size(), 1);
+        QCOMPARE(templatesInFile()[0][QStringLiteral("name")].toString(), QStringLiteral("Standup"));
+        QVERIFY(!settingsFile().contains(QStringLiteral("screenshotTemplateID")));
+        QCOMPARE(focused(), QStringLiteral("newTemplate"));
+
+        QVERIFY(tabTo(QStringLiteral("deleteTemplate0")));
+        key(Qt::Key_Space);
+        QTRY_VERIFY(templatesInFile().isEmpty());
+        QCOMPARE(QUuid(settingsFile().value(QStringLiteral("screenRecordingTemplateID")).toString()), recordingID);
+        QTRY_VERIFY(item(QStringLiteral("noTemplates"))->isVisible());
+        QVERIFY(item(QStringLiteral("noTemplatesHint"))->isVisible());
     }
 
     void aLoginItemThatFailsShowsItsMessageInThePane() {

@@ -266,6 +266,36 @@ private slots:
                  QVariant(marked(u"Due date")));
     }
 
+    void theTemplatesTabAndItsSheetButNotTheNamesOfTemplates() {
+        QTemporaryDir home;
+        AutostartEntry loginItem(home.filePath(QStringLiteral("autostart")), QStringLiteral("/usr/bin/norvanebar"));
+        SettingsWindow window(*m_fixture->app, loginItem);
+        window.setCurrentTab(int(SettingsTab::templates));
+        window.prepare();
+        QVERIFY(window.view().rootObject());
+        QStringList names = QuickItems::accessibleNames(window.view().contentItem());
+        for (const char16_t* text :
+             {u"Templates prefill the composer. A pinned list is selected automatically when applied.", u"No templates",
+              u"Save a template from the composer menu, or create one here.", u"New Template"}) {
+            QVERIFY2(names.contains(marked(text)), qPrintable(names.join(u'|')));
+        }
+
+        TaskTemplate stored;
+        stored.name = QStringLiteral("Bug report");
+        m_fixture->app->settings().modify([&stored](AppSettings& settings) { settings.templates = {stored}; });
+        window.templates().edit(0);
+        QTRY_VERIFY(QuickItems::accessibleNames(window.view().contentItem()).contains(marked(u"Edit Template")));
+        names = QuickItems::accessibleNames(window.view().contentItem());
+        for (const char16_t* text :
+             {u"Name", u"Pinned list", u"No pinned list", u"Task name", u"Description", u"Cancel", u"Save", u"Clear"}) {
+            QVERIFY2(names.contains(marked(text)), qPrintable(names.join(u'|')));
+        }
+        for (const QString& text :
+             {marked(u"Edit ") + QStringLiteral("Bug report"), marked(u"Delete ") + QStringLiteral("Bug report")}) {
+            QVERIFY2(names.contains(text), qPrintable(names.join(u'|')));
+        }
+    }
+
     void theCoresMessages() {
         QCOMPARE(NVError(NVError::Network{}).errorDescription(),
                  marked(u"Couldn't reach Norvane. Check your connection."));

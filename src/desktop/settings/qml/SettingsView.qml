@@ -12,6 +12,7 @@ Page {
     required property SettingsWindow settingsWindow
     required property AccountsViewModel accounts
     required property FieldVisibilityViewModel fields
+    required property TemplateSettingsViewModel templates
     required property GeneralSettingsViewModel general
     required property QuickLinksViewModel quickLinks
 
@@ -80,6 +81,7 @@ Page {
         }
 
         TemplateSettingsView {
+            templates: root.templates
         }
 
         GeneralSettingsView {

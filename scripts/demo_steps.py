@@ -58,6 +58,16 @@ def focus(ui, name):
     time.sleep(0.2)
 
 
+def click_on(ui, name):
+    """Clicks the middle of the control of this accessible name, which also gives its window the
+    keyboard."""
+    node = pump_until(lambda: find(ui, None, name), what=f'"{name}"')
+    box = node.get_extents(Atspi.CoordType.SCREEN)
+    subprocess.run(["xdotool", "mousemove", str(box.x + box.width // 2), str(box.y + box.height // 2), "click", "1"],
+                   check=True)
+    time.sleep(0.2)
+
+
 def close_if_showing(ui, name):
     """Presses Escape while a menu or popover with this entry is open; a closed one would take the
     popover with it."""

@@ -4,11 +4,13 @@ a picture as attachments, starts again to show that the token and the list were 
 tasks: one typed and created, one with two files, three in bulk, one refused and retried, and one
 left to run in the background, whose notification it prints; then turns to the Tasks tab: its
 sections, a search with matches and one without, a filter chip's menu, a task's actions opened by
-keyboard, a task marked complete, and the tray icon with the count of tasks due. It saves a
-screenshot of each step. Then the desktop turns dark, as its Settings portal tells, and the key pages
+keyboard, a task marked complete, and the tray icon with the count of tasks due; then the composer's
+road (demo_compose.py: the location picker, every field chip, templates, the attachment strip and the
+created task's request) and the settings' (demo_settings.py: the tray menu's quick links, a second
+account, each tab of the settings window, the account menu). It saves a screenshot of each step. Then the desktop turns dark, as its Settings portal tells, and the key pages
 of the same road are shown again in dark: the composer with text and files, a task being created and
-created, three in bulk, a refused one, and the banner of a job in the background once no
-notification server is left.
+created, three in bulk, a refused one, the banner of a job in the background once no
+notification server is left, and each tab of the settings window.
 Run inside a desktop session with an accessibility bus, through which it presses the buttons.
 
 usage: headless_demo.py NORVANEBAR NORVANE_SANDBOX OUTPUT_FOLDER"""
@@ -29,7 +31,8 @@ from norvanebar_app import NorvaneBar, click, popover_window_id, wait_until, xem
 
 sys.path.insert(0, os.path.dirname(__file__))
 from demo_compose import compose_road  # noqa: E402
-from demo_steps import SETTLE, paste, screenshot, shown, submit, type_into_popover  # noqa: E402
+from demo_settings import settings_road, settings_tabs  # noqa: E402
+from demo_steps import SETTLE, focus, norvanebar, paste, screenshot, shown, submit, type_into_popover  # noqa: E402
 
 
 def sample_files(out):
@@ -141,7 +144,7 @@ def dark_road(sandbox, out, portal):
     """The desktop turns dark while the popover is open; the key pages of the road again, in dark."""
     ui = pump_until(lambda: application("NorvaneBar"), what="NorvaneBar on the accessibility bus")
     portal.set_color_scheme(DARK)
-    shown(ui, "Task name")
+    focus(ui, "Task name")
     subprocess.run(["xdotool", "type", "--delay", "5", "Prepare the quarterly review"], check=True)
     description = pump_until(lambda: find(ui, None, "Description"), what="the description")
     description.grab_focus()
@@ -319,7 +322,11 @@ def main(binary, sandbox_binary, out):
                 tray_icon(out)
                 create_tasks(sandbox, out)
                 compose_road(sandbox, out, sample_files(out))
+                settings_road(sandbox, out, again)
                 dark_road(sandbox, out, portal)
+                again.toggle()
+                again.wait_popover(False)
+                settings_tabs(norvanebar(), out, "D")
             except Exception:
                 screenshot(out, "failed-step.png")
                 raise

@@ -136,6 +136,17 @@ private slots:
         QCOMPARE(draft().status(), std::nullopt);
     }
 
+    void aPaleStatusTintsTheSymbolAndLeavesTheTextInThePalettesColour() {
+        chooseFromMenu(QStringLiteral("default-status"), 2);
+        QCOMPARE(draft().status(), QStringLiteral("to do"));
+        QQuickItem* status = chip(QStringLiteral("default-status"));
+        QQuickItem* label = QuickItems::visualChild(status, QStringLiteral("chipLabel"));
+        QTRY_COMPARE(QuickItems::plainText(label), QStringLiteral("to do"));
+        QCOMPARE(status->property("symbolColor").value<QColor>(), QColor(QStringLiteral("#d3d3d3")));
+        QCOMPARE(label->property("color").value<QColor>(),
+                 status->property("palette").value<QPalette>().color(QPalette::ButtonText));
+    }
+
     void anAssigneeIsToggledAndClearedByKeyboard() {
         chooseFromMenu(QStringLiteral("default-assignee"), 1);
         QCOMPARE(draft().assignees().size(), 1);

@@ -25,9 +25,9 @@ Button {
         || root.kind === FieldChipListModel.Priority || root.kind === FieldChipListModel.Dropdown
         || root.kind === FieldChipListModel.Labels
     // The service's colour of the value, where it has one; the symbol always wears it, the text only
-    // where it reads against the chip (a pale grey status would not).
+    // where it stands out from the chip at all (a pale grey or yellow status would not).
     readonly property color symbolColor: root.tint.length > 0 ? root.tint : root.palette.buttonText
-    readonly property color textColor: root.tint.length > 0 && root.contrast(root.symbolColor, root.palette.button) >= 3
+    readonly property color textColor: root.tint.length > 0 && root.contrast(root.symbolColor, root.palette.button) >= 2
         ? root.symbolColor : root.palette.buttonText
 
     // The WCAG contrast ratio of two colours.

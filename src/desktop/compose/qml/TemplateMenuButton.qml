@@ -18,7 +18,8 @@ ToolButton {
     icon.source: "image://symbol/doc.on.doc"
     icon.color: root.palette.buttonText
     text: qsTr("Template")
-    onClicked: menu.popup(root, 0, root.height)
+    // Above the button: the footer is the popover's last row.
+    onClicked: menu.popup(root, 0, -menu.implicitHeight)
     ToolTip.visible: hovered
     ToolTip.text: qsTr("Apply or save a template")
     Accessible.name: text

@@ -31,6 +31,7 @@ SettingsPage {
         objectName: "defaultWorkspace"
         model: root.general.workspaceNames
         currentIndex: root.general.preferredWorkspaceIndex
+        displayText: currentIndex < 0 ? qsTr("None") : currentText
         onActivated: index => root.general.preferredWorkspaceIndex = index
         Accessible.name: qsTr("Default workspace")
     }

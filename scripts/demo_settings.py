@@ -1,0 +1,72 @@
+"""The settings' part of the headless demo: the tray menu's quick links, the settings window's tabs
+with a second account added on the Account tab, and the popover's account menu listing both."""
+
+import os
+import sys
+import time
+
+sys.path.insert(0, os.path.dirname(__file__))
+from demo_steps import click_on, keys, norvanebar, screenshot, shown, type_text  # noqa: E402
+from accessibility import press  # noqa: E402
+from norvanebar_app import click, wait_until, xembed_icon_window  # noqa: E402
+
+TABS = ("account", "fields", "templates", "general")
+
+
+def tray_menu(*entry_keys):
+    """Opens the tray icon's menu and moves through it by keyboard: New Task, Quick Links,
+    Settings…, Quit."""
+    click(wait_until(xembed_icon_window, what="the tray icon"), 3)
+    time.sleep(0.5)
+    keys(*entry_keys)
+
+
+def quick_links(ui, out):
+    tray_menu("Down", "Down", "Right")
+    shown(ui, "Inbox")
+    screenshot(out, "Q1-tray-menu-quick-links.png")
+    keys("Escape", "Escape")
+
+
+def settings_tabs(ui, out, prefix):
+    """Opens the settings window from the tray menu and pictures each tab, then closes it."""
+    tray_menu("Down", "Down", "Down", "Return")
+    shown(ui, "Norvane Accounts")
+    press(ui, "Account")  # the window opens on the tab it last showed
+    for index, tab in enumerate(TABS):
+        if index:
+            keys("ctrl+Tab")
+        screenshot(out, f"{prefix}{index + 1}-settings-{tab}.png")
+    keys("Escape")
+    time.sleep(0.5)
+
+
+def add_second_account(ui, out, token):
+    tray_menu("Down", "Down", "Down", "Return")
+    click_on(ui, "Personal API token")
+    type_text(token)
+    keys("Return")
+    shown(ui, "Ben Carter")
+    keys("Escape")
+    time.sleep(0.5)
+
+
+def account_menu(ui, out, app):
+    click(wait_until(xembed_icon_window, what="the tray icon"), 1)
+    app.wait_popover(True)
+    press(ui, "Switch Norvane account")
+    shown(ui, "Add Account…")
+    screenshot(out, "S5-account-menu-with-two-accounts.png")
+    press(ui, "Ada Okafor (ada@northwind.example)")
+    shown(ui, "Signed in as Ada Okafor")
+
+
+def settings_road(sandbox, out, app):
+    """Leaves Ada signed in with her list, as before, and Ben as a second account."""
+    ui = norvanebar()
+    app.toggle()
+    app.wait_popover(False)
+    quick_links(ui, out)
+    add_second_account(ui, out, sandbox.tokens[1][0])
+    settings_tabs(ui, out, "S")
+    account_menu(ui, out, app)

@@ -55,6 +55,16 @@ QString assignee(const QList<Member>& members, const QSet<qint64>& assignees) {
     return QString::number(chosen.size()) + tr(" assignees");
 }
 
+QString memberEntry(const Member& member) {
+    if (!member.displayName().trimmed().isEmpty()) {
+        return member.displayName();
+    }
+    if (member.email && !member.email->trimmed().isEmpty()) {
+        return *member.email;
+    }
+    return tr("User %1").arg(member.id);
+}
+
 QString relativeDate(const QDateTime& instant, const DateContext& context) {
     const QDate day = instant.toTimeZone(context.zone).date();
     const qint64 daysFromToday = context.now.toTimeZone(context.zone).date().daysTo(day);

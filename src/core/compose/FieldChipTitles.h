@@ -21,6 +21,9 @@ QString status(const std::optional<QString>& status);
 // "Assignee" with nobody, the member's display name with one, else the number and " assignees".
 // Only members of the list count: an id that is not among them is left out.
 QString assignee(const QList<Member>& members, const QSet<qint64>& assignees);
+// A member's entry in the assignee menu, never blank: the display name, or where that is blank (a
+// user name of spaces or none at all) the email, or "User " and the id.
+QString memberEntry(const Member& member);
 
 // Where the due date chip reads the date: the user's locale and time zone, and today in that zone.
 struct DateContext {

@@ -238,7 +238,7 @@ QList<FieldChipsViewModel::Entry> FieldChipsViewModel::entries(const QString& ch
     } else if (chipID == ComposerFieldItem::defaultField(DefaultField::assignee).id()) {
         for (const Member& member : m_context ? m_context->members() : QList<Member>{}) {
             result.append(
-                {member.displayName(), draft.assignees().contains(member.id), true, {}, [&draft, id = member.id] {
+                {FieldChipTitles::memberEntry(member), draft.assignees().contains(member.id), true, {}, [&draft, id = member.id] {
                      QSet<qint64> assignees = draft.assignees();
                      if (!assignees.remove(id)) {
                          assignees.insert(id);

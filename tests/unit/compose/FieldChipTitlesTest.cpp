@@ -59,6 +59,15 @@ private slots:
         QCOMPARE(FieldChipTitles::assignee(members, draft.assignees()), QStringLiteral("Assignee"));
     }
 
+    void aMemberWithABlankUserNameIsListedByEmailOrElseById() {
+        QCOMPARE(FieldChipTitles::memberEntry({7, QStringLiteral("Ben"), QStringLiteral("ben@example.com")}),
+                 QStringLiteral("Ben"));
+        QCOMPARE(FieldChipTitles::memberEntry({7, QStringLiteral(" "), QStringLiteral("ben@example.com")}),
+                 QStringLiteral("ben@example.com"));
+        QCOMPARE(FieldChipTitles::memberEntry({7, QString(), std::nullopt}), QStringLiteral("User 7"));
+        QCOMPARE(FieldChipTitles::memberEntry({7, std::nullopt, std::nullopt}), QStringLiteral("User 7"));
+    }
+
     void dueDateSaysDueDateWithoutADate() {
         QCOMPARE(FieldChipTitles::dueDate(std::nullopt, true, true, context), QStringLiteral("Due date"));
     }

@@ -57,6 +57,19 @@ def wait_until(condition, timeout, what):
     raise TimeoutError(what)
 
 
+def measure_shown(subject, results, warm_toggles):
+    """Warm openings of the closed popover, then the memory with it open."""
+    for _ in range(warm_toggles):
+        time.sleep(0.05)
+        results["warm"].append(subject.toggle_until(True))
+        subject.toggle_until(False)
+    subject.toggle_until(True)
+    time.sleep(0.5)
+    rss, anon = subject.memory_kib()
+    results["rss"].append(rss)
+    results["anon"].append(anon)
+
+
 def composer_shown(binary, sandbox_binary, runs, warm_toggles=10):
     """Warm toggle times and the memory with the composer shown, over `runs` launches."""
     results = {"warm": [], "rss": [], "anon": []}
@@ -83,15 +96,7 @@ def composer_shown(binary, sandbox_binary, runs, warm_toggles=10):
                 app.toggle_until(False)
                 app.toggle_until(True)  # the first opening after the sign-in draws the composer anew
                 app.toggle_until(False)
-                for _ in range(warm_toggles):
-                    time.sleep(0.05)
-                    results["warm"].append(app.toggle_until(True))
-                    app.toggle_until(False)
-                app.toggle_until(True)
-                time.sleep(0.5)
-                rss, anon = app.memory_kib()
-                results["rss"].append(rss)
-                results["anon"].append(anon)
+                measure_shown(app, results, warm_toggles)
                 app.stop()
             finally:
                 sandbox.stop()
@@ -106,15 +111,7 @@ def bare_popover_shown(binary, runs, warm_toggles=10):
         time.sleep(1.0)
         base.toggle_until(True)
         base.toggle_until(False)
-        for _ in range(warm_toggles):
-            time.sleep(0.05)
-            results["warm"].append(base.toggle_until(True))
-            base.toggle_until(False)
-        base.toggle_until(True)
-        time.sleep(0.5)
-        rss, anon = base.memory_kib()
-        results["rss"].append(rss)
-        results["anon"].append(anon)
+        measure_shown(base, results, warm_toggles)
         base.stop()
     return results
 

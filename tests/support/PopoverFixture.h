@@ -55,6 +55,13 @@ struct PopoverFixture {
         return SandboxDemo::hostilePictureRequests(sandbox.requests());
     }
 
+    // Shows the chips of all five standard fields; priority and tags are hidden at first.
+    void showEveryStandardField() {
+        app->settings().set(&AppSettings::visibleDefaultFields,
+                            QSet<DefaultField>{DefaultField::status, DefaultField::assignee, DefaultField::dueDate,
+                                               DefaultField::priority, DefaultField::tags});
+    }
+
     // The item of the page with this objectName, or null.
     QObject* find(const QString& objectName) const {
         return popover.rootObject() ? popover.rootObject()->findChild<QObject*>(objectName) : nullptr;

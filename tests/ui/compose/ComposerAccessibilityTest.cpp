@@ -98,10 +98,7 @@ private slots:
     void init() {
         m_fixture = PopoverFixture::signedInAgainst(m_sandbox, SandboxDemo::inboxListID);
         QVERIFY(m_fixture);
-        m_fixture->app->settings().set(&AppSettings::visibleDefaultFields,
-                                       QSet<DefaultField>{DefaultField::status, DefaultField::assignee,
-                                                          DefaultField::dueDate, DefaultField::priority,
-                                                          DefaultField::tags});
+        m_fixture->showEveryStandardField();
         QTRY_VERIFY(m_fixture->find(QStringLiteral("taskName")));
     }
 

@@ -114,14 +114,6 @@ class ComposerRoadTest : public QObject {
         return QTest::qWaitFor([&] { return !pickerOpen() && contextLoaded(SandboxDemo::inboxListID); }, 15000);
     }
 
-    // Priority and tags are hidden at first; the chips of all five standard fields show.
-    void showEveryStandardField() {
-        m_fixture->app->settings().set(&AppSettings::visibleDefaultFields,
-                                       QSet<DefaultField>{DefaultField::status, DefaultField::assignee,
-                                                          DefaultField::dueDate, DefaultField::priority,
-                                                          DefaultField::tags});
-    }
-
     bool contextLoaded(const QString& listID) {
         const ListContext* context = m_fixture->app->currentContext();
         return context && context->entry().id() == listID && !context->isLoading() && context->fields().size() == 10;
@@ -162,7 +154,7 @@ private slots:
         QVERIFY(m_fixture);
         m_keys = std::make_unique<KeyboardDriver>(popover());
         QCOMPARE(runTask(m_fixture->app->signIn(m_sandbox.token())), std::nullopt);
-        showEveryStandardField();
+        m_fixture->showEveryStandardField();
         QVERIFY(QTest::qWaitForWindowActive(&popover()));
         QTRY_VERIFY(item(QStringLiteral("taskName")) && item(QStringLiteral("taskName"))->hasActiveFocus());
         QCOMPARE(m_fixture->app->currentContext(), nullptr);
@@ -285,7 +277,7 @@ private slots:
         m_fixture = PopoverFixture::signedInAgainst(m_sandbox, SandboxDemo::inboxListID);
         QVERIFY(m_fixture);
         m_keys = std::make_unique<KeyboardDriver>(popover());
-        showEveryStandardField();
+        m_fixture->showEveryStandardField();
         QVERIFY(QTest::qWaitForWindowActive(&popover()));
         QTRY_VERIFY_WITH_TIMEOUT(contextLoaded(SandboxDemo::inboxListID), 15000);
         const QString facing = field(QStringLiteral("Customer facing")).id;

@@ -84,10 +84,7 @@ private slots:
     void init() {
         m_fixture = PopoverFixture::signedInAgainst(m_sandbox, SandboxDemo::inboxListID);
         QVERIFY(m_fixture);
-        m_fixture->app->settings().set(&AppSettings::visibleDefaultFields,
-                                       QSet<DefaultField>{DefaultField::status, DefaultField::assignee,
-                                                          DefaultField::dueDate, DefaultField::priority,
-                                                          DefaultField::tags});
+        m_fixture->showEveryStandardField();
         QVERIFY(QTest::qWaitForWindowActive(&popover()));
         QTRY_VERIFY_WITH_TIMEOUT(m_fixture->app->currentContext() && !m_fixture->app->currentContext()->isLoading() &&
                                      m_fixture->app->currentContext()->fields().size() == 10,

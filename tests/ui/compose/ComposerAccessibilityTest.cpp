@@ -65,7 +65,11 @@ class ComposerAccessibilityTest : public QObject {
         }
         chip->forceActiveFocus(Qt::TabFocusReason);
         keys().press(Qt::Key_Space);
-        QTest::qWait(100);
+        // A checkbox chip toggles; every other one opens a menu or popover that takes the keyboard.
+        const bool toggles = QAccessible::queryAccessibleInterface(chip)->role() == QAccessible::CheckBox;
+        if (!toggles && !QTest::qWaitFor([this] { return popupHasTheKeyboard(); })) {
+            return {QStringLiteral("%1 opened nothing").arg(name)};
+        }
         const QStringList found = unnamed();
         closePopups();
         return found;
@@ -133,9 +137,10 @@ private slots:
 
     void everyFieldBehindMoreAndItsEditorNamesItsControls() {
         QTRY_VERIFY(openMore());
+        // Its chips are made as it opens.
+        QStringList behindMore;
+        QTRY_COMPARE((behindMore = chipNames(contentOf(QStringLiteral("moreFieldsPopover")))).size(), 10);
         QVERIFY2(unnamed().isEmpty(), qPrintable(unnamed().join(u'\n')));
-        const QStringList behindMore = chipNames(contentOf(QStringLiteral("moreFieldsPopover")));
-        QCOMPARE(behindMore.size(), 10);
         closePopups();
         for (const QString& name : behindMore) {
             QVERIFY(openMore());

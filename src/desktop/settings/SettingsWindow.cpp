@@ -10,18 +10,11 @@ SettingsWindow::SettingsWindow(AppState& app, LoginItem& loginItem, QObject* par
     , m_fields(app.settings(), app.location(), app.serviceAddresses(), app.linkActions())
     , m_templates(app.settings(), app.location(), app.serviceAddresses().webBaseURL)
     , m_general(app, loginItem)
-    , m_quickLinks(app.settings(), app.serviceAddresses()) {
-    m_view.setTitle(tr("NorvaneBar Settings"));
-    m_view.setResizeMode(QQuickView::SizeRootObjectToView);
-    m_view.setMinimumSize(QSize(480, 420));
-    m_view.resize(600, 560);
-    PopoverWindow::configureEngine(*m_view.engine());
-    m_view.setInitialProperties({{QStringLiteral("settingsWindow"), QVariant::fromValue(this)},
-                                 {QStringLiteral("accounts"), QVariant::fromValue(&m_accounts)},
-                                 {QStringLiteral("fields"), QVariant::fromValue(&m_fields)},
-                                 {QStringLiteral("templates"), QVariant::fromValue(&m_templates)},
-                                 {QStringLiteral("general"), QVariant::fromValue(&m_general)},
-                                 {QStringLiteral("quickLinks"), QVariant::fromValue(&m_quickLinks)}});
+    , m_quickLinks(app.settings(), app.serviceAddresses()) {}
+
+QQuickView& SettingsWindow::view() {
+    prepare();
+    return *m_view;
 }
 
 void SettingsWindow::setCurrentTab(int tab) {
@@ -39,20 +32,33 @@ void SettingsWindow::showTab(SettingsTab tab) {
 
 void SettingsWindow::showSettings() {
     prepare();
-    if (m_view.windowStates() & Qt::WindowMinimized) {
-        m_view.setWindowStates(m_view.windowStates() & ~Qt::WindowMinimized);
+    if (m_view->windowStates() & Qt::WindowMinimized) {
+        m_view->setWindowStates(m_view->windowStates() & ~Qt::WindowMinimized);
     }
-    m_view.show();
-    m_view.raise();
-    m_view.requestActivate();
+    m_view->show();
+    m_view->raise();
+    m_view->requestActivate();
 }
 
 void SettingsWindow::prepare() {
-    if (m_view.source().isEmpty()) {
-        m_view.setSource(QUrl(QStringLiteral("qrc:/qt/qml/NorvaneBar/settings/qml/SettingsView.qml")));
-        // As in the popover: Qt 6.4's Fusion style takes the application's palette only when it
-        // changes, so the content takes it now.
-        QEvent paletteChange(QEvent::ApplicationPaletteChange);
-        QCoreApplication::sendEvent(&m_view, &paletteChange);
+    if (m_view) {
+        return;
     }
+    m_view = std::make_unique<QQuickView>();
+    m_view->setTitle(tr("NorvaneBar Settings"));
+    m_view->setResizeMode(QQuickView::SizeRootObjectToView);
+    m_view->setMinimumSize(QSize(480, 420));
+    m_view->resize(600, 560);
+    PopoverWindow::configureEngine(*m_view->engine());
+    m_view->setInitialProperties({{QStringLiteral("settingsWindow"), QVariant::fromValue(this)},
+                                  {QStringLiteral("accounts"), QVariant::fromValue(&m_accounts)},
+                                  {QStringLiteral("fields"), QVariant::fromValue(&m_fields)},
+                                  {QStringLiteral("templates"), QVariant::fromValue(&m_templates)},
+                                  {QStringLiteral("general"), QVariant::fromValue(&m_general)},
+                                  {QStringLiteral("quickLinks"), QVariant::fromValue(&m_quickLinks)}});
+    m_view->setSource(QUrl(QStringLiteral("qrc:/qt/qml/NorvaneBar/settings/qml/SettingsView.qml")));
+    // As in the popover: Qt 6.4's Fusion style takes the application's palette only when it
+    // changes, so the content takes it now.
+    QEvent paletteChange(QEvent::ApplicationPaletteChange);
+    QCoreApplication::sendEvent(m_view.get(), &paletteChange);
 }

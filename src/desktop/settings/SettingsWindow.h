@@ -12,6 +12,7 @@
 #include <QObject>
 #include <QQuickView>
 #include <QtQml/qqmlregistration.h>
+#include <memory>
 
 // The settings window: the tabs "Account", "Fields", "Templates" and "General", each change saved
 // at once. One window for the life of the app: opening it again brings it to the front. Ctrl+Tab
@@ -26,7 +27,8 @@ class SettingsWindow : public QObject {
 public:
     SettingsWindow(AppState& app, LoginItem& loginItem, QObject* parent = nullptr);
 
-    QQuickView& view() { return m_view; }
+    // The window, made and loaded at first use: a second QML engine costs start-up time and memory.
+    QQuickView& view();
     AccountsViewModel& accounts() { return m_accounts; }
     FieldVisibilityViewModel& fields() { return m_fields; }
     TemplateSettingsViewModel& templates() { return m_templates; }
@@ -54,5 +56,5 @@ private:
     QuickLinksViewModel m_quickLinks;
     SettingsTab m_currentTab = SettingsTab::account;
     // After the models, so that the pages are gone before the models they show.
-    QQuickView m_view;
+    std::unique_ptr<QQuickView> m_view;
 };

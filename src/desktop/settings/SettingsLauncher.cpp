@@ -1,7 +1,7 @@
 #include "settings/SettingsLauncher.h"
 
-void SettingsLauncher::open() {
+void SettingsLauncher::openOn(std::optional<SettingsTab> tab) {
     if (m_app.openSettings) {
-        m_app.openSettings(std::nullopt);
+        m_app.openSettings(tab);
     }
 }

@@ -5,7 +5,7 @@
 #include <QObject>
 #include <QtQml/qqmlregistration.h>
 
-// The popover's settings button: brings up the settings window on the tab it last showed.
+// The popover's way to the settings window: its settings button, and "Add Account…".
 class SettingsLauncher : public QObject {
     Q_OBJECT
     QML_ELEMENT
@@ -16,7 +16,9 @@ public:
         : QObject(parent)
         , m_app(app) {}
 
-    Q_INVOKABLE void open();
+    // Brings up the window on the tab it last showed.
+    Q_INVOKABLE void open() { openOn(std::nullopt); }
+    void openOn(std::optional<SettingsTab> tab);
 
 private:
     AppState& m_app;

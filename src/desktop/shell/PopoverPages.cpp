@@ -31,7 +31,7 @@ PopoverPages::PopoverPages(AppState& app, QClipboard& clipboard)
     // Connected before anyone outside, so the popover is gone when the settings window comes up.
     QObject::connect(&m_accounts, &AccountsViewModel::openSettingsRequested, &m_window, &QWindow::hide);
     QObject::connect(&m_accounts, &AccountsViewModel::openSettingsRequested, &m_window,
-                     [&app] { app.openSettings ? app.openSettings(SettingsTab::account) : void(); });
+                     [this] { m_settingsLauncher.openOn(SettingsTab::account); });
     QObject::connect(&app, &AppState::authStateChanged, &m_myDay, &MyDayViewModel::contextChanged);
     QObject::connect(&app, &AppState::currentContextChanged, &m_myDay, &MyDayViewModel::contextChanged);
 }

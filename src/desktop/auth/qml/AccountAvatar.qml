@@ -1,5 +1,6 @@
 import QtQuick
 import QtQuick.Controls
+import NorvaneBar
 
 // An account's avatar: a circle in the account's colour, or a quiet colour of the palette when the
 // service gave none, with its initials in bold in black or white, whichever stands out more against
@@ -14,21 +15,9 @@ Rectangle {
     required property string fill
     property real size: 28
 
-    // The relative luminance of a colour, as the contrast ratio of WCAG 2 reads it.
-    function luminance(c: color): real {
-        const linear = v => v <= 0.04045 ? v / 12.92 : Math.pow((v + 0.055) / 1.055, 2.4);
-        return 0.2126 * linear(c.r) + 0.7152 * linear(c.g) + 0.0722 * linear(c.b);
-    }
-
-    function contrast(a: color, b: color): real {
-        const first = root.luminance(a);
-        const second = root.luminance(b);
-        return (Math.max(first, second) + 0.05) / (Math.min(first, second) + 0.05);
-    }
-
     readonly property color black: Qt.rgba(0, 0, 0, 1)
     readonly property color white: Qt.rgba(1, 1, 1, 1)
-    readonly property color textColor: root.contrast(root.color, root.black) >= root.contrast(root.color, root.white) ? root.black : root.white
+    readonly property color textColor: Contrast.ratio(root.color, root.black) >= Contrast.ratio(root.color, root.white) ? root.black : root.white
 
     implicitWidth: root.size
     implicitHeight: root.size

@@ -27,19 +27,8 @@ Button {
     // The service's colour of the value, where it has one; the symbol always wears it, the text only
     // where it stands out from the chip at all (a pale grey or yellow status would not).
     readonly property color symbolColor: root.tint.length > 0 ? root.tint : root.palette.buttonText
-    readonly property color textColor: root.tint.length > 0 && root.contrast(root.symbolColor, root.palette.button) >= 2
+    readonly property color textColor: root.tint.length > 0 && Contrast.ratio(root.symbolColor, root.palette.button) >= 2
         ? root.symbolColor : root.palette.buttonText
-
-    // The WCAG contrast ratio of two colours.
-    function contrast(one, other) {
-        const luminance = colour => {
-            const linear = channel => channel <= 0.04045 ? channel / 12.92 : Math.pow((channel + 0.055) / 1.055, 2.4);
-            return 0.2126 * linear(colour.r) + 0.7152 * linear(colour.g) + 0.0722 * linear(colour.b);
-        };
-        const a = luminance(one);
-        const b = luminance(other);
-        return (Math.max(a, b) + 0.05) / (Math.min(a, b) + 0.05);
-    }
 
     function activate() {
         if (root.kind === FieldChipListModel.Checkbox) {

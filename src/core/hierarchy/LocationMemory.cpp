@@ -1,5 +1,6 @@
 #include "hierarchy/LocationMemory.h"
 
+#include "async/LoadGuard.h"
 #include "async/StartTask.h"
 
 #include <algorithm>
@@ -30,7 +31,6 @@ std::optional<QString> LocationMemory::activeWorkspaceID() const {
 }
 
 QCoro::Task<> LocationMemory::restoreLastLocation() {
-    QPointer<LocationMemory> self(this);
     const std::optional<SavedLocation> location = m_settings.settings().lastLocation;
     if (!location) {
         co_return;
@@ -41,9 +41,9 @@ QCoro::Task<> LocationMemory::restoreLastLocation() {
         // The workspace is gone, perhaps for now: the location stays for when it comes back.
         co_return;
     }
-    QCoro::Task<> entriesLoad = m_hierarchy.loadEntries(location->workspaceID, false);
-    co_await std::move(entriesLoad);
-    if (!self) {
+    QCoro::Task<bool> entriesLoad =
+        awaitGuarded(LoadGuard(this), m_hierarchy.loadEntries(location->workspaceID, false));
+    if (!co_await std::move(entriesLoad)) {
         co_return;
     }
     if (const std::optional<ListEntry> entry = m_hierarchy.entry(location->listID)) {

@@ -1,6 +1,6 @@
 #include "myday/TasksTabState.h"
 
-#include "async/StartTask.h"
+#include "async/LoadGuard.h"
 #include "myday/DayBounds.h"
 #include "myday/DueDate.h"
 #include "myday/TaskSearch.h"
@@ -9,7 +9,6 @@
 #include <QCollator>
 #include <QCoreApplication>
 #include <QHash>
-#include <QPointer>
 #include <algorithm>
 #include <array>
 
@@ -271,10 +270,9 @@ QCoro::Task<> TasksTabState::refresh() {
         m_store.emptyTasks();
         co_return;
     }
-    const QPointer<TasksTabState> self(this);
-    QCoro::Task<> refreshing = m_store.refresh(m_context.activeWorkspaceID(), requestFilters());
-    co_await std::move(refreshing);
-    if (self && m_context.updateBadge) {
+    QCoro::Task<> fetching = m_store.refresh(m_context.activeWorkspaceID(), requestFilters());
+    QCoro::Task<bool> refreshing = awaitGuarded(LoadGuard(this), std::move(fetching));
+    if (co_await std::move(refreshing) && m_context.updateBadge) {
         m_context.updateBadge();
     }
 }
@@ -299,17 +297,17 @@ QCoro::Task<> TasksTabState::perform(NVTaskSummary task, Action action, QDateTim
     }
     m_working.insert(taskID);
     emit workingChanged(taskID);
-    const QPointer<TasksTabState> self(this);
     QCoro::Task<std::optional<QString>> acting = action == Action::complete ? m_store.complete(std::move(task))
                                                  : action == Action::snooze
                                                      ? m_store.snooze(std::move(task), std::move(dueDate))
                                                      : m_store.updateStatus(std::move(task), std::move(status));
-    const std::optional<QString> failure = co_await std::move(acting);
-    if (!self) {
+    QCoro::Task<std::optional<std::optional<QString>>> landing = awaitGuarded(LoadGuard(this), std::move(acting));
+    const std::optional<std::optional<QString>> failure = co_await std::move(landing);
+    if (!failure) {
         co_return;
     }
-    if (failure) {
-        setRowError(failure);
+    if (*failure) {
+        setRowError(*failure);
     } else if (m_context.updateBadge) {
         m_context.updateBadge();
     }

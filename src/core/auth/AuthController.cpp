@@ -163,19 +163,26 @@ QCoro::Task<> AuthController::switchAccount(qint64 userID, bool force) {
     if (const std::optional<qint64> activeID = activeUserID()) {
         m_settings.modify([userID = *activeID](AppSettings& changed) { AccountNavigation::stash(changed, userID); });
     }
-    m_settings.set(&AppSettings::activeAccountID, userID);
-    QCoro::Task<std::optional<std::optional<QString>>> reading =
-        awaitGuarded(LoadGuard(this), m_tokenProvider.readToken(userID));
+    m_settings.modify([userID](AppSettings& changed) {
+        changed.activeAccountID = userID;
+        AccountNavigation::restore(changed, userID);
+    });
+    // From here on nothing of the account left stays in sight or serves a request, and whatever it
+    // still had under way lands unseen; a newer switch or a sign-out overrules this one in turn.
+    const qint64 generation = m_authValidation.raise();
+    m_tokenProvider.setCached(std::nullopt);
+    setAuthState({AuthState::Validating{}});
+    m_location.forgetHierarchy();
+    m_myDay.emptyTasks();
+    m_draft.reset(m_settings.settings().defaultReminderLeadMinutes);
+    const LoadGuard guard(this, m_authValidation, generation);
+    QCoro::Task<std::optional<std::optional<QString>>> reading = awaitGuarded(guard, m_tokenProvider.readToken(userID));
     const std::optional<std::optional<QString>> token = co_await std::move(reading);
     if (!token) {
         co_return;
     }
     m_tokenProvider.setCached(*token);
-    m_settings.modify([userID](AppSettings& changed) { AccountNavigation::restore(changed, userID); });
-    m_location.forgetHierarchy();
-    m_myDay.emptyTasks();
-    m_draft.reset(m_settings.settings().defaultReminderLeadMinutes);
-    QCoro::Task<std::optional<QString>> validation = validateAndLoad(m_authValidation.raise());
+    QCoro::Task<std::optional<QString>> validation = validateAndLoad(generation);
     co_await std::move(validation);
 }
 

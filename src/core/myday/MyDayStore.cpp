@@ -50,7 +50,8 @@ QString MyDayStore::noDoneStatusText() {
     return QCoreApplication::translate("MyDayStore", "Couldn't resolve a done status for this list.");
 }
 
-QCoro::Task<> MyDayStore::refresh(std::optional<QString> teamID, TaskQueryFilters filters) {
+QCoro::Task<> MyDayStore::refresh(std::optional<QString> teamID, TaskQueryFilters filters,
+                                  std::function<bool()> stillActive) {
     if (!teamID) {
         emptyTasks();
         setError(std::nullopt);
@@ -60,12 +61,19 @@ QCoro::Task<> MyDayStore::refresh(std::optional<QString> teamID, TaskQueryFilter
     setLoading(true);
     setError(std::nullopt);
     setLoadingMessage(loadingTasksText());
+    const LoadGuard alive(this);
     QCoro::Task<Fetched> fetching =
         fetchAllTasks(*teamID, std::move(filters), QCoreApplication::translate("MyDayStore", "Loading tasks"));
-    QCoro::Task<std::optional<Fetched>> landing = awaitGuarded(LoadGuard(this), std::move(fetching));
+    QCoro::Task<std::optional<Fetched>> landing =
+        awaitGuarded(stillActive ? alive.also(std::move(stillActive)) : alive, std::move(fetching));
     try {
         std::optional<Fetched> fetched = co_await std::move(landing);
         if (!fetched) {
+            // Asked for an account or a workspace that is no longer active: the answer goes unseen,
+            // but this fetch has ended.
+            if (alive.holds()) {
+                setLoading(false);
+            }
             co_return;
         }
         setTasks(std::move(fetched->tasks), std::move(fetched->searchTexts));

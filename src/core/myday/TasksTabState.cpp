@@ -266,15 +266,27 @@ QList<AssigneeChoice> TasksTabState::availableAssignees() const {
 
 QCoro::Task<> TasksTabState::refresh() {
     setRowError(std::nullopt);
-    if (m_assigneeFilter.is<TaskAssigneeFilter::Mine>() && !signedInUserID()) {
+    const std::optional<qint64> userID = signedInUserID();
+    if (m_assigneeFilter.is<TaskAssigneeFilter::Mine>() && !userID) {
         m_store.emptyTasks();
         co_return;
     }
-    QCoro::Task<> fetching = m_store.refresh(m_context.activeWorkspaceID(), requestFilters());
+    const std::optional<QString> workspaceID = m_context.activeWorkspaceID();
+    QCoro::Task<> fetching = m_store.refresh(workspaceID, requestFilters(), stillActive(userID, workspaceID));
     QCoro::Task<bool> refreshing = awaitGuarded(LoadGuard(this), std::move(fetching));
     if (co_await std::move(refreshing) && m_context.updateBadge) {
         m_context.updateBadge();
     }
+}
+
+std::function<bool()> TasksTabState::stillActive(std::optional<qint64> userID,
+                                                 std::optional<QString> workspaceID) const {
+    // Reads the rest of the program only, never this tab, which may be gone when the answer lands.
+    return
+        [signedInUser = m_context.signedInUser, activeWorkspaceID = m_context.activeWorkspaceID, userID, workspaceID] {
+            const NVUser* user = signedInUser ? signedInUser() : nullptr;
+            return (user ? std::optional(user->id) : std::nullopt) == userID && activeWorkspaceID() == workspaceID;
+        };
 }
 
 QCoro::Task<> TasksTabState::complete(NVTaskSummary task) {

@@ -20,4 +20,5 @@ TasksTabContext myDayContext(AppState& app) {
 void followAppState(AppState& app, TasksTabState& tab) {
     QObject::connect(&app, &AppState::authStateChanged, &tab, &TasksTabState::contextChanged);
     QObject::connect(&app, &AppState::currentContextChanged, &tab, &TasksTabState::contextChanged);
+    QObject::connect(&app, &AppState::activeWorkspaceIDChanged, &tab, &TasksTabState::contextChanged);
 }

@@ -11,7 +11,12 @@ LocationMemory::LocationMemory(SettingsStore& settings, HierarchyStore& hierarch
     , m_settings(settings)
     , m_hierarchy(hierarchy)
     , m_client(client)
-    , m_draft(draft) {}
+    , m_draft(draft)
+    , m_activeWorkspaceID(activeWorkspaceID()) {
+    connect(&m_settings, &SettingsStore::settingsChanged, this, &LocationMemory::updateActiveWorkspaceID);
+    connect(&m_hierarchy, &HierarchyStore::workspacesChanged, this, &LocationMemory::updateActiveWorkspaceID);
+    connect(this, &LocationMemory::currentContextChanged, this, &LocationMemory::updateActiveWorkspaceID);
+}
 
 std::optional<QString> LocationMemory::activeWorkspaceID() const {
     if (m_currentContext) {
@@ -78,6 +83,15 @@ void LocationMemory::setCurrentContext(ListContext* context) {
     }
     m_currentContext = context;
     emit currentContextChanged();
+}
+
+void LocationMemory::updateActiveWorkspaceID() {
+    std::optional<QString> workspaceID = activeWorkspaceID();
+    if (workspaceID == m_activeWorkspaceID) {
+        return;
+    }
+    m_activeWorkspaceID = std::move(workspaceID);
+    emit activeWorkspaceIDChanged();
 }
 
 void LocationMemory::forgetHierarchy() {

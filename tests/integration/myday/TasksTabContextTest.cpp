@@ -1,9 +1,11 @@
 // The Tasks tab as the account and the workspace change, against norvane-sandbox: what a fetch brings
-// lands only while the account and the workspace it was asked for are still the active ones, and a
-// switch of accounts clears the tab at once.
+// lands only while the account and the workspace it was asked for are still the active ones, a
+// switch of accounts clears the tab at once, and the shown tab fetches anew whenever the active
+// workspace changes.
 #include "AppStateFixture.h"
 #include "SandboxDemo.h"
 #include "app/MyDayContext.h"
+#include "async/StartTask.h"
 #include "myday/TasksTabState.h"
 
 #include <QJsonArray>
@@ -51,6 +53,16 @@ class TasksTabContextTest : public QObject {
     TasksTabState& tab() {
         m_tab = std::make_unique<TasksTabState>(store(), myDayContext(app()));
         return *m_tab;
+    }
+
+    // The tab as the popover shows it: told of each change of the central state, and fetching anew
+    // whenever its refresh key changes.
+    TasksTabState& shownTab() {
+        TasksTabState* shown = &tab();
+        followAppState(app(), *shown);
+        QObject::connect(shown, &TasksTabState::refreshKeyChanged, shown,
+                         [shown] { startTask(shown, shown->refresh()); });
+        return *shown;
     }
 
     // Whether the sandbox has received a task search of the workspace since its log was cleared.
@@ -160,6 +172,34 @@ private slots:
         secrets.releaseReads(tokenItem(SandboxDemo::secondUserID));
         runTask(std::move(switching));
         QCOMPARE(app.authState().user()->id, SandboxDemo::secondUserID);
+    }
+
+    void theTabFollowsASwitchToAnAccountWithoutARememberedLocation() {
+        AppState& app = signedInAsAda();
+        QVERIFY(m_fixture->chooseNorthwindList(SandboxDemo::inboxListID));
+        runTask(shownTab().refresh());
+        QVERIFY(m_sandbox.clearRequests());
+
+        runTask(app.switchAccount(SandboxDemo::hostileNamesUserID));
+        QTRY_VERIFY(searched(SandboxDemo::hostileNamesID));
+    }
+
+    void theTabFollowsAChangeOfTheDefaultWorkspace() {
+        AppState& app = signedInAsAda();
+        runTask(shownTab().refresh());
+        QVERIFY(searched(SandboxDemo::northwindID));
+
+        app.settings().set(&AppSettings::preferredWorkspaceID, std::optional(SandboxDemo::fabrikamID));
+        QTRY_VERIFY(searched(SandboxDemo::fabrikamID));
+    }
+
+    void theTabFollowsTheWorkspacesWhenTheyArrive() {
+        m_fixture->writeSettings({{"activeAccountID", SandboxDemo::firstUserID}});
+        AppState& app = m_fixture->start();
+        shownTab();
+        runTask(app.bootstrap());
+        QCOMPARE(app.activeWorkspaceID(), std::optional(SandboxDemo::northwindID));
+        QTRY_VERIFY(searched(SandboxDemo::northwindID));
     }
 };
 

@@ -29,7 +29,7 @@ public:
     // Holds while `owner` lives and `ticket`, taken from `latest` before, is still the newest.
     LoadGuard(const QObject* owner, const LatestWins& latest, qint64 ticket)
         : LoadGuard(owner) {
-        m_conditions.push_back([&latest, ticket] { return latest.isCurrent(ticket); });
+        m_conditions.emplace_back([&latest, ticket] { return latest.isCurrent(ticket); });
     }
 
     // The same guard, which also needs `condition` to hold.

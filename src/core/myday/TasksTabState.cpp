@@ -280,7 +280,7 @@ QCoro::Task<> TasksTabState::refresh() {
 }
 
 std::function<bool()> TasksTabState::stillActive(std::optional<qint64> userID,
-                                                 std::optional<QString> workspaceID) const {
+                                                 const std::optional<QString>& workspaceID) const {
     // Reads the rest of the program only, never this tab, which may be gone when the answer lands.
     return
         [signedInUser = m_context.signedInUser, activeWorkspaceID = m_context.activeWorkspaceID, userID, workspaceID] {

@@ -142,7 +142,7 @@ private:
     enum class Action { complete, snooze, updateStatus };
     QCoro::Task<> perform(NVTaskSummary task, Action action, QDateTime dueDate, QString status);
     // Whether the account and the workspace a fetch was asked for are still the active ones.
-    std::function<bool()> stillActive(std::optional<qint64> userID, std::optional<QString> workspaceID) const;
+    std::function<bool()> stillActive(std::optional<qint64> userID, const std::optional<QString>& workspaceID) const;
     std::optional<qint64> signedInUserID() const;
     bool matchesAssignee(const NVTaskSummary& task) const;
     // The tasks the filter menus are made from.

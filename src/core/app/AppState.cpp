@@ -49,6 +49,7 @@ AppState::AppState(AppEnvironment environment, QObject* parent)
     };
     connect(&m_auth, &AuthController::authStateChanged, this, &AppState::authStateChanged);
     connect(&m_location, &LocationMemory::currentContextChanged, this, &AppState::currentContextChanged);
+    connect(&m_location, &LocationMemory::activeWorkspaceIDChanged, this, &AppState::activeWorkspaceIDChanged);
 }
 
 AppState::~AppState() {

@@ -95,6 +95,7 @@ public:
 signals:
     void authStateChanged();
     void currentContextChanged();
+    void activeWorkspaceIDChanged();
     void activeTabChanged();
 
 private:

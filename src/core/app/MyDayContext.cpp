@@ -16,3 +16,9 @@ TasksTabContext myDayContext(AppState& app) {
         .clock = app.myDay().clock(),
     };
 }
+
+void followAppState(AppState& app, TasksTabState& tab) {
+    QObject::connect(&app, &AppState::authStateChanged, &tab, &TasksTabState::contextChanged);
+    QObject::connect(&app, &AppState::currentContextChanged, &tab, &TasksTabState::contextChanged);
+    QObject::connect(&app, &AppState::activeWorkspaceIDChanged, &tab, &TasksTabState::contextChanged);
+}

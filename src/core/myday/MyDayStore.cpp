@@ -2,6 +2,7 @@
 
 #include "api/Endpoints.h"
 #include "async/Background.h"
+#include "async/LoadGuard.h"
 #include "myday/DayBounds.h"
 #include "myday/DueDate.h"
 #include "myday/TaskOrdering.h"
@@ -49,7 +50,8 @@ QString MyDayStore::noDoneStatusText() {
     return QCoreApplication::translate("MyDayStore", "Couldn't resolve a done status for this list.");
 }
 
-QCoro::Task<> MyDayStore::refresh(std::optional<QString> teamID, TaskQueryFilters filters) {
+QCoro::Task<> MyDayStore::refresh(std::optional<QString> teamID, TaskQueryFilters filters,
+                                  std::function<bool()> stillActive) {
     if (!teamID) {
         emptyTasks();
         setError(std::nullopt);
@@ -59,24 +61,25 @@ QCoro::Task<> MyDayStore::refresh(std::optional<QString> teamID, TaskQueryFilter
     setLoading(true);
     setError(std::nullopt);
     setLoadingMessage(loadingTasksText());
-    const QPointer<MyDayStore> self(this);
-    std::optional<Fetched> fetched;
-    std::optional<QString> failure;
+    const LoadGuard alive(this);
+    QCoro::Task<Fetched> fetching =
+        fetchAllTasks(*teamID, std::move(filters), QCoreApplication::translate("MyDayStore", "Loading tasks"));
+    QCoro::Task<std::optional<Fetched>> landing =
+        awaitGuarded(stillActive ? alive.also(std::move(stillActive)) : alive, std::move(fetching));
     try {
-        QCoro::Task<Fetched> fetching =
-            fetchAllTasks(*teamID, std::move(filters), QCoreApplication::translate("MyDayStore", "Loading tasks"));
-        fetched = co_await std::move(fetching);
-    } catch (...) {
-        failure = FailureMessage::of(std::current_exception());
-    }
-    if (!self) {
-        co_return;
-    }
-    if (fetched) {
+        std::optional<Fetched> fetched = co_await std::move(landing);
+        if (!fetched) {
+            // Asked for an account or a workspace that is no longer active: the answer goes unseen,
+            // but this fetch has ended.
+            if (alive.holds()) {
+                setLoading(false);
+            }
+            co_return;
+        }
         setTasks(std::move(fetched->tasks), std::move(fetched->searchTexts));
         clearWorkspaceSearch();
-    } else {
-        setError(failure);
+    } catch (...) {
+        setError(FailureMessage::of(std::current_exception()));
     }
     setLoading(false);
     m_lastFetched = m_clock();
@@ -165,19 +168,22 @@ QCoro::Task<QList<NVStatus>> MyDayStore::loadStatuses(QString listID) {
     if (const QList<NVStatus> cached = m_statusesByListID.value(listID); !cached.isEmpty()) {
         co_return cached;
     }
-    const QPointer<MyDayStore> self(this);
-    QList<NVStatus> statuses;
+    const LoadGuard alive(this);
+    QCoro::Task<NVList> reading = Endpoints::getList(m_client, listID);
+    std::optional<NVList> list;
     try {
-        QCoro::Task<NVList> reading = Endpoints::getList(m_client, listID);
-        statuses = (co_await std::move(reading)).statuses.value_or(QList<NVStatus>());
-    } catch (...) {
         // Unreadable statuses count as none, and nothing is cached.
+        QCoro::Task<std::optional<NVList>> landing = awaitGuarded(alive, std::move(reading));
+        list = co_await std::move(landing);
+    } catch (...) {
         co_return QList<NVStatus>();
     }
-    if (self) {
-        m_statusesByListID.insert(listID, statuses);
-        emit statusesByListIDChanged();
+    if (!list) {
+        co_return QList<NVStatus>();
     }
+    const QList<NVStatus> statuses = list->statuses.value_or(QList<NVStatus>());
+    m_statusesByListID.insert(listID, statuses);
+    emit statusesByListIDChanged();
     co_return statuses;
 }
 
@@ -199,24 +205,25 @@ QCoro::Task<std::optional<QString>> MyDayStore::complete(NVTaskSummary task) {
     if (!task.list) {
         co_return noDoneStatusText();
     }
-    const QPointer<MyDayStore> self(this);
-    QCoro::Task<std::optional<QString>> finding = closedStatus(task.list->id);
-    const std::optional<QString> done = co_await std::move(finding);
+    const LoadGuard alive(this);
+    QCoro::Task<std::optional<std::optional<QString>>> finding = awaitGuarded(alive, closedStatus(task.list->id));
+    const std::optional<std::optional<QString>> done = co_await std::move(finding);
     if (!done) {
-        co_return noDoneStatusText();
-    }
-    if (!self) {
         co_return std::nullopt;
     }
+    if (!*done) {
+        co_return noDoneStatusText();
+    }
+    const UpdateTaskRequest request{**done, std::nullopt, std::nullopt};
+    QCoro::Task<std::optional<NVTaskSummary>> sending =
+        awaitGuarded(alive, Endpoints::updateTask(m_client, task.id, request));
     try {
-        const UpdateTaskRequest request{*done, std::nullopt, std::nullopt};
-        QCoro::Task<NVTaskSummary> sending = Endpoints::updateTask(m_client, task.id, request);
-        co_await std::move(sending);
+        // The answer is read, and dropped.
+        if (co_await std::move(sending)) {
+            removeTask(task.id);
+        }
     } catch (...) {
         co_return FailureMessage::of(std::current_exception());
-    }
-    if (self) {
-        removeTask(task.id);
     }
     co_return std::nullopt;
 }
@@ -235,16 +242,14 @@ QCoro::Task<std::optional<QString>> MyDayStore::updateStatus(NVTaskSummary task,
 }
 
 QCoro::Task<std::optional<QString>> MyDayStore::update(QString taskID, UpdateTaskRequest request) {
-    const QPointer<MyDayStore> self(this);
-    NVTaskSummary changed;
+    QCoro::Task<std::optional<NVTaskSummary>> sending =
+        awaitGuarded(LoadGuard(this), Endpoints::updateTask(m_client, taskID, request));
     try {
-        QCoro::Task<NVTaskSummary> sending = Endpoints::updateTask(m_client, taskID, request);
-        changed = co_await std::move(sending);
+        if (const std::optional<NVTaskSummary> changed = co_await std::move(sending)) {
+            replaceTask(*changed);
+        }
     } catch (...) {
         co_return FailureMessage::of(std::current_exception());
-    }
-    if (self) {
-        replaceTask(changed);
     }
     co_return std::nullopt;
 }

@@ -12,6 +12,7 @@
 #include <QList>
 #include <QObject>
 #include <QStringList>
+#include <functional>
 #include <optional>
 
 // The open tasks that the Tasks tab shows and the tray icon counts. It fetches them page by page from
@@ -61,9 +62,13 @@ public:
     const StatusesByListID& statusesByListID() const { return m_statusesByListID; }
 
     // Fetches every page of the workspace's open tasks with the filters, then sorts them. Every call
-    // fetches, and the one that finishes last wins. Without a workspace it empties the tasks. A
-    // failure keeps the tasks and sets `error`; either way `lastFetched` is set.
-    QCoro::Task<> refresh(std::optional<QString> teamID, TaskQueryFilters filters);
+    // fetches, and of those whose answers are taken the one that finishes last wins. Without a
+    // workspace it empties the tasks. A failure keeps the tasks and sets `error`; either way
+    // `lastFetched` is set. `stillActive`, when given, tells whether the account and workspace the
+    // fetch was asked for are still the active ones when it ends: if not, it changes nothing but
+    // `isLoading`. It must not refer to anything that may go before the store.
+    QCoro::Task<> refresh(std::optional<QString> teamID, TaskQueryFilters filters,
+                          std::function<bool()> stillActive = {});
     // For the tray icon's count: refreshes the workspace's tasks assigned to the user, but only when
     // the count is shown, a user is signed in and a workspace is active. Whether it refreshed.
     QCoro::Task<bool> refreshDueCount(bool showDueCountBadge, std::optional<qint64> signedInUserID,

@@ -111,7 +111,8 @@ public:
     const QList<MyDayRow>& rows() const { return m_rows; }
 
     // Clears the row error, fetches with the request filters (or empties the list for `mine` with
-    // nobody signed in), then redraws the badge.
+    // nobody signed in), then redraws the badge. What it fetched is dropped when it lands after the
+    // signed-in account or the active workspace changed.
     QCoro::Task<> refresh();
 
     // The row actions. One row runs one action at a time: while it works, its actions do nothing.
@@ -140,6 +141,8 @@ signals:
 private:
     enum class Action { complete, snooze, updateStatus };
     QCoro::Task<> perform(NVTaskSummary task, Action action, QDateTime dueDate, QString status);
+    // Whether the account and the workspace a fetch was asked for are still the active ones.
+    std::function<bool()> stillActive(std::optional<qint64> userID, const std::optional<QString>& workspaceID) const;
     std::optional<qint64> signedInUserID() const;
     bool matchesAssignee(const NVTaskSummary& task) const;
     // The tasks the filter menus are made from.

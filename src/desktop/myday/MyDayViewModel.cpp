@@ -133,7 +133,7 @@ QStringList MyDayViewModel::assigneeChoices() const {
 
 int MyDayViewModel::assigneeIndex() const {
     const TaskAssigneeFilter& filter = m_state.assigneeFilter();
-    const auto fixed = std::find(fixedAssignees.cbegin(), fixedAssignees.cend(), filter);
+    const auto* const fixed = std::find(fixedAssignees.cbegin(), fixedAssignees.cend(), filter);
     if (fixed != fixedAssignees.cend()) {
         return static_cast<int>(fixed - fixedAssignees.cbegin());
     }

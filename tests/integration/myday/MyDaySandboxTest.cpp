@@ -2,6 +2,7 @@
 // actions and what the list shows after each, accepted or refused, and the count of the tray icon.
 #include "AppStateFixture.h"
 #include "SandboxDemo.h"
+#include "SyncHttpClient.h"
 #include "app/MyDayContext.h"
 #include "myday/DueDate.h"
 #include "myday/TaskOrdering.h"
@@ -191,6 +192,29 @@ private slots:
         runTask(state().refresh());
         QVERIFY(!ids(store().tasks()).contains(task.id));
         QCOMPARE(store().tasks().size(), SandboxDemo::firstUserOpenNorthwindTasks - 1);
+    }
+
+    void aListWithoutAClosedStatusCompletesWithItsLastStatus() {
+        SyncHttpClient http;
+        const HttpResult created = http.postJson(
+            m_sandbox.apiUrl(QStringLiteral("list/%1/task").arg(SandboxDemo::loansListID)), m_sandbox.token(),
+            {{QStringLiteral("name"), QStringLiteral("Lend the projector")},
+             {QStringLiteral("assignees"), QJsonArray{SandboxDemo::firstUserID}}});
+        QCOMPARE(created.status, 200);
+        const QString id = created.json().value(QStringLiteral("id")).toString();
+        runTask(state().refresh());
+        const auto found = std::find_if(store().tasks().cbegin(), store().tasks().cend(),
+                                        [&id](const NVTaskSummary& task) { return task.id == id; });
+        QVERIFY(found != store().tasks().cend());
+        QCOMPARE(found->status->status, QStringLiteral("requested"));
+
+        runTask(state().complete(*found));
+        QCOMPARE(state().rowError(), std::nullopt);
+        const QJsonArray changes = logged(QStringLiteral("PUT"), QStringLiteral("/api/v2/task/") + id);
+        QCOMPARE(changes.size(), 1);
+        QCOMPARE(changes[0][QStringLiteral("json")].toObject(), (QJsonObject{{"status", "returned"}}));
+        runTask(state().refresh());
+        QVERIFY(!ids(store().tasks()).contains(id));
     }
 
     void aRefusedCompletionKeepsTheTaskAndShowsTheServicesMessage() {

@@ -186,6 +186,7 @@ private slots:
         QCOMPARE(runTask(store.complete(inList(task("a")))), std::nullopt);
         QCOMPARE(ids(store.tasks()), QStringList{"b"});
         QCOMPARE(fake.service.paths.last(), QStringLiteral("task/a"));
+        QCOMPARE(QJsonDocument::fromJson(fake.service.bodies.last()).object(), (QJsonObject{{"status", "shipped"}}));
     }
 
     void theFirstClosedStatusIsTheDoneStatus() {

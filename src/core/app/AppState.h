@@ -13,7 +13,6 @@
 #include "notify/NotificationScheduler.h"
 #include "settings/SettingsStore.h"
 #include "settings/SettingsTab.h"
-#include "shell/PopoverControlling.h"
 #include "shell/PopoverTab.h"
 #include "storage/StorageProviderRegistry.h"
 #include "submit/AttachmentUploadQueue.h"
@@ -76,10 +75,9 @@ public:
     PopoverTab activeTab() const { return m_activeTab; }
     void setActiveTab(PopoverTab tab);
 
-    PopoverControlling* popoverController = nullptr;
     std::function<void()> updateBadge;
-    // Opens the settings window on a tab, or on the tab it last showed, and brings it to the front.
-    std::function<void(std::optional<SettingsTab>)> openSettings;
+    // Asks for the settings window on a tab, or on the tab it last showed: settingsRequested.
+    void openSettings(std::optional<SettingsTab> tab) { emit settingsRequested(tab); }
 
     QCoro::Task<> bootstrap() { return m_auth.bootstrap(); }
     QCoro::Task<std::optional<QString>> signIn(QString token) { return m_auth.signIn(std::move(token)); }
@@ -96,6 +94,8 @@ signals:
     void authStateChanged();
     void currentContextChanged();
     void activeTabChanged();
+    // The desktop brings up the settings window on `tab`, or on the tab it last showed, in front.
+    void settingsRequested(std::optional<SettingsTab> tab);
 
 private:
     PersonalTokenProvider m_tokenProvider;

@@ -24,6 +24,13 @@ void AppDelegate::applicationDidFinishLaunching() {
     connect(&m_statusItem, &StatusItem::openURLRequested, this,
             [this](const QUrl& url) { m_linkActions.openURL(url); });
     connect(&m_statusItem, &StatusItem::settingsRequested, &m_settingsWindow, &SettingsWindow::showSettings);
+    connect(&m_app, &AppState::settingsRequested, &m_settingsWindow, [this](std::optional<SettingsTab> tab) {
+        if (tab) {
+            m_settingsWindow.showTab(*tab);
+        } else {
+            m_settingsWindow.showSettings();
+        }
+    });
     const auto showBookmarks = [this] { m_statusItem.setBookmarks(m_app.settings().settings().bookmarks); };
     connect(&m_app.settings(), &SettingsStore::settingsChanged, this, showBookmarks);
     showBookmarks();
@@ -40,17 +47,9 @@ void AppDelegate::applicationDidFinishLaunching() {
     connect(&m_trayHost, &TrayHostWatcher::hostFound, this, &AppDelegate::trayHostFound);
     connect(&m_trayHost, &TrayHostWatcher::noHostFound, this, &AppDelegate::noTrayHostFound);
 
-    m_app.popoverController = &popover;
     m_app.updateBadge = [delegate = QPointer(this)] {
         if (delegate) {
             delegate->refreshBadge();
-        }
-    };
-    m_app.openSettings = [window = QPointer(&m_settingsWindow)](std::optional<SettingsTab> tab) {
-        if (window && tab) {
-            window->showTab(*tab);
-        } else if (window) {
-            window->showSettings();
         }
     };
     m_app.notifications().registerCategories();

@@ -4,5 +4,5 @@
 #include "myday/TasksTabState.h"
 
 // What the Tasks tab reads of the central state: the signed-in user, the active workspace, the
-// current list, the badge, the reminders and the web address. `app` must outlive the tab.
+// current list, the reminders and the web address. `app` must outlive the tab.
 TasksTabContext myDayContext(AppState& app);

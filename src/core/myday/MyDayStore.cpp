@@ -3,7 +3,6 @@
 #include "api/Endpoints.h"
 #include "async/Background.h"
 #include "myday/DayBounds.h"
-#include "myday/DueDate.h"
 #include "myday/TaskOrdering.h"
 #include "myday/TaskSearch.h"
 #include "submit/FailureMessage.h"
@@ -83,17 +82,6 @@ QCoro::Task<> MyDayStore::refresh(std::optional<QString> teamID, TaskQueryFilter
     emit lastFetchedChanged();
 }
 
-QCoro::Task<bool> MyDayStore::refreshDueCount(bool showDueCountBadge, std::optional<qint64> signedInUserID,
-                                              std::optional<QString> activeWorkspaceID) {
-    if (!showDueCountBadge || !signedInUserID || !activeWorkspaceID) {
-        co_return false;
-    }
-    const TaskQueryFilters mine(QList<qint64>{*signedInUserID}, std::nullopt, std::nullopt);
-    QCoro::Task<> refreshing = refresh(std::move(activeWorkspaceID), mine);
-    co_await std::move(refreshing);
-    co_return true;
-}
-
 QCoro::Task<MyDayStore::Fetched> MyDayStore::fetchAllTasks(QString teamID, TaskQueryFilters filters,
                                                            QString progressPrefix) {
     setLoadingMessage(loadingText(progressPrefix));
@@ -126,18 +114,6 @@ void MyDayStore::emptyTasks() {
 void MyDayStore::clearWorkspaceSearch() {
     setWorkspaceSearchResults({});
     setWorkspaceSearchQuery(std::nullopt);
-}
-
-qsizetype MyDayStore::dueCount() const {
-    const auto end = static_cast<double>(endOfToday().toMSecsSinceEpoch());
-    return std::count_if(m_tasks.cbegin(), m_tasks.cend(), [end](const NVTaskSummary& task) {
-        const std::optional<double> due = DueDate::milliseconds(task.dueDate);
-        return due && *due <= end;
-    });
-}
-
-QDateTime MyDayStore::endOfToday() const {
-    return DayBounds::endOfTodayAt(m_clock());
 }
 
 QList<NVTaskSummary> MyDayStore::searchAssigned(const QString& query) const {
@@ -217,6 +193,7 @@ QCoro::Task<std::optional<QString>> MyDayStore::complete(NVTaskSummary task) {
     }
     if (self) {
         removeTask(task.id);
+        emit taskChanged();
     }
     co_return std::nullopt;
 }
@@ -245,6 +222,7 @@ QCoro::Task<std::optional<QString>> MyDayStore::update(QString taskID, UpdateTas
     }
     if (self) {
         replaceTask(changed);
+        emit taskChanged();
     }
     co_return std::nullopt;
 }

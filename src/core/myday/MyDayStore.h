@@ -14,10 +14,10 @@
 #include <QStringList>
 #include <optional>
 
-// The open tasks that the Tasks tab shows and the tray icon counts. It fetches them page by page from
-// the service's workspace-wide task search, keeps them in My Day's order (TaskOrdering), and carries
-// out the row actions that change a task on the service: complete, move the due date (snooze) and
-// change the status. Nothing is persisted. Main thread only.
+// The open tasks that the Tasks tab shows. It fetches them page by page from the service's
+// workspace-wide task search, keeps them in My Day's order (TaskOrdering), and carries out the row
+// actions that change a task on the service: complete, move the due date (snooze) and change the
+// status. Nothing is persisted. Main thread only.
 //
 // Row actions return absent on success and the message to show on failure; they never throw and
 // never touch `error`.
@@ -64,19 +64,10 @@ public:
     // fetches, and the one that finishes last wins. Without a workspace it empties the tasks. A
     // failure keeps the tasks and sets `error`; either way `lastFetched` is set.
     QCoro::Task<> refresh(std::optional<QString> teamID, TaskQueryFilters filters);
-    // For the tray icon's count: refreshes the workspace's tasks assigned to the user, but only when
-    // the count is shown, a user is signed in and a workspace is active. Whether it refreshed.
-    QCoro::Task<bool> refreshDueCount(bool showDueCountBadge, std::optional<qint64> signedInUserID,
-                                      std::optional<QString> activeWorkspaceID);
     // Empties the tasks and the workspace search.
     void emptyTasks();
     // Empties the workspace search, as when the search text is cleared.
     void clearWorkspaceSearch();
-
-    // The tasks due by the end of today, overdue ones included; undated ones are not counted.
-    qsizetype dueCount() const;
-    // 23:59:59 of today in local time, as an instant; now if the calendar yields none.
-    QDateTime endOfToday() const;
 
     // The loaded tasks whose text holds every word of the query, in their order; with no words,
     // all of them. Never asks the service.
@@ -107,6 +98,8 @@ signals:
     void errorChanged();
     void lastFetchedChanged();
     void statusesByListIDChanged();
+    // A row action changed a task on the service.
+    void taskChanged();
 
 private:
     struct Fetched {

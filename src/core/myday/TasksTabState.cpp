@@ -271,12 +271,8 @@ QCoro::Task<> TasksTabState::refresh() {
         m_store.emptyTasks();
         co_return;
     }
-    const QPointer<TasksTabState> self(this);
     QCoro::Task<> refreshing = m_store.refresh(m_context.activeWorkspaceID(), requestFilters());
     co_await std::move(refreshing);
-    if (self && m_context.updateBadge) {
-        m_context.updateBadge();
-    }
 }
 
 QCoro::Task<> TasksTabState::complete(NVTaskSummary task) {
@@ -310,8 +306,6 @@ QCoro::Task<> TasksTabState::perform(NVTaskSummary task, Action action, QDateTim
     }
     if (failure) {
         setRowError(failure);
-    } else if (m_context.updateBadge) {
-        m_context.updateBadge();
     }
     m_working.remove(taskID);
     emit workingChanged(taskID);

@@ -5,12 +5,6 @@ TasksTabContext myDayContext(AppState& app) {
         .signedInUser = [&app] { return app.authState().user(); },
         .activeWorkspaceID = [&app] { return app.activeWorkspaceID(); },
         .currentContext = [&app] { return app.currentContext(); },
-        .updateBadge =
-            [&app] {
-                if (app.updateBadge) {
-                    app.updateBadge();
-                }
-            },
         .reminders = &app.notifications(),
         .webBaseURL = app.serviceAddresses().webBaseURL,
         .clock = app.myDay().clock(),

@@ -4,7 +4,6 @@
 #include "async/Background.h"
 #include "async/LoadGuard.h"
 #include "myday/DayBounds.h"
-#include "myday/DueDate.h"
 #include "myday/TaskOrdering.h"
 #include "myday/TaskSearch.h"
 #include "submit/FailureMessage.h"
@@ -86,17 +85,6 @@ QCoro::Task<> MyDayStore::refresh(std::optional<QString> teamID, TaskQueryFilter
     emit lastFetchedChanged();
 }
 
-QCoro::Task<bool> MyDayStore::refreshDueCount(bool showDueCountBadge, std::optional<qint64> signedInUserID,
-                                              std::optional<QString> activeWorkspaceID) {
-    if (!showDueCountBadge || !signedInUserID || !activeWorkspaceID) {
-        co_return false;
-    }
-    const TaskQueryFilters mine(QList<qint64>{*signedInUserID}, std::nullopt, std::nullopt);
-    QCoro::Task<> refreshing = refresh(std::move(activeWorkspaceID), mine);
-    co_await std::move(refreshing);
-    co_return true;
-}
-
 QCoro::Task<MyDayStore::Fetched> MyDayStore::fetchAllTasks(QString teamID, TaskQueryFilters filters,
                                                            QString progressPrefix) {
     setLoadingMessage(loadingText(progressPrefix));
@@ -129,18 +117,6 @@ void MyDayStore::emptyTasks() {
 void MyDayStore::clearWorkspaceSearch() {
     setWorkspaceSearchResults({});
     setWorkspaceSearchQuery(std::nullopt);
-}
-
-qsizetype MyDayStore::dueCount() const {
-    const auto end = static_cast<double>(endOfToday().toMSecsSinceEpoch());
-    return std::count_if(m_tasks.cbegin(), m_tasks.cend(), [end](const NVTaskSummary& task) {
-        const std::optional<double> due = DueDate::milliseconds(task.dueDate);
-        return due && *due <= end;
-    });
-}
-
-QDateTime MyDayStore::endOfToday() const {
-    return DayBounds::endOfTodayAt(m_clock());
 }
 
 QList<NVTaskSummary> MyDayStore::searchAssigned(const QString& query) const {
@@ -221,6 +197,7 @@ QCoro::Task<std::optional<QString>> MyDayStore::complete(NVTaskSummary task) {
         // The answer is read, and dropped.
         if (co_await std::move(sending)) {
             removeTask(task.id);
+            emit taskChanged();
         }
     } catch (...) {
         co_return FailureMessage::of(std::current_exception());
@@ -247,6 +224,7 @@ QCoro::Task<std::optional<QString>> MyDayStore::update(QString taskID, UpdateTas
     try {
         if (const std::optional<NVTaskSummary> changed = co_await std::move(sending)) {
             replaceTask(*changed);
+            emit taskChanged();
         }
     } catch (...) {
         co_return FailureMessage::of(std::current_exception());

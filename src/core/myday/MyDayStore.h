@@ -15,10 +15,10 @@
 #include <functional>
 #include <optional>
 
-// The open tasks that the Tasks tab shows and the tray icon counts. It fetches them page by page from
-// the service's workspace-wide task search, keeps them in My Day's order (TaskOrdering), and carries
-// out the row actions that change a task on the service: complete, move the due date (snooze) and
-// change the status. Nothing is persisted. Main thread only.
+// The open tasks that the Tasks tab shows. It fetches them page by page from the service's
+// workspace-wide task search, keeps them in My Day's order (TaskOrdering), and carries out the row
+// actions that change a task on the service: complete, move the due date (snooze) and change the
+// status. Nothing is persisted. Main thread only.
 //
 // Row actions return absent on success and the message to show on failure; they never throw and
 // never touch `error`.
@@ -69,19 +69,10 @@ public:
     // `isLoading`. It must not refer to anything that may go before the store.
     QCoro::Task<> refresh(std::optional<QString> teamID, TaskQueryFilters filters,
                           std::function<bool()> stillActive = {});
-    // For the tray icon's count: refreshes the workspace's tasks assigned to the user, but only when
-    // the count is shown, a user is signed in and a workspace is active. Whether it refreshed.
-    QCoro::Task<bool> refreshDueCount(bool showDueCountBadge, std::optional<qint64> signedInUserID,
-                                      std::optional<QString> activeWorkspaceID);
     // Empties the tasks and the workspace search.
     void emptyTasks();
     // Empties the workspace search, as when the search text is cleared.
     void clearWorkspaceSearch();
-
-    // The tasks due by the end of today, overdue ones included; undated ones are not counted.
-    qsizetype dueCount() const;
-    // 23:59:59 of today in local time, as an instant; now if the calendar yields none.
-    QDateTime endOfToday() const;
 
     // The loaded tasks whose text holds every word of the query, in their order; with no words,
     // all of them. Never asks the service.
@@ -112,6 +103,8 @@ signals:
     void errorChanged();
     void lastFetchedChanged();
     void statusesByListIDChanged();
+    // A row action changed a task on the service.
+    void taskChanged();
 
 private:
     struct Fetched {

@@ -273,10 +273,7 @@ QCoro::Task<> TasksTabState::refresh() {
     }
     const std::optional<QString> workspaceID = m_context.activeWorkspaceID();
     QCoro::Task<> fetching = m_store.refresh(workspaceID, requestFilters(), stillActive(userID, workspaceID));
-    QCoro::Task<bool> refreshing = awaitGuarded(LoadGuard(this), std::move(fetching));
-    if (co_await std::move(refreshing) && m_context.updateBadge) {
-        m_context.updateBadge();
-    }
+    co_await std::move(fetching);
 }
 
 std::function<bool()> TasksTabState::stillActive(std::optional<qint64> userID,
@@ -319,9 +316,7 @@ QCoro::Task<> TasksTabState::perform(NVTaskSummary task, Action action, QDateTim
         co_return;
     }
     if (*failure) {
-        setRowError(*failure);
-    } else if (m_context.updateBadge) {
-        m_context.updateBadge();
+        setRowError(**failure);
     }
     m_working.remove(taskID);
     emit workingChanged(taskID);

@@ -1,5 +1,5 @@
-// My Day as the central state builds it, against norvane-sandbox: what is fetched and how, the row
-// actions and what the list shows after each, accepted or refused, and the count of the tray icon.
+// My Day as the central state builds it, against norvane-sandbox: what is fetched and how, and the
+// row actions and what the list shows after each, accepted or refused.
 #include "AppStateFixture.h"
 #include "SandboxDemo.h"
 #include "SyncHttpClient.h"
@@ -322,22 +322,6 @@ private slots:
         QCOMPARE(reminder.taskName, task.name);
         QCOMPARE(reminder.taskURL, std::optional(m_sandbox.webUrl(QStringLiteral("/t/") + task.id).toString()));
         QVERIFY(logged(QStringLiteral("PUT"), QStringLiteral("/api/v2/task/") + task.id).isEmpty());
-    }
-
-    void theDueCountIsRefreshedOnlyWhenTheBadgeShowsIt() {
-        const std::optional<qint64> user = app().authState().user()->id;
-        QCOMPARE(runTask(store().refreshDueCount(false, user, app().activeWorkspaceID())), false);
-        QCOMPARE(runTask(store().refreshDueCount(true, std::nullopt, app().activeWorkspaceID())), false);
-        QVERIFY(logged(QStringLiteral("GET"), searchPath).isEmpty());
-        QCOMPARE(runTask(store().refreshDueCount(true, user, app().activeWorkspaceID())), true);
-        const DayBounds today = DayBounds::at(QDateTime::currentDateTimeUtc());
-        qsizetype due = 0;
-        for (const NVTaskSummary& task : store().tasks()) {
-            due += TaskOrdering::dueRank(task, today) <= TaskOrdering::dueToday;
-        }
-        QVERIFY(due > 0);
-        QCOMPARE(store().dueCount(), due);
-        QVERIFY(store().dueCount() < store().tasks().size());
     }
 };
 

@@ -121,7 +121,9 @@ private slots:
     void addAccountClosesThePopoverAndOpensTheSettingsOnTheAccountTab() {
         QSignalSpy asked(m_fixture->accounts, &AccountsViewModel::openSettingsRequested);
         QList<std::optional<SettingsTab>> opened;
-        m_fixture->app->openSettings = [&opened](std::optional<SettingsTab> tab) { opened.append(tab); };
+        QObject asking;
+        QObject::connect(m_fixture->app, &AppState::settingsRequested, &asking,
+                         [&opened](std::optional<SettingsTab> tab) { opened.append(tab); });
         bool hiddenFirst = false;
         QObject::connect(m_fixture->accounts, &AccountsViewModel::openSettingsRequested, this,
                          [this, &hiddenFirst] { hiddenFirst = !popover().isVisible(); });
@@ -140,7 +142,9 @@ private slots:
 
     void theSettingsButtonOpensTheSettingsOnTheTabTheyLastShowed() {
         QList<std::optional<SettingsTab>> opened;
-        m_fixture->app->openSettings = [&opened](std::optional<SettingsTab> tab) { opened.append(tab); };
+        QObject asking;
+        QObject::connect(m_fixture->app, &AppState::settingsRequested, &asking,
+                         [&opened](std::optional<SettingsTab> tab) { opened.append(tab); });
         QQuickItem* button = QuickItems::visualChild(popover().contentItem(), QStringLiteral("settingsButton"));
         QVERIFY(button);
         QCOMPARE(QAccessible::queryAccessibleInterface(button)->text(QAccessible::Name),

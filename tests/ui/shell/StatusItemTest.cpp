@@ -258,6 +258,21 @@ private slots:
         QCOMPARE(item.findChild<QSystemTrayIcon*>()->toolTip(), QStringLiteral("2 background tasks in progress"));
     }
 
+    void theIconShowsItsModelsBadgeAndEachChangeOfIt() {
+        AppStateFixture fixture;
+        AppState& app = fixture.start();
+        app.submitQueue().markBackgrounded(ForegroundSubmitSession{QUuid::createUuid(), QStringLiteral("One"), {}});
+        StatusItem item;
+        item.create();
+        auto* icon = item.findChild<QSystemTrayIcon*>();
+        item.follow(app.badge());
+        QCOMPARE(icon->toolTip(), QStringLiteral("1 background task in progress"));
+        const QImage one = drawn(item);
+        app.submitQueue().markBackgrounded(ForegroundSubmitSession{QUuid::createUuid(), QStringLiteral("Two"), {}});
+        QCOMPARE(icon->toolTip(), QStringLiteral("2 background tasks in progress"));
+        QVERIFY(drawn(item) != one);
+    }
+
     void creatingTwiceKeepsOneIcon() {
         StatusItem item;
         item.create();

@@ -1,3 +1,4 @@
+#include "KeyboardDriver.h"
 #include "PopoverFixture.h"
 #include "QuickItems.h"
 #include "SandboxDemo.h"
@@ -272,24 +273,19 @@ private slots:
         QQuickItem* chip = item(QStringLiteral("statusChip"));
         QVERIFY(chip);
         QCOMPARE(chip->property("value").toString(), QStringLiteral("All statuses"));
-        click(chip);
-        auto* menu = chip->findChild<QObject*>(QStringLiteral("chipMenu"));
-        QVERIFY(menu);
-        QTRY_VERIFY(menu->property("opened").toBool());
         const QStringList choices = myDay().statusChoices();
         QVERIFY2(choices.size() > 2, qPrintable(choices.join(u'|')));
         QCOMPARE(choices.first(), QStringLiteral("All statuses"));
-        // Down twice: past "All statuses" to the first status.
-        key(Qt::Key_Down);
-        key(Qt::Key_Down);
-        key(Qt::Key_Return);
-        QTRY_VERIFY(!menu->property("opened").toBool());
+        click(chip);
+        auto* menu = chip->findChild<QObject*>(QStringLiteral("chipMenu"));
+        // Past "All statuses" to the first status.
+        QVERIFY(KeyboardDriver(popover()).chooseInMenu(menu, 1));
         QTRY_COMPARE(myDay().statusChipText(), choices.at(1));
         QTRY_VERIFY(!taskSearches().isEmpty());
         QCOMPARE(taskSearches().first().queryItemValue(QStringLiteral("statuses[]")), choices.at(1));
         // Escape closes a menu and leaves the popover open.
         click(chip);
-        QTRY_VERIFY(menu->property("opened").toBool());
+        QVERIFY(KeyboardDriver::waitForMenu(menu));
         key(Qt::Key_Escape);
         QTRY_VERIFY(!menu->property("opened").toBool());
         QVERIFY(popover().isVisible());
@@ -308,7 +304,7 @@ private slots:
         // Down moves to the next task, past a section's title.
         key(Qt::Key_Down);
         key(Qt::Key_Return);
-        QTRY_VERIFY(item(QStringLiteral("copyTaskLink")));
+        QTRY_VERIFY(item(QStringLiteral("copyTaskLink")) && item(QStringLiteral("copyTaskLink"))->hasActiveFocus());
         key(Qt::Key_Space);
         QTRY_COMPARE(m_fixture->state.linkActions().copied().size(), 1);
         const QString second = rows().at(myDay().nextTaskRow(myDay().nextTaskRow(-1, 1), 1)).node.task.id;

@@ -106,6 +106,11 @@ inline QString markupListName(const QUrl& webBase) {
     return QStringLiteral("<b>Bold</b> & \"quoted\" <img src=\"%1%2\"> list")
         .arg(webBase.toString(QUrl::StripTrailingSlash), hostilePicturePath(u"list"));
 }
+// The one custom field of that list, named with markup.
+inline QString hostileFieldName(const QUrl& webBase) {
+    return QStringLiteral("<b>Field</b> & \"notes\" <img src=\"%1%2\">")
+        .arg(webBase.toString(QUrl::StripTrailingSlash), hostilePicturePath(u"field"));
+}
 inline const QString ampersandListName = QStringLiteral("Ørders & Ärchive");
 inline const QString rightToLeftListName = QStringLiteral("طلبات العملاء");
 inline const QString emojiListName = QStringLiteral("🚀 Launch plan 👩🏽‍💻 🇳🇴");

@@ -1,4 +1,5 @@
 #include "ContrastTesting.h"
+#include "KeyboardDriver.h"
 #include "PopoverFixture.h"
 #include "QuickItems.h"
 #include "SandboxDemo.h"
@@ -54,7 +55,7 @@ class AccountMenuTest : public QObject {
         QVERIFY(QTest::qWaitForWindowActive(&popover()));
         QVERIFY(tabToTheAccountButton());
         key(Qt::Key_Space);
-        QTRY_VERIFY(menu()->property("opened").toBool());
+        QVERIFY(KeyboardDriver::waitForMenu(menu()));
     }
 
     QString signedInLabel() { return QuickItems::plainText(item(QStringLiteral("signedInUser"))); }
@@ -105,9 +106,8 @@ private slots:
 
     void choosingAnotherAccountByKeyboardSwitchesToIt() {
         openTheMenuByKeyboard();
-        // Down once reaches the first entry: Ben.
-        key(Qt::Key_Down);
-        key(Qt::Key_Return);
+        // The first entry: Ben.
+        QVERIFY(KeyboardDriver(popover()).chooseInMenu(menu(), 0));
         QTRY_VERIFY(m_fixture->app->authState().user() &&
                     m_fixture->app->authState().user()->id == SandboxDemo::secondUserID);
         QCOMPARE(m_fixture->app->settings().settings().activeAccountID, std::optional(SandboxDemo::secondUserID));
@@ -128,11 +128,8 @@ private slots:
         QObject::connect(m_fixture->accounts, &AccountsViewModel::openSettingsRequested, this,
                          [this, &hiddenFirst] { hiddenFirst = !popover().isVisible(); });
         openTheMenuByKeyboard();
-        // Past both accounts; the separator takes no stop.
-        key(Qt::Key_Down);
-        key(Qt::Key_Down);
-        key(Qt::Key_Down);
-        key(Qt::Key_Return);
+        // Past both accounts and the separator, which takes no stop.
+        QVERIFY(KeyboardDriver(popover()).chooseInMenu(menu(), 3));
         QTRY_COMPARE(asked.count(), 1);
         QCOMPARE(opened, QList<std::optional<SettingsTab>>{SettingsTab::account});
         QVERIFY(hiddenFirst);

@@ -512,6 +512,14 @@ std::vector<std::pair<const char*, QString>> hostileListNames(const QString& web
         {"901500006006", QStringLiteral("Long") + QStringLiteral(" name").repeated(59) + QLatin1Char('!')}};
 }
 
+// A text field of the list named with markup, named with markup itself.
+QJsonObject hostileField(const QString& webBase) {
+    QJsonObject named = field(QStringLiteral("901500006001"), "Hostile field", "text");
+    named.insert(QStringLiteral("name"),
+                 QStringLiteral("<b>Field</b> & \"notes\" <img src=\"%1\">").arg(pixel(webBase, "field")));
+    return named;
+}
+
 // Names a client must show exactly as written: markup whose picture points back at the sandbox,
 // an ampersand, right-to-left text, emoji, blanks around a name and a very long one. Only the
 // hostile-names user is a member, so the other demo users see nothing of it.
@@ -520,6 +528,9 @@ QJsonObject hostileNames(const QString& webBase) {
     for (const auto& [id, name] : hostileListNames(webBase)) {
         QJsonObject entry = list(id, "");
         entry.insert(QStringLiteral("name"), name);
+        if (QLatin1String(id) == QLatin1String("901500006001")) {
+            entry.insert(QStringLiteral("fields"), QJsonArray{hostileField(webBase)});
+        }
         lists.append(entry);
     }
     const QJsonObject folder{{QStringLiteral("id"), QStringLiteral("90150000701")},

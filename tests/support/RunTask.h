@@ -12,7 +12,7 @@
 #include <optional>
 #include <stdexcept>
 
-// Running a task to its end in a test, and making a started task's escaped exception fail it.
+// Running a task to its end in a test.
 namespace RunTaskDetail {
 struct Ending {
     std::exception_ptr error;
@@ -43,13 +43,6 @@ template <typename T> QCoro::Task<> capture(QCoro::Task<T> task, std::shared_ptr
     }
     outcome->finish();
 }
-
-inline void abortOnEscapedException(const QString& description) {
-    qFatal("A started task let an exception escape: %s", qUtf8Printable(description));
-}
-
-// Every test that includes this header fails, loudly, when a started task lets an exception escape.
-inline const EscapedExceptionHandler previousHandler = setEscapedExceptionHandler(&abortOnEscapedException);
 } // namespace RunTaskDetail
 
 // Runs a task to its end on a nested event loop and gives its value, or throws what it threw.

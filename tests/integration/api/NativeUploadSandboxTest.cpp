@@ -5,6 +5,7 @@
 #include "SandboxDemo.h"
 #include "SandboxProcess.h"
 #include "SyncHttpClient.h"
+#include "TestMain.h"
 #include "api/DirectUploadSession.h"
 #include "api/NorvaneClient.h"
 #include "api/TaskRecords.h"
@@ -513,5 +514,5 @@ private slots:
     }
 };
 
-QTEST_GUILESS_MAIN(NativeUploadSandboxTest)
+NORVANEBAR_TEST_GUILESS_MAIN(NativeUploadSandboxTest)
 #include "NativeUploadSandboxTest.moc"

@@ -4,6 +4,7 @@
 #include "ClientTesting.h"
 #include "SandboxDemo.h"
 #include "SandboxProcess.h"
+#include "TestMain.h"
 #include "api/HierarchyRecords.h"
 #include "api/NorvaneClient.h"
 #include "api/TaskRecords.h"
@@ -560,5 +561,5 @@ private slots:
     }
 };
 
-QTEST_GUILESS_MAIN(NorvaneClientSandboxTest)
+NORVANEBAR_TEST_GUILESS_MAIN(NorvaneClientSandboxTest)
 #include "NorvaneClientSandboxTest.moc"

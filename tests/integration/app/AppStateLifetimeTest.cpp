@@ -1,5 +1,6 @@
 #include "AppStateFixture.h"
 #include "SandboxDemo.h"
+#include "TestMain.h"
 
 #include <QTest>
 
@@ -87,5 +88,5 @@ private slots:
     }
 };
 
-QTEST_GUILESS_MAIN(AppStateLifetimeTest)
+NORVANEBAR_TEST_GUILESS_MAIN(AppStateLifetimeTest)
 #include "AppStateLifetimeTest.moc"

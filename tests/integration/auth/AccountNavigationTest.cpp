@@ -1,5 +1,6 @@
 #include "AppStateFixture.h"
 #include "SandboxDemo.h"
+#include "TestMain.h"
 
 #include <QFile>
 #include <QJsonArray>
@@ -265,5 +266,5 @@ private slots:
     }
 };
 
-QTEST_GUILESS_MAIN(AccountNavigationTest)
+NORVANEBAR_TEST_GUILESS_MAIN(AccountNavigationTest)
 #include "AccountNavigationTest.moc"

@@ -1,4 +1,5 @@
 #include "AppStateFixture.h"
+#include "TestMain.h"
 
 #include <QJsonArray>
 #include <QSignalSpy>
@@ -308,5 +309,5 @@ private slots:
     }
 };
 
-QTEST_GUILESS_MAIN(AppStateSignInTest)
+NORVANEBAR_TEST_GUILESS_MAIN(AppStateSignInTest)
 #include "AppStateSignInTest.moc"

@@ -1,5 +1,6 @@
 #include "AppStateFixture.h"
 #include "SandboxDemo.h"
+#include "TestMain.h"
 
 #include <QFile>
 #include <QJsonArray>
@@ -239,5 +240,5 @@ private slots:
     }
 };
 
-QTEST_GUILESS_MAIN(AppStateTemplatesTest)
+NORVANEBAR_TEST_GUILESS_MAIN(AppStateTemplatesTest)
 #include "AppStateTemplatesTest.moc"

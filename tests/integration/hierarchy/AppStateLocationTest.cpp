@@ -1,5 +1,6 @@
 #include "AppStateFixture.h"
 #include "SandboxDemo.h"
+#include "TestMain.h"
 
 #include <QSignalSpy>
 #include <QTest>
@@ -127,5 +128,5 @@ private slots:
     }
 };
 
-QTEST_GUILESS_MAIN(AppStateLocationTest)
+NORVANEBAR_TEST_GUILESS_MAIN(AppStateLocationTest)
 #include "AppStateLocationTest.moc"

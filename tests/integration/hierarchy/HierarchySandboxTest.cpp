@@ -1,6 +1,7 @@
 #include "ClientTesting.h"
 #include "SandboxDemo.h"
 #include "SandboxProcess.h"
+#include "TestMain.h"
 #include "api/Endpoints.h"
 #include "auth/StaticTokenAuth.h"
 #include "hierarchy/HierarchyStore.h"
@@ -193,5 +194,5 @@ private slots:
     }
 };
 
-QTEST_GUILESS_MAIN(HierarchySandboxTest)
+NORVANEBAR_TEST_GUILESS_MAIN(HierarchySandboxTest)
 #include "HierarchySandboxTest.moc"

@@ -1,6 +1,7 @@
 #include "AppStateFixture.h"
 #include "SandboxDemo.h"
 #include "TemporaryFolderTesting.h"
+#include "TestMain.h"
 #include "hierarchy/LocationPickerModel.h"
 
 #include <QJsonArray>
@@ -192,5 +193,5 @@ private slots:
     }
 };
 
-QTEST_GUILESS_MAIN(LocationPickerSandboxTest)
+NORVANEBAR_TEST_GUILESS_MAIN(LocationPickerSandboxTest)
 #include "LocationPickerSandboxTest.moc"

@@ -4,6 +4,7 @@
 // leaves it.
 #include "AppStateFixture.h"
 #include "SandboxDemo.h"
+#include "TestMain.h"
 #include "api/Endpoints.h"
 #include "app/MyDayContext.h"
 #include "myday/TaskOrdering.h"
@@ -143,5 +144,5 @@ private slots:
     }
 };
 
-QTEST_GUILESS_MAIN(DueCountSandboxTest)
+NORVANEBAR_TEST_GUILESS_MAIN(DueCountSandboxTest)
 #include "DueCountSandboxTest.moc"

@@ -3,6 +3,7 @@
 #include "AppStateFixture.h"
 #include "SandboxDemo.h"
 #include "SyncHttpClient.h"
+#include "TestMain.h"
 #include "app/MyDayContext.h"
 #include "myday/DueDate.h"
 #include "myday/TaskOrdering.h"
@@ -325,5 +326,5 @@ private slots:
     }
 };
 
-QTEST_GUILESS_MAIN(MyDaySandboxTest)
+NORVANEBAR_TEST_GUILESS_MAIN(MyDaySandboxTest)
 #include "MyDaySandboxTest.moc"

@@ -4,6 +4,7 @@
 // workspace changes.
 #include "AppStateFixture.h"
 #include "SandboxDemo.h"
+#include "TestMain.h"
 #include "app/MyDayContext.h"
 #include "async/StartTask.h"
 #include "myday/TasksTabState.h"
@@ -19,14 +20,6 @@ QString searchPath(const QString& workspaceID) {
 
 QString tokenItem(qint64 userID) {
     return QStringLiteral("norvane-token-") + QString::number(userID);
-}
-
-QStringList ids(const QList<NVTaskSummary>& tasks) {
-    QStringList ids;
-    for (const NVTaskSummary& task : tasks) {
-        ids.append(task.id);
-    }
-    return ids;
 }
 } // namespace
 
@@ -76,9 +69,15 @@ class TasksTabContextTest : public QObject {
         return false;
     }
 
-    // Holds the next task search of the workspace in the sandbox until releaseHeld().
-    void holdNextSearch(const QString& workspaceID) {
-        QVERIFY(m_sandbox.addFault(SandboxFault::hold(searchPath(workspaceID)).forMethod(QStringLiteral("GET"))));
+    // A fetch of the tab whose task search the sandbox holds until releaseHeld(), once the search has
+    // arrived there.
+    QCoro::Task<> heldFetch(TasksTabState& tasks, const QString& workspaceID) {
+        [&] {
+            QVERIFY(m_sandbox.addFault(SandboxFault::hold(searchPath(workspaceID)).forMethod(QStringLiteral("GET"))));
+        }();
+        QCoro::Task<> fetch = tasks.refresh();
+        [&] { QTRY_VERIFY(searched(workspaceID)); }();
+        return fetch;
     }
 
 private slots:
@@ -103,45 +102,39 @@ private slots:
     void aFetchOfTheOldAccountThatLandsAfterASwitchLeavesTheNewAccountsTasks() {
         AppState& app = signedInAsAda();
         TasksTabState& tasks = tab();
-        holdNextSearch(SandboxDemo::northwindID);
-        QCoro::Task<> adasFetch = tasks.refresh();
-        QTRY_VERIFY(searched(SandboxDemo::northwindID));
+        QCoro::Task<> adasFetch = heldFetch(tasks, SandboxDemo::northwindID);
 
         runTask(app.switchAccount(SandboxDemo::secondUserID));
         runTask(tasks.refresh());
-        const QStringList bens = ids(store().tasks());
+        const QList<NVTaskSummary> bens = store().tasks();
         QVERIFY(!bens.isEmpty());
 
         QVERIFY(m_sandbox.releaseHeld());
         runTask(std::move(adasFetch));
-        QCOMPARE(ids(store().tasks()), bens);
+        QCOMPARE(store().tasks(), bens);
         QVERIFY(!store().isLoading());
     }
 
     void anAnswerForAWorkspaceNoLongerActiveIsDropped() {
         AppState& app = signedInAsAda();
         TasksTabState& tasks = tab();
-        holdNextSearch(SandboxDemo::northwindID);
-        QCoro::Task<> northwindFetch = tasks.refresh();
-        QTRY_VERIFY(searched(SandboxDemo::northwindID));
+        QCoro::Task<> northwindFetch = heldFetch(tasks, SandboxDemo::northwindID);
 
         app.settings().set(&AppSettings::preferredWorkspaceID, std::optional(SandboxDemo::fabrikamID));
         runTask(tasks.refresh());
-        const QStringList fabrikams = ids(store().tasks());
+        const QList<NVTaskSummary> fabrikams = store().tasks();
         QVERIFY(!fabrikams.isEmpty());
 
         QVERIFY(m_sandbox.releaseHeld());
         runTask(std::move(northwindFetch));
-        QCOMPARE(ids(store().tasks()), fabrikams);
+        QCOMPARE(store().tasks(), fabrikams);
     }
 
     void ofTwoFetchesOfOneAccountTheLastToFinishWins() {
         signedInAsAda();
         TasksTabState& tasks = tab();
-        holdNextSearch(SandboxDemo::northwindID);
         tasks.setSelectedStatus(QStringLiteral("testing"));
-        QCoro::Task<> first = tasks.refresh();
-        QTRY_VERIFY(searched(SandboxDemo::northwindID));
+        QCoro::Task<> first = heldFetch(tasks, SandboxDemo::northwindID);
 
         tasks.setSelectedStatus(QStringLiteral("new"));
         runTask(tasks.refresh());
@@ -203,5 +196,5 @@ private slots:
     }
 };
 
-QTEST_GUILESS_MAIN(TasksTabContextTest)
+NORVANEBAR_TEST_GUILESS_MAIN(TasksTabContextTest)
 #include "TasksTabContextTest.moc"

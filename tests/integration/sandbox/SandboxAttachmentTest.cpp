@@ -3,6 +3,7 @@
 #include "SandboxDemo.h"
 #include "SandboxProcess.h"
 #include "SyncHttpClient.h"
+#include "TestMain.h"
 
 #include <QCryptographicHash>
 #include <QDir>
@@ -241,5 +242,5 @@ private slots:
     }
 };
 
-QTEST_GUILESS_MAIN(SandboxAttachmentTest)
+NORVANEBAR_TEST_GUILESS_MAIN(SandboxAttachmentTest)
 #include "SandboxAttachmentTest.moc"

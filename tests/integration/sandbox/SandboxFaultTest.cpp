@@ -3,6 +3,7 @@
 #include "SandboxDemo.h"
 #include "SandboxProcess.h"
 #include "SyncHttpClient.h"
+#include "TestMain.h"
 
 #include <QElapsedTimer>
 #include <QEventLoop>
@@ -336,5 +337,5 @@ private slots:
     }
 };
 
-QTEST_GUILESS_MAIN(SandboxFaultTest)
+NORVANEBAR_TEST_GUILESS_MAIN(SandboxFaultTest)
 #include "SandboxFaultTest.moc"

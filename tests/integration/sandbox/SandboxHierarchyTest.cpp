@@ -3,6 +3,7 @@
 #include "SandboxDemo.h"
 #include "SandboxProcess.h"
 #include "SyncHttpClient.h"
+#include "TestMain.h"
 
 #include <QJsonArray>
 #include <QSet>
@@ -233,5 +234,5 @@ private slots:
     }
 };
 
-QTEST_GUILESS_MAIN(SandboxHierarchyTest)
+NORVANEBAR_TEST_GUILESS_MAIN(SandboxHierarchyTest)
 #include "SandboxHierarchyTest.moc"

@@ -3,6 +3,7 @@
 #include "SandboxDemo.h"
 #include "SandboxProcess.h"
 #include "SyncHttpClient.h"
+#include "TestMain.h"
 
 #include <QElapsedTimer>
 #include <QRandomGenerator>
@@ -133,5 +134,5 @@ private slots:
     void theServerStillEndsCleanly() { QVERIFY(m_sandbox.stop()); }
 };
 
-QTEST_GUILESS_MAIN(SandboxRobustnessTest)
+NORVANEBAR_TEST_GUILESS_MAIN(SandboxRobustnessTest)
 #include "SandboxRobustnessTest.moc"

@@ -1,6 +1,7 @@
 // norvane-sandbox as a program: its start-up lines, the address it binds, its options and its end.
 #include "SandboxProcess.h"
 #include "SyncHttpClient.h"
+#include "TestMain.h"
 
 #include <QFile>
 #include <QJsonArray>
@@ -172,5 +173,5 @@ private slots:
     }
 };
 
-QTEST_GUILESS_MAIN(SandboxStartupTest)
+NORVANEBAR_TEST_GUILESS_MAIN(SandboxStartupTest)
 #include "SandboxStartupTest.moc"

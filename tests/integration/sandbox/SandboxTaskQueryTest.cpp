@@ -4,6 +4,7 @@
 #include "SandboxDemo.h"
 #include "SandboxProcess.h"
 #include "SyncHttpClient.h"
+#include "TestMain.h"
 
 #include <QDateTime>
 #include <QHash>
@@ -291,5 +292,5 @@ private slots:
     void foreignWorkspaceIsNotFound() { QCOMPARE(search(myDay(0), SandboxDemo::fabrikamID, 1).status, 404); }
 };
 
-QTEST_GUILESS_MAIN(SandboxTaskQueryTest)
+NORVANEBAR_TEST_GUILESS_MAIN(SandboxTaskQueryTest)
 #include "SandboxTaskQueryTest.moc"

@@ -3,6 +3,7 @@
 #include "SandboxDemo.h"
 #include "SandboxProcess.h"
 #include "SyncHttpClient.h"
+#include "TestMain.h"
 
 #include <QDateTime>
 #include <QJsonArray>
@@ -259,5 +260,5 @@ private slots:
     }
 };
 
-QTEST_GUILESS_MAIN(SandboxTaskWriteTest)
+NORVANEBAR_TEST_GUILESS_MAIN(SandboxTaskWriteTest)
 #include "SandboxTaskWriteTest.moc"

@@ -2,6 +2,7 @@
 #include "SandboxDemo.h"
 #include "SandboxProcess.h"
 #include "SyncHttpClient.h"
+#include "TestMain.h"
 
 #include <QJsonArray>
 #include <QTest>
@@ -70,5 +71,5 @@ private slots:
     }
 };
 
-QTEST_GUILESS_MAIN(SandboxWebPagesTest)
+NORVANEBAR_TEST_GUILESS_MAIN(SandboxWebPagesTest)
 #include "SandboxWebPagesTest.moc"

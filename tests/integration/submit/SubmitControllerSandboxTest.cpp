@@ -6,6 +6,7 @@
 #include "SubmitPipeline.h"
 #include "SubmitTesting.h"
 #include "TemporaryFolderTesting.h"
+#include "TestMain.h"
 #include "compose/AttachmentStaging.h"
 #include "storage/StorageProviderRegistry.h"
 #include "submit/SubmitController.h"
@@ -374,5 +375,5 @@ private slots:
     }
 };
 
-QTEST_GUILESS_MAIN(SubmitControllerSandboxTest)
+NORVANEBAR_TEST_GUILESS_MAIN(SubmitControllerSandboxTest)
 #include "SubmitControllerSandboxTest.moc"

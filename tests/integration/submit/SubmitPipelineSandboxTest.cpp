@@ -8,6 +8,7 @@
 #include "SandboxProcess.h"
 #include "SubmitPipeline.h"
 #include "SubmitTesting.h"
+#include "TestMain.h"
 #include "api/Endpoints.h"
 #include "auth/StaticTokenAuth.h"
 #include "settings/SettingsStore.h"
@@ -338,5 +339,5 @@ private slots:
     }
 };
 
-QTEST_GUILESS_MAIN(SubmitPipelineSandboxTest)
+NORVANEBAR_TEST_GUILESS_MAIN(SubmitPipelineSandboxTest)
 #include "SubmitPipelineSandboxTest.moc"

@@ -7,6 +7,7 @@
 #include "SubmitTesting.h"
 #include "SyncHttpClient.h"
 #include "TemporaryFolderTesting.h"
+#include "TestMain.h"
 #include "compose/AttachmentStaging.h"
 #include "notify/NotificationCategories.h"
 #include "support/Overloaded.h"
@@ -435,5 +436,5 @@ private slots:
     }
 };
 
-QTEST_GUILESS_MAIN(SubmitSoakTest)
+NORVANEBAR_TEST_GUILESS_MAIN(SubmitSoakTest)
 #include "SubmitSoakTest.moc"

@@ -1,5 +1,6 @@
 #include "AppStateFixture.h"
 #include "SandboxDemo.h"
+#include "TestMain.h"
 #include "auth/AccountsViewModel.h"
 #include "linux/SecretServiceStore.h"
 
@@ -137,5 +138,5 @@ private slots:
     }
 };
 
-QTEST_GUILESS_MAIN(AccountsKeyringTest)
+NORVANEBAR_TEST_GUILESS_MAIN(AccountsKeyringTest)
 #include "AccountsKeyringTest.moc"

@@ -1,4 +1,5 @@
 #include "AppStateFixture.h"
+#include "TestMain.h"
 #include "linux/SecretServiceStore.h"
 
 #include <QProcess>
@@ -43,5 +44,5 @@ private slots:
     }
 };
 
-QTEST_GUILESS_MAIN(LegacyTokenMigrationTest)
+NORVANEBAR_TEST_GUILESS_MAIN(LegacyTokenMigrationTest)
 #include "LegacyTokenMigrationTest.moc"

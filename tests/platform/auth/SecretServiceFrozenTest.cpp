@@ -1,6 +1,7 @@
 // A Secret Service that stops answering: each operation gives up within its own timeout, and the
 // store works again once the daemon goes on. Runs in a desktop session of its own, whose
 // gnome-keyring-daemon it stops with SIGSTOP and resumes with SIGCONT; it signals no other process.
+#include "TestMain.h"
 #include "linux/SecretServiceStore.h"
 
 #include "RunTask.h"
@@ -129,5 +130,5 @@ private slots:
     }
 };
 
-QTEST_GUILESS_MAIN(SecretServiceFrozenTest)
+NORVANEBAR_TEST_GUILESS_MAIN(SecretServiceFrozenTest)
 #include "SecretServiceFrozenTest.moc"

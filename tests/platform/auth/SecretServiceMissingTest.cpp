@@ -1,4 +1,5 @@
 // A session bus without a Secret Service: reads give absent and writes fail, at once.
+#include "TestMain.h"
 #include "auth/KeychainStoreError.h"
 #include "auth/PersonalTokenProvider.h"
 #include "linux/SecretServiceStore.h"
@@ -69,5 +70,5 @@ private slots:
     }
 };
 
-QTEST_GUILESS_MAIN(SecretServiceMissingTest)
+NORVANEBAR_TEST_GUILESS_MAIN(SecretServiceMissingTest)
 #include "SecretServiceMissingTest.moc"

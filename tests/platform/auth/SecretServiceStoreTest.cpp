@@ -1,5 +1,6 @@
 // The Secret Service of the shared desktop session (an unlocked gnome-keyring) through qtkeychain.
 #include "linux/SecretServiceStore.h"
+#include "TestMain.h"
 #include "auth/KeychainStore.h"
 #include "auth/PersonalTokenProvider.h"
 #include "auth/StorageCredentialStore.h"
@@ -113,5 +114,5 @@ private slots:
     }
 };
 
-QTEST_GUILESS_MAIN(SecretServiceStoreTest)
+NORVANEBAR_TEST_GUILESS_MAIN(SecretServiceStoreTest)
 #include "SecretServiceStoreTest.moc"

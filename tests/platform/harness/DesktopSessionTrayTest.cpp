@@ -2,6 +2,8 @@
 // NORVANEBAR_TRAY=sni  - Qt finds the StatusNotifierWatcher and its icon is registered there;
 // NORVANEBAR_TRAY=xembed - Qt docks the icon in the XEmbed tray and knows its geometry;
 // NORVANEBAR_TRAY=none - Qt reports no tray.
+#include "TestMain.h"
+
 #include <QApplication>
 #include <QDBusConnection>
 #include <QDBusConnectionInterface>
@@ -87,5 +89,5 @@ private slots:
     }
 };
 
-QTEST_MAIN(DesktopSessionTrayTest)
+NORVANEBAR_TEST_MAIN(DesktopSessionTrayTest)
 #include "DesktopSessionTrayTest.moc"

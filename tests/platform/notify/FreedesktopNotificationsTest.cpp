@@ -1,6 +1,7 @@
 #include "NotificationServerLog.h"
 #include "RecordingLinkActions.h"
 #include "RunTask.h"
+#include "TestMain.h"
 #include "linux/DesktopLinkActions.h"
 #include "linux/FreedesktopNotificationCenter.h"
 #include "notify/NotificationScheduler.h"
@@ -252,5 +253,5 @@ private slots:
     }
 };
 
-QTEST_MAIN(FreedesktopNotificationsTest)
+NORVANEBAR_TEST_MAIN(FreedesktopNotificationsTest)
 #include "FreedesktopNotificationsTest.moc"

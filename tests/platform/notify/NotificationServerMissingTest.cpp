@@ -2,6 +2,7 @@
 #include "RecordingLinkActions.h"
 #include "RunTask.h"
 #include "SandboxDemo.h"
+#include "TestMain.h"
 #include "linux/FreedesktopNotificationCenter.h"
 #include "notify/NotificationScheduler.h"
 
@@ -91,5 +92,5 @@ private slots:
     }
 };
 
-QTEST_MAIN(NotificationServerMissingTest)
+NORVANEBAR_TEST_MAIN(NotificationServerMissingTest)
 #include "NotificationServerMissingTest.moc"

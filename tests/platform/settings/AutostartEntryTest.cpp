@@ -1,4 +1,5 @@
 #include "linux/AutostartEntry.h"
+#include "TestMain.h"
 
 #include "TemporaryFolderTesting.h"
 
@@ -137,5 +138,5 @@ private slots:
     }
 };
 
-QTEST_GUILESS_MAIN(AutostartEntryTest)
+NORVANEBAR_TEST_GUILESS_MAIN(AutostartEntryTest)
 #include "AutostartEntryTest.moc"

@@ -1,4 +1,5 @@
 #include "linux/ControlService.h"
+#include "TestMain.h"
 
 #include <QDBusConnection>
 #include <QDBusConnectionInterface>
@@ -62,5 +63,5 @@ private slots:
     }
 };
 
-QTEST_GUILESS_MAIN(ControlServiceTest)
+NORVANEBAR_TEST_GUILESS_MAIN(ControlServiceTest)
 #include "ControlServiceTest.moc"

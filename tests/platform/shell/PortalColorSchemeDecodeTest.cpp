@@ -1,3 +1,4 @@
+#include "TestMain.h"
 #include "linux/PortalColorScheme.h"
 
 #include <QDBusVariant>
@@ -69,5 +70,5 @@ private slots:
     }
 };
 
-QTEST_GUILESS_MAIN(PortalColorSchemeDecodeTest)
+NORVANEBAR_TEST_GUILESS_MAIN(PortalColorSchemeDecodeTest)
 #include "PortalColorSchemeDecodeTest.moc"

@@ -1,4 +1,5 @@
 #include "linux/PortalColorScheme.h"
+#include "TestMain.h"
 #include "shell/ColorSchemePalette.h"
 #include "shell/DarkPalette.h"
 
@@ -236,5 +237,5 @@ private slots:
     }
 };
 
-QTEST_MAIN(PortalColorSchemeTest)
+NORVANEBAR_TEST_MAIN(PortalColorSchemeTest)
 #include "PortalColorSchemeTest.moc"

@@ -1,4 +1,5 @@
 #include "linux/SingleInstance.h"
+#include "TestMain.h"
 
 #include <QLocalSocket>
 #include <QSignalSpy>
@@ -66,5 +67,5 @@ private slots:
     }
 };
 
-QTEST_GUILESS_MAIN(SingleInstanceTest)
+NORVANEBAR_TEST_GUILESS_MAIN(SingleInstanceTest)
 #include "SingleInstanceTest.moc"

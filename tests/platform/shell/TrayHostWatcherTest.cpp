@@ -1,4 +1,5 @@
 #include "linux/TrayHostWatcher.h"
+#include "TestMain.h"
 
 #include <QDBusConnection>
 #include <QDBusConnectionInterface>
@@ -76,5 +77,5 @@ private slots:
     }
 };
 
-QTEST_MAIN(TrayHostWatcherTest)
+NORVANEBAR_TEST_MAIN(TrayHostWatcherTest)
 #include "TrayHostWatcherTest.moc"

@@ -4,6 +4,7 @@
 #include "QuickItems.h"
 #include "SandboxDemo.h"
 #include "SandboxProcess.h"
+#include "TestMain.h"
 
 #include <QAccessible>
 #include <QQuickItem>
@@ -188,5 +189,5 @@ private slots:
     }
 };
 
-QTEST_MAIN(AccountMenuTest)
+NORVANEBAR_TEST_MAIN(AccountMenuTest)
 #include "AccountMenuTest.moc"

@@ -2,6 +2,7 @@
 #include "QuickItems.h"
 #include "SandboxDemo.h"
 #include "SandboxFault.h"
+#include "TestMain.h"
 #include "auth/AccountsViewModel.h"
 #include "shell/PopoverWindow.h"
 
@@ -309,5 +310,5 @@ private slots:
     }
 };
 
-QTEST_MAIN(AccountSettingsViewTest)
+NORVANEBAR_TEST_MAIN(AccountSettingsViewTest)
 #include "AccountSettingsViewTest.moc"

@@ -2,6 +2,7 @@
 #include "QuickItems.h"
 #include "SandboxDemo.h"
 #include "SandboxProcess.h"
+#include "TestMain.h"
 
 #include <QAccessible>
 #include <QQuickItem>
@@ -189,5 +190,5 @@ private slots:
     }
 };
 
-QTEST_MAIN(OnboardingTest)
+NORVANEBAR_TEST_MAIN(OnboardingTest)
 #include "OnboardingTest.moc"

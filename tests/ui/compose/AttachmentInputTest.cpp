@@ -2,6 +2,7 @@
 #include "QuickItems.h"
 #include "SandboxProcess.h"
 #include "TemporaryFolderTesting.h"
+#include "TestMain.h"
 #include "compose/AttachmentSizeLimits.h"
 
 #include <QAccessible>
@@ -257,5 +258,5 @@ private slots:
     }
 };
 
-QTEST_MAIN(AttachmentInputTest)
+NORVANEBAR_TEST_MAIN(AttachmentInputTest)
 #include "AttachmentInputTest.moc"

@@ -1,4 +1,5 @@
 #include "compose/AttachmentListModel.h"
+#include "TestMain.h"
 
 #include <QAbstractItemModelTester>
 #include <QSignalSpy>
@@ -147,5 +148,5 @@ private slots:
     }
 };
 
-QTEST_GUILESS_MAIN(AttachmentListModelTest)
+NORVANEBAR_TEST_GUILESS_MAIN(AttachmentListModelTest)
 #include "AttachmentListModelTest.moc"

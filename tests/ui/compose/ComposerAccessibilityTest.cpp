@@ -4,6 +4,7 @@
 #include "SandboxDemo.h"
 #include "SandboxProcess.h"
 #include "TemporaryFolderTesting.h"
+#include "TestMain.h"
 
 #include <QClipboard>
 #include <QMimeData>
@@ -161,5 +162,5 @@ private slots:
     }
 };
 
-QTEST_MAIN(ComposerAccessibilityTest)
+NORVANEBAR_TEST_MAIN(ComposerAccessibilityTest)
 #include "ComposerAccessibilityTest.moc"

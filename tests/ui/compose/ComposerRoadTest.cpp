@@ -4,6 +4,7 @@
 #include "SandboxDemo.h"
 #include "SandboxProcess.h"
 #include "SubmitTesting.h"
+#include "TestMain.h"
 #include "compose/FieldChipsViewModel.h"
 
 #include <QJsonArray>
@@ -368,5 +369,5 @@ private slots:
     }
 };
 
-QTEST_MAIN(ComposerRoadTest)
+NORVANEBAR_TEST_MAIN(ComposerRoadTest)
 #include "ComposerRoadTest.moc"

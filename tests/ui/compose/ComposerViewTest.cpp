@@ -3,6 +3,7 @@
 #include "QuickItems.h"
 #include "SandboxDemo.h"
 #include "SandboxProcess.h"
+#include "TestMain.h"
 #include "compose/AttachmentStaging.h"
 
 #include <QDir>
@@ -387,5 +388,5 @@ private slots:
     }
 };
 
-QTEST_MAIN(ComposerViewTest)
+NORVANEBAR_TEST_MAIN(ComposerViewTest)
 #include "ComposerViewTest.moc"

@@ -3,6 +3,7 @@
 #include "QuickItems.h"
 #include "SandboxDemo.h"
 #include "SandboxProcess.h"
+#include "TestMain.h"
 #include "compose/FieldChipsViewModel.h"
 
 #include <QAccessible>
@@ -287,5 +288,5 @@ private slots:
     }
 };
 
-QTEST_MAIN(FieldChipsTest)
+NORVANEBAR_TEST_MAIN(FieldChipsTest)
 #include "FieldChipsTest.moc"

@@ -1,3 +1,4 @@
+#include "TestMain.h"
 #include "shell/PopoverWindow.h"
 
 #include <QQmlComponent>
@@ -86,5 +87,5 @@ private slots:
     }
 };
 
-QTEST_MAIN(FlowLayoutTest)
+NORVANEBAR_TEST_MAIN(FlowLayoutTest)
 #include "FlowLayoutTest.moc"

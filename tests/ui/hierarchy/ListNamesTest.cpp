@@ -2,6 +2,7 @@
 #include "QuickItems.h"
 #include "SandboxDemo.h"
 #include "SandboxProcess.h"
+#include "TestMain.h"
 
 #include <QQuickItem>
 #include <QSignalSpy>
@@ -124,5 +125,5 @@ private slots:
     }
 };
 
-QTEST_MAIN(ListNamesTest)
+NORVANEBAR_TEST_MAIN(ListNamesTest)
 #include "ListNamesTest.moc"

@@ -5,6 +5,7 @@
 #include "SandboxFault.h"
 #include "SandboxProcess.h"
 #include "TemporaryFolderTesting.h"
+#include "TestMain.h"
 
 #include <QJsonArray>
 #include <QJsonDocument>
@@ -232,5 +233,5 @@ private slots:
     }
 };
 
-QTEST_MAIN(LocationPickerViewTest)
+NORVANEBAR_TEST_MAIN(LocationPickerViewTest)
 #include "LocationPickerViewTest.moc"

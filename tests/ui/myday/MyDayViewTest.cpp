@@ -4,6 +4,7 @@
 #include "SandboxDemo.h"
 #include "SandboxFault.h"
 #include "SandboxProcess.h"
+#include "TestMain.h"
 
 #include <QJsonArray>
 #include <QQuickItem>
@@ -492,5 +493,5 @@ private slots:
     }
 };
 
-QTEST_MAIN(MyDayViewTest)
+NORVANEBAR_TEST_MAIN(MyDayViewTest)
 #include "MyDayViewTest.moc"

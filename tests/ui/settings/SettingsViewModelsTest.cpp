@@ -1,6 +1,7 @@
 #include "AppStateFixture.h"
 #include "SandboxDemo.h"
 #include "SettingsFileTesting.h"
+#include "TestMain.h"
 #include "linux/AutostartEntry.h"
 #include "settings/FieldVisibilityViewModel.h"
 #include "settings/GeneralSettingsViewModel.h"
@@ -415,5 +416,5 @@ private slots:
     }
 };
 
-QTEST_GUILESS_MAIN(SettingsViewModelsTest)
+NORVANEBAR_TEST_GUILESS_MAIN(SettingsViewModelsTest)
 #include "SettingsViewModelsTest.moc"

@@ -4,6 +4,7 @@
 #include "QuickItems.h"
 #include "SandboxDemo.h"
 #include "SettingsFileTesting.h"
+#include "TestMain.h"
 #include "linux/AutostartEntry.h"
 #include "shell/ColorSchemePalette.h"
 #include "shell/PopoverWindow.h"
@@ -597,5 +598,5 @@ private slots:
     }
 };
 
-QTEST_MAIN(SettingsWindowTest)
+NORVANEBAR_TEST_MAIN(SettingsWindowTest)
 #include "SettingsWindowTest.moc"

@@ -2,6 +2,7 @@
 #include "QuickItems.h"
 #include "SandboxDemo.h"
 #include "SandboxProcess.h"
+#include "TestMain.h"
 #include "linux/AutostartEntry.h"
 #include "settings/SettingsWindow.h"
 
@@ -136,5 +137,5 @@ private slots:
     }
 };
 
-QTEST_MAIN(PlainToolTipTest)
+NORVANEBAR_TEST_MAIN(PlainToolTipTest)
 #include "PlainToolTipTest.moc"

@@ -4,6 +4,7 @@
 #include "SandboxDemo.h"
 #include "SandboxProcess.h"
 #include "TemporaryFolderTesting.h"
+#include "TestMain.h"
 #include "shell/ColorSchemePalette.h"
 
 #include <QClipboard>
@@ -320,5 +321,5 @@ private slots:
     }
 };
 
-QTEST_MAIN(PopoverColorSchemeTest)
+NORVANEBAR_TEST_MAIN(PopoverColorSchemeTest)
 #include "PopoverColorSchemeTest.moc"

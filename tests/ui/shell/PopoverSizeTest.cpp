@@ -1,6 +1,7 @@
 #include "PopoverFixture.h"
 #include "SandboxDemo.h"
 #include "SandboxProcess.h"
+#include "TestMain.h"
 
 #include <QScreen>
 #include <QTest>
@@ -71,5 +72,5 @@ private slots:
     }
 };
 
-QTEST_MAIN(PopoverSizeTest)
+NORVANEBAR_TEST_MAIN(PopoverSizeTest)
 #include "PopoverSizeTest.moc"

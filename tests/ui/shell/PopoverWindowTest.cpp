@@ -1,5 +1,6 @@
 #include "PopoverFixture.h"
 #include "QuickItems.h"
+#include "TestMain.h"
 
 #include <QAccessible>
 #include <QCursor>
@@ -115,5 +116,5 @@ private slots:
     }
 };
 
-QTEST_MAIN(PopoverWindowTest)
+NORVANEBAR_TEST_MAIN(PopoverWindowTest)
 #include "PopoverWindowTest.moc"

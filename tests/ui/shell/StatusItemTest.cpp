@@ -1,5 +1,6 @@
 #include "shell/StatusItem.h"
 #include "PopoverFixture.h"
+#include "TestMain.h"
 
 #include <QApplication>
 #include <QElapsedTimer>
@@ -288,5 +289,5 @@ private slots:
     }
 };
 
-QTEST_MAIN(StatusItemTest)
+NORVANEBAR_TEST_MAIN(StatusItemTest)
 #include "StatusItemTest.moc"

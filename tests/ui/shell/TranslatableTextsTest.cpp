@@ -1,5 +1,6 @@
 #include "PopoverFixture.h"
 #include "QuickItems.h"
+#include "TestMain.h"
 #include "api/NVError.h"
 #include "auth/KeychainStoreError.h"
 #include "auth/PersonalTokenError.h"
@@ -313,5 +314,5 @@ private slots:
     }
 };
 
-QTEST_MAIN(TranslatableTextsTest)
+NORVANEBAR_TEST_MAIN(TranslatableTextsTest)
 #include "TranslatableTextsTest.moc"

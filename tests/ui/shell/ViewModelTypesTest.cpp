@@ -1,4 +1,5 @@
 #include "PopoverFixture.h"
+#include "TestMain.h"
 
 #include <QDir>
 #include <QMetaEnum>
@@ -102,5 +103,5 @@ QtObject {
     }
 };
 
-QTEST_MAIN(ViewModelTypesTest)
+NORVANEBAR_TEST_MAIN(ViewModelTypesTest)
 #include "ViewModelTypesTest.moc"

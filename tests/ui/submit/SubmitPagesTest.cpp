@@ -3,6 +3,7 @@
 #include "QuickItems.h"
 #include "SandboxDemo.h"
 #include "SandboxProcess.h"
+#include "TestMain.h"
 
 #include <QAccessible>
 #include <QJsonArray>
@@ -307,5 +308,5 @@ private slots:
     }
 };
 
-QTEST_MAIN(SubmitPagesTest)
+NORVANEBAR_TEST_MAIN(SubmitPagesTest)
 #include "SubmitPagesTest.moc"

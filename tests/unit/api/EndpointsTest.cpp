@@ -1,6 +1,7 @@
 #include "api/Endpoints.h"
 #include "ClientTesting.h"
 #include "HierarchyTesting.h"
+#include "TestMain.h"
 
 #include <QTest>
 #include <QTimeZone>
@@ -147,5 +148,5 @@ private slots:
     }
 };
 
-QTEST_GUILESS_MAIN(EndpointsTest)
+NORVANEBAR_TEST_GUILESS_MAIN(EndpointsTest)
 #include "EndpointsTest.moc"

@@ -1,4 +1,5 @@
 #include "api/HttpResponseReader.h"
+#include "TestMain.h"
 
 #include <QTest>
 
@@ -157,5 +158,5 @@ private slots:
     }
 };
 
-QTEST_APPLESS_MAIN(HttpResponseReaderTest)
+NORVANEBAR_TEST_APPLESS_MAIN(HttpResponseReaderTest)
 #include "HttpResponseReaderTest.moc"

@@ -1,4 +1,5 @@
 #include "api/JSONValue.h"
+#include "TestMain.h"
 #include "json/JsonEncoding.h"
 
 #include <QTest>
@@ -48,5 +49,5 @@ private slots:
     }
 };
 
-QTEST_GUILESS_MAIN(JSONValueTest)
+NORVANEBAR_TEST_GUILESS_MAIN(JSONValueTest)
 #include "JSONValueTest.moc"

@@ -1,3 +1,4 @@
+#include "TestMain.h"
 #include "api/Multipart.h"
 #include "support/FileError.h"
 
@@ -122,5 +123,5 @@ private slots:
     }
 };
 
-QTEST_GUILESS_MAIN(MultipartBodyTest)
+NORVANEBAR_TEST_GUILESS_MAIN(MultipartBodyTest)
 #include "MultipartBodyTest.moc"

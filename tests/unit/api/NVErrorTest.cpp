@@ -1,4 +1,5 @@
 #include "api/NVError.h"
+#include "TestMain.h"
 
 #include <QTest>
 
@@ -79,5 +80,5 @@ private slots:
     }
 };
 
-QTEST_GUILESS_MAIN(NVErrorTest)
+NORVANEBAR_TEST_GUILESS_MAIN(NVErrorTest)
 #include "NVErrorTest.moc"

@@ -1,5 +1,6 @@
 #include "api/NorvaneClient.h"
 #include "ClientTesting.h"
+#include "TestMain.h"
 #include "api/TaskRecords.h"
 #include "api/TaskRequests.h"
 #include "api/UserRecords.h"
@@ -147,5 +148,5 @@ private slots:
     }
 };
 
-QTEST_GUILESS_MAIN(NorvaneClientTest)
+NORVANEBAR_TEST_GUILESS_MAIN(NorvaneClientTest)
 #include "NorvaneClientTest.moc"

@@ -1,3 +1,4 @@
+#include "TestMain.h"
 #include "api/UploadRetryPolicy.h"
 
 #include <QTest>
@@ -73,5 +74,5 @@ private slots:
     }
 };
 
-QTEST_GUILESS_MAIN(RetryAfterTest)
+NORVANEBAR_TEST_GUILESS_MAIN(RetryAfterTest)
 #include "RetryAfterTest.moc"

@@ -1,4 +1,5 @@
 #include "api/TaskAttachment.h"
+#include "TestMain.h"
 #include "json/JsonDecoding.h"
 #include "json/JsonEncoding.h"
 
@@ -109,5 +110,5 @@ private slots:
     }
 };
 
-QTEST_GUILESS_MAIN(TaskAttachmentTest)
+NORVANEBAR_TEST_GUILESS_MAIN(TaskAttachmentTest)
 #include "TaskAttachmentTest.moc"

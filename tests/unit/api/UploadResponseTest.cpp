@@ -1,4 +1,5 @@
 #include "api/UploadResponse.h"
+#include "TestMain.h"
 #include "api/NVError.h"
 
 #include <QTest>
@@ -100,5 +101,5 @@ private slots:
     }
 };
 
-QTEST_GUILESS_MAIN(UploadResponseTest)
+NORVANEBAR_TEST_GUILESS_MAIN(UploadResponseTest)
 #include "UploadResponseTest.moc"

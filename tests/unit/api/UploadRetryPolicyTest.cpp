@@ -1,4 +1,5 @@
 #include "api/UploadRetryPolicy.h"
+#include "TestMain.h"
 #include "api/NVError.h"
 #include "support/FileError.h"
 #include "json/DecodingError.h"
@@ -104,5 +105,5 @@ private slots:
     }
 };
 
-QTEST_GUILESS_MAIN(UploadRetryPolicyTest)
+NORVANEBAR_TEST_GUILESS_MAIN(UploadRetryPolicyTest)
 #include "UploadRetryPolicyTest.moc"

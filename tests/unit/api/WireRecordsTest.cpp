@@ -1,3 +1,4 @@
+#include "TestMain.h"
 #include "api/APIErrorBody.h"
 #include "api/FieldRecords.h"
 #include "api/HierarchyRecords.h"
@@ -224,5 +225,5 @@ private slots:
     }
 };
 
-QTEST_GUILESS_MAIN(WireRecordsTest)
+NORVANEBAR_TEST_GUILESS_MAIN(WireRecordsTest)
 #include "WireRecordsTest.moc"

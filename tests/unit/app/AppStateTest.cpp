@@ -1,4 +1,5 @@
 #include "AppStateFixture.h"
+#include "TestMain.h"
 
 #include <QSignalSpy>
 #include <QTest>
@@ -41,5 +42,5 @@ private slots:
     }
 };
 
-QTEST_GUILESS_MAIN(AppStateTest)
+NORVANEBAR_TEST_GUILESS_MAIN(AppStateTest)
 #include "AppStateTest.moc"

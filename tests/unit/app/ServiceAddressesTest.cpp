@@ -1,4 +1,5 @@
 #include "app/ServiceAddresses.h"
+#include "TestMain.h"
 
 #include <QTest>
 
@@ -22,5 +23,5 @@ private slots:
     }
 };
 
-QTEST_GUILESS_MAIN(ServiceAddressesTest)
+NORVANEBAR_TEST_GUILESS_MAIN(ServiceAddressesTest)
 #include "ServiceAddressesTest.moc"

@@ -1,5 +1,6 @@
 #include "async/LoadGuard.h"
 #include "RunTask.h"
+#include "TestMain.h"
 
 #include <QTest>
 #include <memory>
@@ -97,5 +98,5 @@ private slots:
     }
 };
 
-QTEST_GUILESS_MAIN(LoadGuardTest)
+NORVANEBAR_TEST_GUILESS_MAIN(LoadGuardTest)
 #include "LoadGuardTest.moc"

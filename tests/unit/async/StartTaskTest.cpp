@@ -1,5 +1,6 @@
 #include "async/StartTask.h"
 #include "RunTask.h"
+#include "TestMain.h"
 #include "async/LatestWins.h"
 
 #include <QTest>
@@ -92,5 +93,5 @@ private slots:
     }
 };
 
-QTEST_GUILESS_MAIN(StartTaskTest)
+NORVANEBAR_TEST_GUILESS_MAIN(StartTaskTest)
 #include "StartTaskTest.moc"

@@ -1,4 +1,5 @@
 #include "auth/AccountLabels.h"
+#include "TestMain.h"
 #include "support/NorvaneColor.h"
 
 #include <QTest>
@@ -65,5 +66,5 @@ private slots:
     }
 };
 
-QTEST_GUILESS_MAIN(AccountLabelsTest)
+NORVANEBAR_TEST_GUILESS_MAIN(AccountLabelsTest)
 #include "AccountLabelsTest.moc"

@@ -1,4 +1,5 @@
 #include "auth/KeychainStore.h"
+#include "TestMain.h"
 #include "auth/KeychainStoreError.h"
 
 #include "MemorySecretStore.h"
@@ -96,5 +97,5 @@ private slots:
     }
 };
 
-QTEST_GUILESS_MAIN(KeychainStoreTest)
+NORVANEBAR_TEST_GUILESS_MAIN(KeychainStoreTest)
 #include "KeychainStoreTest.moc"

@@ -1,4 +1,5 @@
 #include "auth/PersonalTokenProvider.h"
+#include "TestMain.h"
 #include "auth/PersonalTokenError.h"
 
 #include "MemorySecretStore.h"
@@ -161,5 +162,5 @@ private slots:
     }
 };
 
-QTEST_GUILESS_MAIN(PersonalTokenProviderTest)
+NORVANEBAR_TEST_GUILESS_MAIN(PersonalTokenProviderTest)
 #include "PersonalTokenProviderTest.moc"

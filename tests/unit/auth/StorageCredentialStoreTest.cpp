@@ -1,4 +1,5 @@
 #include "auth/StorageCredentialStore.h"
+#include "TestMain.h"
 #include "auth/StorageCredentialError.h"
 
 #include "MemorySecretStore.h"
@@ -147,5 +148,5 @@ private slots:
     }
 };
 
-QTEST_GUILESS_MAIN(StorageCredentialStoreTest)
+NORVANEBAR_TEST_GUILESS_MAIN(StorageCredentialStoreTest)
 #include "StorageCredentialStoreTest.moc"

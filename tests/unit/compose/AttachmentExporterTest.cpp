@@ -1,4 +1,5 @@
 #include "compose/AttachmentExporter.h"
+#include "TestMain.h"
 
 #include "TemporaryFolderTesting.h"
 
@@ -51,5 +52,5 @@ private slots:
     }
 };
 
-QTEST_GUILESS_MAIN(AttachmentExporterTest)
+NORVANEBAR_TEST_GUILESS_MAIN(AttachmentExporterTest)
 #include "AttachmentExporterTest.moc"

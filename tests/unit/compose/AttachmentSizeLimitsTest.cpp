@@ -1,4 +1,5 @@
 #include "compose/AttachmentSizeLimits.h"
+#include "TestMain.h"
 
 #include <QTemporaryDir>
 #include <QTest>
@@ -124,5 +125,5 @@ private slots:
     }
 };
 
-QTEST_GUILESS_MAIN(AttachmentSizeLimitsTest)
+NORVANEBAR_TEST_GUILESS_MAIN(AttachmentSizeLimitsTest)
 #include "AttachmentSizeLimitsTest.moc"

@@ -1,4 +1,5 @@
 #include "compose/AttachmentStaging.h"
+#include "TestMain.h"
 #include "compose/AttachmentSizeLimits.h"
 
 #include "TemporaryFolderTesting.h"
@@ -287,5 +288,5 @@ private slots:
     }
 };
 
-QTEST_GUILESS_MAIN(AttachmentStagingTest)
+NORVANEBAR_TEST_GUILESS_MAIN(AttachmentStagingTest)
 #include "AttachmentStagingTest.moc"

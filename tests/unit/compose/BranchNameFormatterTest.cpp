@@ -1,4 +1,5 @@
 #include "compose/BranchNameFormatter.h"
+#include "TestMain.h"
 
 #include <QTest>
 
@@ -106,5 +107,5 @@ private slots:
     }
 };
 
-QTEST_GUILESS_MAIN(BranchNameFormatterTest)
+NORVANEBAR_TEST_GUILESS_MAIN(BranchNameFormatterTest)
 #include "BranchNameFormatterTest.moc"

@@ -1,3 +1,4 @@
+#include "TestMain.h"
 #include "compose/Priorities.h"
 #include "compose/ReminderLeads.h"
 
@@ -46,5 +47,5 @@ private slots:
     }
 };
 
-QTEST_GUILESS_MAIN(ComposerChoicesTest)
+NORVANEBAR_TEST_GUILESS_MAIN(ComposerChoicesTest)
 #include "ComposerChoicesTest.moc"

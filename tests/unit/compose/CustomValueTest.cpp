@@ -1,4 +1,5 @@
 #include "compose/CustomValue.h"
+#include "TestMain.h"
 #include "json/JsonEncoding.h"
 
 #include <QTest>
@@ -212,5 +213,5 @@ private slots:
     }
 };
 
-QTEST_GUILESS_MAIN(CustomValueTest)
+NORVANEBAR_TEST_GUILESS_MAIN(CustomValueTest)
 #include "CustomValueTest.moc"

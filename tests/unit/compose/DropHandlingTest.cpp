@@ -1,4 +1,5 @@
 #include "compose/DropHandling.h"
+#include "TestMain.h"
 
 #include "TemporaryFolderTesting.h"
 
@@ -148,5 +149,5 @@ private slots:
     }
 };
 
-QTEST_GUILESS_MAIN(DropHandlingTest)
+NORVANEBAR_TEST_GUILESS_MAIN(DropHandlingTest)
 #include "DropHandlingTest.moc"

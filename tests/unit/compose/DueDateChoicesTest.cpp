@@ -1,4 +1,5 @@
 #include "compose/DueDateChoices.h"
+#include "TestMain.h"
 
 #include <QTest>
 
@@ -51,5 +52,5 @@ private slots:
     void aDayThatCantBeMadeGivesNoDate() { QVERIFY(!DueDateChoices::at(9, 1, clockAt(QDateTime()), berlin).isValid()); }
 };
 
-QTEST_GUILESS_MAIN(DueDateChoicesTest)
+NORVANEBAR_TEST_GUILESS_MAIN(DueDateChoicesTest)
 #include "DueDateChoicesTest.moc"

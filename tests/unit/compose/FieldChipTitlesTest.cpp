@@ -1,4 +1,5 @@
 #include "compose/FieldChipTitles.h"
+#include "TestMain.h"
 #include "compose/TaskDraft.h"
 
 #include <QTest>
@@ -157,5 +158,5 @@ private slots:
     }
 };
 
-QTEST_GUILESS_MAIN(FieldChipTitlesTest)
+NORVANEBAR_TEST_GUILESS_MAIN(FieldChipTitlesTest)
 #include "FieldChipTitlesTest.moc"

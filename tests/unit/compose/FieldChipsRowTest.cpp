@@ -1,4 +1,5 @@
 #include "compose/FieldChipsRow.h"
+#include "TestMain.h"
 
 #include <QTest>
 
@@ -89,5 +90,5 @@ private slots:
     }
 };
 
-QTEST_GUILESS_MAIN(FieldChipsRowTest)
+NORVANEBAR_TEST_GUILESS_MAIN(FieldChipsRowTest)
 #include "FieldChipsRowTest.moc"

@@ -1,4 +1,5 @@
 #include "compose/FlowRows.h"
+#include "TestMain.h"
 
 #include <QTest>
 
@@ -40,5 +41,5 @@ private slots:
     }
 };
 
-QTEST_GUILESS_MAIN(FlowRowsTest)
+NORVANEBAR_TEST_GUILESS_MAIN(FlowRowsTest)
 #include "FlowRowsTest.moc"

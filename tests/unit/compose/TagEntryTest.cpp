@@ -1,4 +1,5 @@
 #include "compose/TagEntry.h"
+#include "TestMain.h"
 #include "compose/TaskDraft.h"
 
 #include <QTest>
@@ -38,5 +39,5 @@ private slots:
     }
 };
 
-QTEST_GUILESS_MAIN(TagEntryTest)
+NORVANEBAR_TEST_GUILESS_MAIN(TagEntryTest)
 #include "TagEntryTest.moc"

@@ -1,5 +1,6 @@
 #include "compose/TaskDraft.h"
 #include "TemporaryFolderTesting.h"
+#include "TestMain.h"
 #include "json/JsonEncoding.h"
 
 #include <QFile>
@@ -482,5 +483,5 @@ private slots:
     }
 };
 
-QTEST_GUILESS_MAIN(TaskDraftTest)
+NORVANEBAR_TEST_GUILESS_MAIN(TaskDraftTest)
 #include "TaskDraftTest.moc"

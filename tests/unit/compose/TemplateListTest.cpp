@@ -1,5 +1,6 @@
 #include "compose/TemplateList.h"
 #include "SettingsFileTesting.h"
+#include "TestMain.h"
 
 #include <QFile>
 #include <QJsonArray>
@@ -169,5 +170,5 @@ private slots:
     }
 };
 
-QTEST_GUILESS_MAIN(TemplateListTest)
+NORVANEBAR_TEST_GUILESS_MAIN(TemplateListTest)
 #include "TemplateListTest.moc"

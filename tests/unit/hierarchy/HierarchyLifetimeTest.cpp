@@ -1,4 +1,5 @@
 #include "HierarchyTesting.h"
+#include "TestMain.h"
 #include "hierarchy/HierarchyStore.h"
 #include "hierarchy/ListContext.h"
 
@@ -66,5 +67,5 @@ private slots:
     }
 };
 
-QTEST_GUILESS_MAIN(HierarchyLifetimeTest)
+NORVANEBAR_TEST_GUILESS_MAIN(HierarchyLifetimeTest)
 #include "HierarchyLifetimeTest.moc"

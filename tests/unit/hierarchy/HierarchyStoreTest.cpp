@@ -1,5 +1,6 @@
 #include "hierarchy/HierarchyStore.h"
 #include "HierarchyTesting.h"
+#include "TestMain.h"
 
 #include <QSignalSpy>
 #include <QTest>
@@ -256,5 +257,5 @@ private slots:
     }
 };
 
-QTEST_GUILESS_MAIN(HierarchyStoreTest)
+NORVANEBAR_TEST_GUILESS_MAIN(HierarchyStoreTest)
 #include "HierarchyStoreTest.moc"

@@ -1,5 +1,6 @@
 #include "hierarchy/ListContext.h"
 #include "HierarchyTesting.h"
+#include "TestMain.h"
 
 #include <QSignalSpy>
 #include <QTest>
@@ -127,5 +128,5 @@ private slots:
     }
 };
 
-QTEST_GUILESS_MAIN(ListContextTest)
+NORVANEBAR_TEST_GUILESS_MAIN(ListContextTest)
 #include "ListContextTest.moc"

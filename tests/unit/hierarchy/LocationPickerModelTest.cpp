@@ -1,6 +1,7 @@
 #include "hierarchy/LocationPickerModel.h"
 #include "HierarchyTesting.h"
 #include "TemporaryFolderTesting.h"
+#include "TestMain.h"
 #include "hierarchy/LocationRowModel.h"
 
 #include <QJsonArray>
@@ -351,5 +352,5 @@ private slots:
     }
 };
 
-QTEST_GUILESS_MAIN(LocationPickerModelTest)
+NORVANEBAR_TEST_GUILESS_MAIN(LocationPickerModelTest)
 #include "LocationPickerModelTest.moc"

@@ -1,3 +1,4 @@
+#include "TestMain.h"
 #include "json/JsonDecoding.h"
 #include "json/JsonEncoding.h"
 
@@ -102,5 +103,5 @@ private slots:
     }
 };
 
-QTEST_GUILESS_MAIN(JsonRulesTest)
+NORVANEBAR_TEST_GUILESS_MAIN(JsonRulesTest)
 #include "JsonRulesTest.moc"

@@ -3,6 +3,7 @@
 #include "myday/DueCountQuery.h"
 #include "HierarchyTesting.h"
 #include "MyDayTesting.h"
+#include "TestMain.h"
 #include "settings/SettingsStore.h"
 
 #include <QJsonArray>
@@ -173,5 +174,5 @@ private slots:
     }
 };
 
-QTEST_GUILESS_MAIN(DueCountQueryTest)
+NORVANEBAR_TEST_GUILESS_MAIN(DueCountQueryTest)
 #include "DueCountQueryTest.moc"

@@ -1,6 +1,7 @@
 // The row model of the Tasks tab: rows applied with row-level signals and read through roles.
 #include "myday/MyDayRowModel.h"
 #include "MyDayTesting.h"
+#include "TestMain.h"
 
 #include <QSignalSpy>
 #include <QTest>
@@ -86,5 +87,5 @@ private slots:
     }
 };
 
-QTEST_GUILESS_MAIN(MyDayRowModelTest)
+NORVANEBAR_TEST_GUILESS_MAIN(MyDayRowModelTest)
 #include "MyDayRowModelTest.moc"

@@ -3,6 +3,7 @@
 #include "myday/MyDayStore.h"
 #include "HierarchyTesting.h"
 #include "MyDayTesting.h"
+#include "TestMain.h"
 
 #include <QJsonDocument>
 #include <QSignalSpy>
@@ -276,5 +277,5 @@ private slots:
     }
 };
 
-QTEST_GUILESS_MAIN(MyDayStoreTest)
+NORVANEBAR_TEST_GUILESS_MAIN(MyDayStoreTest)
 #include "MyDayStoreTest.moc"

@@ -1,6 +1,7 @@
 // Every text My Day shows goes through translation with its exact English as the source text.
 #include "HierarchyTesting.h"
 #include "MyDayTesting.h"
+#include "TestMain.h"
 #include "myday/MyDayStore.h"
 #include "myday/QuickTimes.h"
 #include "myday/TasksTabState.h"
@@ -57,5 +58,5 @@ private slots:
     }
 };
 
-QTEST_GUILESS_MAIN(MyDayTextsTest)
+NORVANEBAR_TEST_GUILESS_MAIN(MyDayTextsTest)
 #include "MyDayTextsTest.moc"

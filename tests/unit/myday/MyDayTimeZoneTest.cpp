@@ -2,6 +2,7 @@
 // and back: today's bounds stay 00:00:00 to 23:59:59 on days of 23 and 25 hours, and the quick
 // times land on the wall-clock hour.
 #include "MyDayTesting.h"
+#include "TestMain.h"
 #include "myday/DayBounds.h"
 #include "myday/QuickTimes.h"
 #include "myday/SnoozePresets.h"
@@ -145,5 +146,5 @@ private slots:
     }
 };
 
-QTEST_GUILESS_MAIN(MyDayTimeZoneTest)
+NORVANEBAR_TEST_GUILESS_MAIN(MyDayTimeZoneTest)
 #include "MyDayTimeZoneTest.moc"

@@ -2,6 +2,7 @@
 // test pins zones with daylight-saving changes.
 #include "myday/SnoozePresets.h"
 #include "MyDayTesting.h"
+#include "TestMain.h"
 #include "myday/QuickTimes.h"
 
 #include <QTest>
@@ -75,5 +76,5 @@ private slots:
     }
 };
 
-QTEST_GUILESS_MAIN(SnoozePresetsTest)
+NORVANEBAR_TEST_GUILESS_MAIN(SnoozePresetsTest)
 #include "SnoozePresetsTest.moc"

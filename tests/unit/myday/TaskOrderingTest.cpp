@@ -2,6 +2,7 @@
 // count of tasks due by the end of today.
 #include "myday/TaskOrdering.h"
 #include "MyDayTesting.h"
+#include "TestMain.h"
 #include "myday/DueDate.h"
 
 #include <QTest>
@@ -84,5 +85,5 @@ private slots:
     }
 };
 
-QTEST_GUILESS_MAIN(TaskOrderingTest)
+NORVANEBAR_TEST_GUILESS_MAIN(TaskOrderingTest)
 #include "TaskOrderingTest.moc"

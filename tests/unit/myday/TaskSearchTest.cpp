@@ -1,6 +1,7 @@
 // Searching the loaded tasks: tokens, folding of case and accents, and the five fields searched.
 #include "myday/TaskSearch.h"
 #include "MyDayTesting.h"
+#include "TestMain.h"
 
 #include <QTest>
 
@@ -53,5 +54,5 @@ private slots:
     }
 };
 
-QTEST_GUILESS_MAIN(TaskSearchTest)
+NORVANEBAR_TEST_GUILESS_MAIN(TaskSearchTest)
 #include "TaskSearchTest.moc"

@@ -1,6 +1,7 @@
 // The subtask tree: roots, children in list order, depth, and lists the service should never send.
 #include "myday/TaskTree.h"
 #include "MyDayTesting.h"
+#include "TestMain.h"
 
 #include <QTest>
 
@@ -58,5 +59,5 @@ private slots:
     }
 };
 
-QTEST_GUILESS_MAIN(TaskTreeTest)
+NORVANEBAR_TEST_GUILESS_MAIN(TaskTreeTest)
 #include "TaskTreeTest.moc"

@@ -4,6 +4,7 @@
 #include "HierarchyTesting.h"
 #include "MyDayTesting.h"
 #include "RecordingNotifier.h"
+#include "TestMain.h"
 
 #include <QJsonDocument>
 #include <QSignalSpy>
@@ -271,5 +272,5 @@ private slots:
     }
 };
 
-QTEST_GUILESS_MAIN(TasksTabStateTest)
+NORVANEBAR_TEST_GUILESS_MAIN(TasksTabStateTest)
 #include "TasksTabStateTest.moc"

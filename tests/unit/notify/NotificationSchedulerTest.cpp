@@ -1,4 +1,5 @@
 #include "NotifyTesting.h"
+#include "TestMain.h"
 #include "notify/NotificationCategories.h"
 
 #include <QRegularExpression>
@@ -251,5 +252,5 @@ private slots:
     }
 };
 
-QTEST_GUILESS_MAIN(NotificationSchedulerTest)
+NORVANEBAR_TEST_GUILESS_MAIN(NotificationSchedulerTest)
 #include "NotificationSchedulerTest.moc"

@@ -1,5 +1,6 @@
 #include "notify/ReminderFile.h"
 #include "NotifyTesting.h"
+#include "TestMain.h"
 
 #include <QFile>
 #include <QTest>
@@ -126,5 +127,5 @@ private slots:
     }
 };
 
-QTEST_GUILESS_MAIN(ReminderFileTest)
+NORVANEBAR_TEST_GUILESS_MAIN(ReminderFileTest)
 #include "ReminderFileTest.moc"

@@ -1,4 +1,5 @@
 #include "NotifyTesting.h"
+#include "TestMain.h"
 #include "notify/ReminderFile.h"
 
 #include <QFile>
@@ -155,5 +156,5 @@ private slots:
     }
 };
 
-QTEST_GUILESS_MAIN(RemindersTest)
+NORVANEBAR_TEST_GUILESS_MAIN(RemindersTest)
 #include "RemindersTest.moc"

@@ -1,5 +1,6 @@
 #include "settings/FieldVisibility.h"
 #include "SettingsFileTesting.h"
+#include "TestMain.h"
 
 #include <QFile>
 #include <QJsonArray>
@@ -68,5 +69,5 @@ private slots:
     }
 };
 
-QTEST_GUILESS_MAIN(FieldVisibilityTest)
+NORVANEBAR_TEST_GUILESS_MAIN(FieldVisibilityTest)
 #include "FieldVisibilityTest.moc"

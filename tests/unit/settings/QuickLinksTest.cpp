@@ -1,5 +1,6 @@
 #include "settings/QuickLinks.h"
 #include "SettingsFileTesting.h"
+#include "TestMain.h"
 
 #include "json/JsonDecoding.h"
 
@@ -93,5 +94,5 @@ private slots:
     }
 };
 
-QTEST_GUILESS_MAIN(QuickLinksTest)
+NORVANEBAR_TEST_GUILESS_MAIN(QuickLinksTest)
 #include "QuickLinksTest.moc"

@@ -1,4 +1,5 @@
 #include "settings/ReminderLeadTime.h"
+#include "TestMain.h"
 
 #include <QTest>
 
@@ -18,5 +19,5 @@ private slots:
     }
 };
 
-QTEST_GUILESS_MAIN(ReminderLeadTimeTest)
+NORVANEBAR_TEST_GUILESS_MAIN(ReminderLeadTimeTest)
 #include "ReminderLeadTimeTest.moc"

@@ -1,5 +1,6 @@
 // A writer killed at any moment of a save leaves the old file or the new one, never half of either.
 #include "BigSettings.h"
+#include "TestMain.h"
 #include "settings/SettingsStore.h"
 #include "json/JsonEncoding.h"
 
@@ -112,5 +113,5 @@ private slots:
     }
 };
 
-QTEST_GUILESS_MAIN(SettingsKillTest)
+NORVANEBAR_TEST_GUILESS_MAIN(SettingsKillTest)
 #include "SettingsKillTest.moc"

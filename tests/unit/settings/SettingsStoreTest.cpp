@@ -1,4 +1,5 @@
 #include "settings/SettingsStore.h"
+#include "TestMain.h"
 
 #include "json/JsonDecoding.h"
 
@@ -423,5 +424,5 @@ private slots:
     }
 };
 
-QTEST_GUILESS_MAIN(SettingsStoreTest)
+NORVANEBAR_TEST_GUILESS_MAIN(SettingsStoreTest)
 #include "SettingsStoreTest.moc"

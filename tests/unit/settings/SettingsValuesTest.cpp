@@ -1,3 +1,4 @@
+#include "TestMain.h"
 #include "compose/TaskTemplate.h"
 #include "recording/FacecamStyle.h"
 #include "recording/RecordingQuality.h"
@@ -195,5 +196,5 @@ private slots:
     }
 };
 
-QTEST_GUILESS_MAIN(SettingsValuesTest)
+NORVANEBAR_TEST_GUILESS_MAIN(SettingsValuesTest)
 #include "SettingsValuesTest.moc"

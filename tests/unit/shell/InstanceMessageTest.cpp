@@ -1,4 +1,5 @@
 #include "shell/InstanceMessage.h"
+#include "TestMain.h"
 
 #include <QTest>
 
@@ -31,5 +32,5 @@ private slots:
     }
 };
 
-QTEST_GUILESS_MAIN(InstanceMessageTest)
+NORVANEBAR_TEST_GUILESS_MAIN(InstanceMessageTest)
 #include "InstanceMessageTest.moc"

@@ -1,4 +1,5 @@
 #include "shell/PopoverPlacement.h"
+#include "TestMain.h"
 
 #include <QTest>
 
@@ -47,5 +48,5 @@ private slots:
     }
 };
 
-QTEST_GUILESS_MAIN(PopoverPlacementTest)
+NORVANEBAR_TEST_GUILESS_MAIN(PopoverPlacementTest)
 #include "PopoverPlacementTest.moc"

@@ -1,4 +1,5 @@
 #include "shell/PopoverToggle.h"
+#include "TestMain.h"
 
 #include <QTest>
 
@@ -30,5 +31,5 @@ private slots:
     }
 };
 
-QTEST_GUILESS_MAIN(PopoverToggleTest)
+NORVANEBAR_TEST_GUILESS_MAIN(PopoverToggleTest)
 #include "PopoverToggleTest.moc"

@@ -4,6 +4,7 @@
 #include "HierarchyTesting.h"
 #include "SubmitPipeline.h"
 #include "SubmitTesting.h"
+#include "TestMain.h"
 #include "myday/DueCountQuery.h"
 #include "settings/SettingsStore.h"
 #include "storage/StorageProviderRegistry.h"
@@ -178,5 +179,5 @@ private slots:
     }
 };
 
-QTEST_GUILESS_MAIN(StatusItemBadgeModelTest)
+NORVANEBAR_TEST_GUILESS_MAIN(StatusItemBadgeModelTest)
 #include "StatusItemBadgeModelTest.moc"

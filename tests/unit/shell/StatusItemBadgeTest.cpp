@@ -1,4 +1,5 @@
 #include "shell/StatusItemBadge.h"
+#include "TestMain.h"
 
 #include <QTest>
 
@@ -41,5 +42,5 @@ private slots:
     }
 };
 
-QTEST_GUILESS_MAIN(StatusItemBadgeTest)
+NORVANEBAR_TEST_GUILESS_MAIN(StatusItemBadgeTest)
 #include "StatusItemBadgeTest.moc"

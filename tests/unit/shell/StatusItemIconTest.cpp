@@ -1,4 +1,5 @@
 #include "shell/StatusItemIcon.h"
+#include "TestMain.h"
 
 #include <QTest>
 
@@ -59,5 +60,5 @@ private slots:
     }
 };
 
-QTEST_GUILESS_MAIN(StatusItemIconTest)
+NORVANEBAR_TEST_GUILESS_MAIN(StatusItemIconTest)
 #include "StatusItemIconTest.moc"

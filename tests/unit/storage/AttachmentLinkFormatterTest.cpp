@@ -1,4 +1,5 @@
 #include "storage/AttachmentLinkFormatter.h"
+#include "TestMain.h"
 
 #include <QTest>
 
@@ -49,5 +50,5 @@ private slots:
     }
 };
 
-QTEST_GUILESS_MAIN(AttachmentLinkFormatterTest)
+NORVANEBAR_TEST_GUILESS_MAIN(AttachmentLinkFormatterTest)
 #include "AttachmentLinkFormatterTest.moc"

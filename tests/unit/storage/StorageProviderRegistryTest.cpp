@@ -1,4 +1,5 @@
 #include "storage/StorageProviderRegistry.h"
+#include "TestMain.h"
 #include "storage/StorageProviderError.h"
 
 #include "RunTask.h"
@@ -129,5 +130,5 @@ private slots:
     }
 };
 
-QTEST_GUILESS_MAIN(StorageProviderRegistryTest)
+NORVANEBAR_TEST_GUILESS_MAIN(StorageProviderRegistryTest)
 #include "StorageProviderRegistryTest.moc"

@@ -1,4 +1,5 @@
 #include "submit/AttachmentUploadQueue.h"
+#include "TestMain.h"
 #include "submit/AttachmentUploadError.h"
 #include "submit/AttachmentUploader.h"
 
@@ -232,5 +233,5 @@ private slots:
     }
 };
 
-QTEST_GUILESS_MAIN(AttachmentUploadQueueTest)
+NORVANEBAR_TEST_GUILESS_MAIN(AttachmentUploadQueueTest)
 #include "AttachmentUploadQueueTest.moc"

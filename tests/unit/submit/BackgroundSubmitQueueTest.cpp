@@ -5,6 +5,7 @@
 #include "RunTask.h"
 #include "SubmitPipeline.h"
 #include "SubmitTesting.h"
+#include "TestMain.h"
 #include "settings/SettingsStore.h"
 #include "storage/StorageProviderRegistry.h"
 
@@ -318,5 +319,5 @@ private slots:
     }
 };
 
-QTEST_GUILESS_MAIN(BackgroundSubmitQueueTest)
+NORVANEBAR_TEST_GUILESS_MAIN(BackgroundSubmitQueueTest)
 #include "BackgroundSubmitQueueTest.moc"

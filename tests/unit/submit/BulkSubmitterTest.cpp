@@ -1,4 +1,5 @@
 #include "submit/BulkSubmitter.h"
+#include "TestMain.h"
 
 #include "HierarchyTesting.h"
 #include "RunTask.h"
@@ -79,5 +80,5 @@ private slots:
     }
 };
 
-QTEST_GUILESS_MAIN(BulkSubmitterTest)
+NORVANEBAR_TEST_GUILESS_MAIN(BulkSubmitterTest)
 #include "BulkSubmitterTest.moc"

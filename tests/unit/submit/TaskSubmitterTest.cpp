@@ -1,4 +1,5 @@
 #include "submit/TaskSubmitter.h"
+#include "TestMain.h"
 #include "submit/AttachmentUploadQueue.h"
 
 #include "HierarchyTesting.h"
@@ -182,5 +183,5 @@ private slots:
     }
 };
 
-QTEST_GUILESS_MAIN(TaskSubmitterTest)
+NORVANEBAR_TEST_GUILESS_MAIN(TaskSubmitterTest)
 #include "TaskSubmitterTest.moc"

@@ -1,4 +1,5 @@
 #include "support/NorvaneColor.h"
+#include "TestMain.h"
 
 #include <QTest>
 
@@ -43,5 +44,5 @@ private slots:
     }
 };
 
-QTEST_GUILESS_MAIN(NorvaneColorTest)
+NORVANEBAR_TEST_GUILESS_MAIN(NorvaneColorTest)
 #include "NorvaneColorTest.moc"

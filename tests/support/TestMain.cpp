@@ -1,0 +1,13 @@
+#include "TestMain.h"
+
+#include "async/StartTask.h"
+
+namespace {
+void failTheTest(const QString& description) {
+    qFatal("A started task let an exception escape: %s", qUtf8Printable(description));
+}
+} // namespace
+
+void TestMain::failOnEscapedExceptions() {
+    setEscapedExceptionHandler(&failTheTest);
+}

@@ -34,7 +34,7 @@ AppState::AppState(AppEnvironment environment, QObject* parent)
     , m_auth(m_tokenProvider, m_settings, m_client, m_hierarchy, m_location, m_myDay, m_draft)
     , m_templates(m_settings, m_hierarchy, m_location, m_draft)
     , m_notifications(*environment.notificationCenter, *environment.linkActions, environment.remindersPath,
-                      std::move(environment.clock))
+                      std::move(environment.clock), environment.wallClockAlarms())
     , m_linkActions(*environment.linkActions)
     , m_submitQueue(m_notifications, m_uploadQueue, m_storageProviders, m_settings)
     , m_submit(m_draft, m_settings, m_location, m_client, m_submitQueue, m_notifications) {

@@ -25,8 +25,8 @@
 #include <functional>
 #include <optional>
 
-// What the desktop hands the central state: the secret store, the notification center and what is
-// done with a task's link, and seams for tests.
+// What the desktop hands the central state: the secret store, the notification center, what is
+// done with a task's link and the wall-clock alarms, and seams for tests.
 struct AppEnvironment {
     SecretStore* secrets = nullptr;
     // The settings file; empty means the user's own.
@@ -37,6 +37,8 @@ struct AppEnvironment {
     LinkActions* linkActions = nullptr;
     // The file of reminders; empty means the user's own.
     QString remindersPath;
+    // Alarms for what happens at a time of day: reminders, and midnight.
+    WallClockAlarms wallClockAlarms;
 };
 
 // The one central object and the place where NorvaneBar is put together: it builds the token

@@ -33,6 +33,7 @@ AppState::AppState(AppEnvironment environment, QObject* parent)
     , m_location(m_settings, m_hierarchy, m_client, m_draft)
     , m_auth(m_tokenProvider, m_settings, m_client, m_hierarchy, m_location, m_myDay, m_draft)
     , m_templates(m_settings, m_hierarchy, m_location, m_draft)
+    , m_dayChange(environment.clock, environment.wallClockAlarms())
     , m_notifications(*environment.notificationCenter, *environment.linkActions, environment.remindersPath,
                       std::move(environment.clock), environment.wallClockAlarms())
     , m_linkActions(*environment.linkActions)

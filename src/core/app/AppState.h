@@ -3,6 +3,7 @@
 #include "api/DirectUploadSession.h"
 #include "api/NorvaneClient.h"
 #include "app/ServiceAddresses.h"
+#include "async/DayChange.h"
 #include "auth/AuthController.h"
 #include "auth/PersonalTokenProvider.h"
 #include "compose/TaskDraft.h"
@@ -70,6 +71,8 @@ public:
     // The popover's submission: the session it follows, the mode of the composer, and the banner.
     SubmitController& submit() { return m_submit; }
     const ServiceAddresses& serviceAddresses() const { return m_addresses; }
+    // Tells when the local day changes, for whatever reads "today".
+    DayChange& dayChange() { return m_dayChange; }
 
     const AuthState& authState() const { return m_auth.authState(); }
     const AuthValidationGeneration& authValidation() const { return m_auth.authValidation(); }
@@ -112,6 +115,7 @@ private:
     LocationMemory m_location;
     AuthController m_auth;
     TemplateActions m_templates;
+    DayChange m_dayChange;
     NotificationScheduler m_notifications;
     LinkActions& m_linkActions;
     StorageProviderRegistry m_storageProviders;

@@ -14,5 +14,6 @@ TasksTabContext myDayContext(AppState& app) {
         .reminders = &app.notifications(),
         .webBaseURL = app.serviceAddresses().webBaseURL,
         .clock = app.myDay().clock(),
+        .dayChange = &app.dayChange(),
     };
 }

@@ -15,6 +15,13 @@ SandboxFault SandboxFault::delay(const QString& path, int delayMs) {
     return fault;
 }
 
+SandboxFault SandboxFault::hold(const QString& path) {
+    SandboxFault fault;
+    fault.path = path;
+    fault.held = true;
+    return fault;
+}
+
 SandboxFault SandboxFault::dropConnection(const QString& path, int times) {
     SandboxFault fault;
     fault.path = path;
@@ -81,6 +88,9 @@ QJsonObject SandboxFault::toJson() const {
     }
     if (dropAfter) {
         rule.insert(QStringLiteral("dropAfter"), true);
+    }
+    if (held) {
+        rule.insert(QStringLiteral("hold"), true);
     }
     return rule;
 }

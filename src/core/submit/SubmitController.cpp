@@ -16,6 +16,13 @@ bool hasNonBlankLine(const QString& lines) {
     const QStringList split = lines.split(QLatin1Char('\n'));
     return std::any_of(split.cbegin(), split.cend(), [](const QString& line) { return !line.trimmed().isEmpty(); });
 }
+
+// A result page: the job behind it has ended.
+bool showsResult(const ForegroundSubmitPhase& phase) {
+    return std::holds_alternative<ForegroundSubmitPhases::Done>(phase) ||
+           std::holds_alternative<ForegroundSubmitPhases::Failed>(phase) ||
+           std::holds_alternative<ForegroundSubmitPhases::BulkDone>(phase);
+}
 } // namespace
 
 SubmitController::SubmitController(TaskDraft& draft, SettingsStore& settings, LocationMemory& location,
@@ -100,7 +107,10 @@ void SubmitController::backgroundActiveSubmit() {
         return;
     }
     m_notifier.requestNotificationPermissionIfNeeded();
-    m_queue.markBackgrounded(*m_foregroundSubmit);
+    // A job that has ended would never take its id out of the background again.
+    if (!showsResult(m_foregroundSubmit->phase)) {
+        m_queue.markBackgrounded(*m_foregroundSubmit);
+    }
     setForegroundSubmit(std::nullopt);
     resetDraftForNewTask();
 }

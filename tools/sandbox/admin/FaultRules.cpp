@@ -31,7 +31,8 @@ QJsonObject FaultRule::toJson() const {
                        {QStringLiteral("applied"), applied},
                        {QStringLiteral("delayMs"), delayMs},
                        {QStringLiteral("drop"), drop},
-                       {QStringLiteral("dropAfter"), dropAfter}};
+                       {QStringLiteral("dropAfter"), dropAfter},
+                       {QStringLiteral("hold"), hold}};
     if (answer) {
         object.insert(QStringLiteral("status"), answer->status);
     }
@@ -50,6 +51,7 @@ std::variant<FaultRule, QString> FaultRules::parse(const QJsonObject& object) {
     rule.delayMs = static_cast<int>(fields.integer(QStringLiteral("delayMs")).value_or(0));
     rule.drop = fields.boolean(QStringLiteral("drop")).value_or(false);
     rule.dropAfter = fields.boolean(QStringLiteral("dropAfter")).value_or(false);
+    rule.hold = fields.boolean(QStringLiteral("hold")).value_or(false);
     const std::optional<qint64> status = fields.integer(QStringLiteral("status"));
     const std::optional<QString> err = fields.string(QStringLiteral("err"));
     const std::optional<QString> ecode = fields.string(QStringLiteral("ecode"));
@@ -77,8 +79,8 @@ std::variant<FaultRule, QString> FaultRules::parse(const QJsonObject& object) {
     if (rule.dropAfter && (status || rule.drop)) {
         return QStringLiteral("a rule with dropAfter neither answers with a status nor drops before handling");
     }
-    if (!status && !rule.drop && !rule.dropAfter && rule.delayMs == 0) {
-        return QStringLiteral("a rule needs a status, drop, dropAfter or delayMs");
+    if (!status && !rule.drop && !rule.dropAfter && rule.delayMs == 0 && !rule.hold) {
+        return QStringLiteral("a rule needs a status, drop, dropAfter, delayMs or hold");
     }
     if (!headers.isUndefined() && !headers.isObject()) {
         return QStringLiteral("headers must be an object of strings");
@@ -153,7 +155,9 @@ std::optional<FaultRule> FaultRules::take(const QByteArray& method, const QStrin
                 --rule.remaining;
             }
             ++rule.applied;
-            return rule;
+            FaultRule taken = rule;
+            taken.releasesAtTake = m_releases;
+            return taken;
         }
     }
     return std::nullopt;
@@ -171,4 +175,18 @@ QJsonArray FaultRules::toJson() const {
 void FaultRules::clear() {
     std::lock_guard lock(m_mutex);
     m_rules.clear();
+    ++m_releases;
+    m_released.notify_all();
+}
+
+void FaultRules::waitUntilReleased(const FaultRule& rule) {
+    std::unique_lock lock(m_mutex);
+    m_released.wait_for(lock, std::chrono::milliseconds(maximumDelayMs),
+                        [this, &rule] { return m_releases != rule.releasesAtTake; });
+}
+
+void FaultRules::release() {
+    std::lock_guard lock(m_mutex);
+    ++m_releases;
+    m_released.notify_all();
 }

@@ -1,10 +1,10 @@
 #include "async/DayChange.h"
 
-DayChange::DayChange(Clock clock, std::unique_ptr<WallClockAlarm> alarm, QTimeZone zone, QObject* parent)
+DayChange::DayChange(Clock clock, std::unique_ptr<WallClockAlarm> alarm, const QTimeZone& zone, QObject* parent)
     : QObject(parent)
     , m_clock(std::move(clock))
     , m_alarm(std::move(alarm))
-    , m_zone(std::move(zone))
+    , m_zone(zone)
     , m_today(m_clock().toTimeZone(m_zone).date()) {
     connect(m_alarm.get(), &WallClockAlarm::fired, this, &DayChange::check);
     connect(m_alarm.get(), &WallClockAlarm::clockJumped, this, &DayChange::check);

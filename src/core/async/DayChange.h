@@ -16,7 +16,7 @@ class DayChange : public QObject {
     Q_OBJECT
 
 public:
-    DayChange(Clock clock, std::unique_ptr<WallClockAlarm> alarm, QTimeZone zone = QTimeZone::systemTimeZone(),
+    DayChange(Clock clock, std::unique_ptr<WallClockAlarm> alarm, const QTimeZone& zone = QTimeZone::systemTimeZone(),
               QObject* parent = nullptr);
 
     QDate today() const { return m_today; }

@@ -37,7 +37,7 @@ void TimerFdAlarm::disarm() {
     setTimer(std::nullopt);
 }
 
-void TimerFdAlarm::setTimer(const std::optional<QDateTime>& instant) {
+void TimerFdAlarm::setTimer(const std::optional<QDateTime>& instant) const {
     itimerspec spec{};
     int flags = 0;
     if (instant) {

@@ -24,7 +24,7 @@ public:
 
 private:
     // Sets the kernel's timer for `instant`, or stops it.
-    void setTimer(const std::optional<QDateTime>& instant);
+    void setTimer(const std::optional<QDateTime>& instant) const;
     void readTimer();
 
     int m_fd;

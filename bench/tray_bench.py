@@ -6,6 +6,8 @@ same hermetic desktop (run inside `desktop-session run --tray sni`).
                             (cold: the first open of a process; warm: later opens)
   memory, idle              resident and anonymous memory 5 s after the tray is ready
   CPU, wake-ups, idle       CPU time and context switches of all threads over an idle window
+  ... reminder armed        the same for NorvaneBar with a reminder due tomorrow in its profile, so
+                            its wall-clock alarm is armed (against the bare tray's idle figures)
 
 usage: tray_bench.py NORVANEBAR BASELINE [--runs N] [--idle-runs N] [--idle-seconds S]"""
 
@@ -125,6 +127,25 @@ def idle_delta(before, after):
     return cpu, switches
 
 
+def reminders_file():
+    return os.path.join(os.environ["XDG_DATA_HOME"], "NorvaneBar", "reminders.json")
+
+
+def arm_reminder_for_tomorrow():
+    """Writes a reminder due 24 hours from now into the profile's reminders file, as the Tasks tab
+    would keep it; NorvaneBar arms its alarm for it at start."""
+    os.makedirs(os.path.dirname(reminders_file()), exist_ok=True)
+    reminder = {"identifier": "norvanebar-reminder-bench", "taskName": "Bench reminder",
+                "fireDate": round(time.time() + 86400, 3)}
+    with open(reminders_file(), "w", encoding="utf-8") as file:
+        json.dump({"reminders": [reminder]}, file)
+
+
+def reminder_still_kept():
+    with open(reminders_file(), encoding="utf-8") as file:
+        return len(json.load(file)["reminders"]) == 1
+
+
 def summary(values, unit, scale=1.0):
     values = [v * scale for v in values]
     digits = 4 if unit == "%" else 2
@@ -186,9 +207,20 @@ def main():
 
     timing = measure_start_and_toggles([app, base], args.runs)
     idle = measure_idle([app, base], args.idle_runs, args.idle_seconds)
+    arm_reminder_for_tomorrow()
+    try:
+        with_reminder = measure_idle([app], args.idle_runs, args.idle_seconds)
+        if not reminder_still_kept():
+            raise RuntimeError("the reminder due tomorrow left the file while NorvaneBar was idle")
+    finally:
+        os.remove(reminders_file())
+    idle["NorvaneBar"]["cpu armed"] = with_reminder["NorvaneBar"]["cpu"]
+    idle["NorvaneBar"]["wakeups armed"] = with_reminder["NorvaneBar"]["wakeups"]
+    idle["bare tray"]["cpu armed"] = idle["bare tray"]["cpu"]
+    idle["bare tray"]["wakeups armed"] = idle["bare tray"]["wakeups"]
 
     print(f"tray benchmarks: median [min – max]; {args.runs} runs, idle over {args.idle_runs} × {args.idle_seconds:g} s")
-    print(f"{'measure':28} {'NorvaneBar':32} {'bare tray baseline':32} ratio   target")
+    print(f"{'measure':32} {'NorvaneBar':32} {'bare tray baseline':32} ratio   target")
     rows = [
         ("start -> tray ready", timing, "start", "ms", 1000, "≤ 1.5× baseline"),
         ("toggle -> frame, cold", timing, "cold", "ms", 1000, "≤ 100 ms"),
@@ -197,10 +229,12 @@ def main():
         ("anonymous memory, idle", idle, "anon", "MB", 1 / 1024, "≤ 15 MB"),
         ("CPU, idle", idle, "cpu", "%", 1, "≤ 0.01 %"),
         ("wake-ups, idle", idle, "wakeups", "/s", 1, "≤ 1 /s"),
+        ("CPU, idle, reminder armed", idle, "cpu armed", "%", 1, "≤ 0.01 %"),
+        ("wake-ups, idle, reminder armed", idle, "wakeups armed", "/s", 1, "≤ 1 /s"),
     ]
     for label, table, key, unit, scale, target in rows:
         mine, theirs = table["NorvaneBar"][key], table["bare tray"][key]
-        print(f"{label:28} {summary(mine, unit, scale):32} {summary(theirs, unit, scale):32} {ratio(mine, theirs)}  {target}")
+        print(f"{label:32} {summary(mine, unit, scale):32} {summary(theirs, unit, scale):32} {ratio(mine, theirs)}  {target}")
 
 
 if __name__ == "__main__":

@@ -49,9 +49,11 @@ AppState& AppStateFixture::start() {
         .secrets = m_secrets,
         .settingsPath = settingsPath(),
         .sleeper = m_sleeper.sleeper(),
+        .clock = m_clock,
         .notificationCenter = m_center,
         .linkActions = &m_linkActions,
         .remindersPath = remindersPath(),
+        .wallClockAlarms = m_wallClock.alarms(),
     });
     return *m_app;
 }

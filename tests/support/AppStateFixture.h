@@ -1,6 +1,7 @@
 #pragma once
 
 #include "ClientTesting.h"
+#include "ManualWallClock.h"
 #include "MemorySecretStore.h"
 #include "RecordingLinkActions.h"
 #include "RecordingNotificationCenter.h"
@@ -15,8 +16,9 @@
 
 // The central state as the app builds it, for a test: a settings file and a reminders file of its
 // own in a temporary folder, aimed at a sandbox when one is given, secrets in memory unless the test
-// brings a store, a notification center and link actions that record, and waits that return at once. A test against the
-// sandbox:
+// brings a store, a notification center and link actions that record, waits that return at once,
+// and wall-clock alarms that ring only when the test moves the fixture's wall clock. A test against
+// the sandbox:
 //   AppStateFixture fixture(&sandbox);
 //   fixture.storeToken(userID, token);
 //   AppState& app = fixture.startSignedIn();
@@ -54,6 +56,10 @@ public:
     // The notification center of the central states started from now on, in place of the recording one.
     void useNotificationCenter(NotificationCenter& center) { m_center = &center; }
     RecordingLinkActions& linkActions() { return m_linkActions; }
+    // The clock whose moves ring the alarms. The central state reads the system's time unless
+    // useWallClockTime() was called before it started.
+    ManualWallClock& wallClock() { return m_wallClock; }
+    void useWallClockTime() { m_clock = m_wallClock.clock(); }
     QString settingsPath() const { return m_folder.filePath(QStringLiteral("settings.json")); }
     QString remindersPath() const { return m_folder.filePath(QStringLiteral("reminders.json")); }
 
@@ -66,5 +72,7 @@ private:
     RecordingNotificationCenter m_notificationCenter;
     NotificationCenter* m_center = &m_notificationCenter;
     RecordingLinkActions m_linkActions;
+    ManualWallClock m_wallClock{QDateTime::currentDateTimeUtc()};
+    Clock m_clock = Clocks::system();
     std::unique_ptr<AppState> m_app;
 };

@@ -2,7 +2,7 @@
 
 void RecordingNotifier::deliver(const Delivered& onDelivered) const {
     if (onDelivered) {
-        onDelivered(delivers);
+        onDelivered(delivers ? Delivery::delivered : Delivery::undelivered);
     }
 }
 

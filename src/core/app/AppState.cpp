@@ -38,8 +38,9 @@ AppState::AppState(AppEnvironment environment, QObject* parent)
     , m_location(m_settings, m_hierarchy, m_client, m_draft)
     , m_auth(m_tokenProvider, m_settings, m_client, m_hierarchy, m_location, m_myDay, m_draft)
     , m_templates(m_settings, m_hierarchy, m_location, m_draft)
+    , m_dayChange(environment.clock, environment.wallClockAlarms())
     , m_notifications(*environment.notificationCenter, *environment.linkActions, environment.remindersPath,
-                      std::move(environment.clock))
+                      std::move(environment.clock), environment.wallClockAlarms())
     , m_linkActions(*environment.linkActions)
     , m_submitQueue(m_notifications, m_uploadQueue, m_storageProviders, m_settings)
     , m_submit(m_draft, m_settings, m_location, m_client, m_submitQueue, m_notifications)
@@ -54,6 +55,7 @@ AppState::AppState(AppEnvironment environment, QObject* parent)
         [this](const QUuid& jobID) { m_submitQueue.retry(jobID, m_client, PhaseHandler(), true); });
     // A task changed by a row action of the Tasks tab may have left today's count, or joined it.
     connect(&m_myDay, &MyDayStore::taskChanged, &m_dueCount, &DueCountQuery::startRefresh);
+    connect(&m_dayChange, &DayChange::dayChanged, &m_dueCount, &DueCountQuery::recount);
     connect(&m_auth, &AuthController::authStateChanged, this, &AppState::authStateChanged);
     connect(&m_location, &LocationMemory::currentContextChanged, this, &AppState::currentContextChanged);
     connect(&m_location, &LocationMemory::activeWorkspaceIDChanged, this, &AppState::activeWorkspaceIDChanged);

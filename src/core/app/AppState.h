@@ -3,6 +3,7 @@
 #include "api/DirectUploadSession.h"
 #include "api/NorvaneClient.h"
 #include "app/ServiceAddresses.h"
+#include "async/DayChange.h"
 #include "auth/AuthController.h"
 #include "auth/PersonalTokenProvider.h"
 #include "compose/TaskDraft.h"
@@ -25,8 +26,8 @@
 #include <QObject>
 #include <optional>
 
-// What the desktop hands the central state: the secret store, the notification center and what is
-// done with a task's link, and seams for tests.
+// What the desktop hands the central state: the secret store, the notification center, what is
+// done with a task's link and the wall-clock alarms, and seams for tests.
 struct AppEnvironment {
     SecretStore* secrets = nullptr;
     // The settings file; empty means the user's own.
@@ -37,6 +38,8 @@ struct AppEnvironment {
     LinkActions* linkActions = nullptr;
     // The file of reminders; empty means the user's own.
     QString remindersPath;
+    // Alarms for what happens at a time of day: reminders, and midnight.
+    WallClockAlarms wallClockAlarms;
 };
 
 // The one central object and the place where NorvaneBar is put together: it builds the token
@@ -72,6 +75,8 @@ public:
     // The popover's submission: the session it follows, the mode of the composer, and the banner.
     SubmitController& submit() { return m_submit; }
     const ServiceAddresses& serviceAddresses() const { return m_addresses; }
+    // Tells when the local day changes, for whatever reads "today".
+    DayChange& dayChange() { return m_dayChange; }
 
     const AuthState& authState() const { return m_auth.authState(); }
     const AuthValidationGeneration& authValidation() const { return m_auth.authValidation(); }
@@ -115,6 +120,7 @@ private:
     LocationMemory m_location;
     AuthController m_auth;
     TemplateActions m_templates;
+    DayChange m_dayChange;
     NotificationScheduler m_notifications;
     LinkActions& m_linkActions;
     StorageProviderRegistry m_storageProviders;

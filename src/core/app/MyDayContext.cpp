@@ -8,6 +8,7 @@ TasksTabContext myDayContext(AppState& app) {
         .reminders = &app.notifications(),
         .webBaseURL = app.serviceAddresses().webBaseURL,
         .clock = app.myDay().clock(),
+        .dayChange = &app.dayChange(),
     };
 }
 

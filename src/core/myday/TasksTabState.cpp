@@ -44,6 +44,10 @@ TasksTabState::TasksTabState(MyDayStore& store, TasksTabContext context, QObject
     connect(&m_store, &MyDayStore::tasksChanged, this, &TasksTabState::updateRows);
     connect(&m_store, &MyDayStore::workspaceSearchResultsChanged, this, &TasksTabState::updateRows);
     connect(&m_store, &MyDayStore::workspaceSearchQueryChanged, this, &TasksTabState::updateRows);
+    if (m_context.dayChange) {
+        // After midnight yesterday's "Due today" is overdue.
+        connect(m_context.dayChange, &DayChange::dayChanged, this, &TasksTabState::updateRows);
+    }
 }
 
 QString TasksTabState::overdueTitle() {

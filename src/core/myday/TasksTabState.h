@@ -3,6 +3,7 @@
 #include "api/TaskRecords.h"
 #include "api/UserRecords.h"
 #include "async/Clock.h"
+#include "async/DayChange.h"
 #include "hierarchy/ListContext.h"
 #include "myday/MyDayRow.h"
 #include "myday/MyDayStore.h"
@@ -31,6 +32,8 @@ struct TasksTabContext {
     // For the address of a task that comes without one.
     QUrl webBaseURL;
     Clock clock = Clocks::system();
+    // Tells when today's sections need sorting anew; may be null.
+    const DayChange* dayChange = nullptr;
 };
 
 // An assignee the filter menu offers.

@@ -9,6 +9,7 @@
 
 #include <QPointer>
 #include <QUrl>
+#include <algorithm>
 
 namespace {
 const QString taskURLKey = QStringLiteral("taskURL");
@@ -22,6 +23,25 @@ QCoro::Task<bool> askPermission(QPointer<NotificationCenter> center) {
     }
     QCoro::Task<bool> permission = center->permission();
     co_return co_await std::move(permission);
+}
+
+// Posts when leave is given: whether the center took the notification.
+QCoro::Task<bool> askAndPost(QPointer<NotificationCenter> center, NotificationRequest request) {
+    QCoro::Task<bool> asking = askPermission(center);
+    const bool allowed = co_await std::move(asking);
+    if (!allowed || !center) {
+        co_return false;
+    }
+    QCoro::Task<bool> posting = center->post(std::move(request));
+    co_return co_await std::move(posting);
+}
+
+// A failure's notification: it offers to retry the job.
+bool offersRetry(const NotificationRequest& request) {
+    return request.category && std::any_of(request.category->actions.cbegin(), request.category->actions.cend(),
+                                           [](const NotificationAction& action) {
+                                               return action.identifier == NotificationCategories::retryAction;
+                                           });
 }
 
 // Only the keys whose values are present.
@@ -57,12 +77,16 @@ NotificationRequest makeRequest(QString title, QString body, std::optional<Notif
 } // namespace
 
 NotificationScheduler::NotificationScheduler(NotificationCenter& center, LinkActions& links,
-                                             const QString& remindersPath, Clock clock, QObject* parent)
+                                             const QString& remindersPath, Clock clock,
+                                             std::unique_ptr<WallClockAlarm> reminderAlarm, QObject* parent)
     : QObject(parent)
     , m_center(center)
     , m_links(links)
-    , m_reminders(remindersPath.isEmpty() ? ReminderFile::defaultPath() : remindersPath, std::move(clock)) {
-    connect(&m_reminders, &ReminderSchedule::due, this, &NotificationScheduler::deliverReminder);
+    , m_reminders(remindersPath.isEmpty() ? ReminderFile::defaultPath() : remindersPath, std::move(clock),
+                  std::move(reminderAlarm), [this](const Reminder& reminder) { return deliverReminder(reminder); }) {
+    connect(&m_center, &NotificationCenter::notificationClosed, this, &NotificationScheduler::closed);
+    // Reminders that could not be shown for want of a server are shown once one comes.
+    connect(&m_center, &NotificationCenter::serverAppeared, &m_reminders, &ReminderSchedule::wakeUp);
 }
 
 void NotificationScheduler::registerCategories() {
@@ -135,18 +159,20 @@ void NotificationScheduler::notifyBulkCreateFailed(const QString& error, const Q
 }
 
 void NotificationScheduler::deliverImmediately(NotificationRequest request, Delivered onDelivered) {
-    startTask(this, askPermission(&m_center),
-              [this, request = std::move(request), onDelivered = std::move(onDelivered)](bool allowed) {
-                  if (allowed) {
-                      m_center.post(request);
+    const QString identifier = request.identifier;
+    const bool watchesExpiry = onDelivered && offersRetry(request);
+    startTask(this, askAndPost(&m_center, std::move(request)),
+              [this, identifier, watchesExpiry, onDelivered = std::move(onDelivered)](bool delivered) {
+                  if (delivered && watchesExpiry) {
+                      m_shownFailures.insert(identifier, onDelivered);
                   }
                   if (onDelivered) {
-                      onDelivered(allowed);
+                      onDelivered(delivered ? Delivery::delivered : Delivery::undelivered);
                   }
               });
 }
 
-void NotificationScheduler::deliverReminder(const Reminder& reminder) {
+QCoro::Task<bool> NotificationScheduler::deliverReminder(const Reminder& reminder) {
     // No category, so no buttons; a click opens the task.
     NotificationRequest reminderRequest{
         .identifier = reminder.identifier,
@@ -155,7 +181,15 @@ void NotificationScheduler::deliverReminder(const Reminder& reminder) {
         .category = std::nullopt,
         .userInfo = userInfoOf(reminder.taskURL, std::nullopt),
     };
-    deliverImmediately(std::move(reminderRequest), nullptr);
+    return askAndPost(&m_center, std::move(reminderRequest));
+}
+
+void NotificationScheduler::closed(const QString& identifier, NotificationCenter::CloseReason reason) {
+    const Delivered tell = m_shownFailures.take(identifier);
+    // Only one the desktop took away without an answer needs its outcome shown elsewhere.
+    if (tell && reason == NotificationCenter::CloseReason::expired) {
+        tell(Delivery::expired);
+    }
 }
 
 void NotificationScheduler::didReceive(const QString& actionIdentifier, const NotificationUserInfo& userInfo) {

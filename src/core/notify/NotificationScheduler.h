@@ -6,23 +6,27 @@
 #include "platform/NotificationCenter.h"
 #include "submit/SubmitNotifier.h"
 
+#include <QHash>
 #include <QObject>
 #include <QUuid>
 #include <functional>
+#include <memory>
 
 // The one place that talks to the desktop's notification center: it posts the outcomes of work
 // nobody watches, keeps and delivers the reminders of tasks, and carries out what the user chooses
 // on a notification: open the task, copy its link, or retry a failed job. What it knows about a
-// notification travels as the notification's user info. Main thread only.
+// notification travels as the notification's user info; it keeps only whom to tell when a
+// failure's notification expires. Main thread only.
 class NotificationScheduler : public QObject, public SubmitNotifier {
     Q_OBJECT
 
 public:
     using RetryHandler = std::function<void(const QUuid& jobID)>;
 
-    // `remindersPath`: the file of reminders; empty means the user's own.
+    // `remindersPath`: the file of reminders; empty means the user's own. `reminderAlarm` wakes the
+    // reminders up when the next falls due.
     NotificationScheduler(NotificationCenter& center, LinkActions& links, const QString& remindersPath, Clock clock,
-                          QObject* parent = nullptr);
+                          std::unique_ptr<WallClockAlarm> reminderAlarm, QObject* parent = nullptr);
 
     // Called with the job id of a "Retry" the user chose.
     void setRetryHandler(RetryHandler handler) { m_retry = std::move(handler); }
@@ -31,7 +35,7 @@ public:
     // category's buttons. Registering makes the scheduler answer them.
     void registerCategories();
     // At start-up: reminders that fell due while the program was not running are delivered now,
-    // and the timer is set for the next.
+    // and the alarm is set for the next.
     void restoreReminders() { m_reminders.wakeUp(); }
 
     ReminderSchedule& reminders() { return m_reminders; }
@@ -50,10 +54,12 @@ public:
     void notifyBulkCreateFailed(const QString& error, const QUuid& retryJobID, Delivered onDelivered) override;
 
 private:
-    // Posts when leave is given; `onDelivered` learns which.
+    // Posts when leave is given; `onDelivered` learns whether the center took it, and later whether
+    // a failure's notification expired.
     void deliverImmediately(NotificationRequest request, Delivered onDelivered);
-    void deliverReminder(const Reminder& reminder);
+    QCoro::Task<bool> deliverReminder(const Reminder& reminder);
     void didReceive(const QString& actionIdentifier, const NotificationUserInfo& userInfo);
+    void closed(const QString& identifier, NotificationCenter::CloseReason reason);
     void copyTaskURL(const NotificationUserInfo& userInfo);
     void openTaskURL(const NotificationUserInfo& userInfo);
     void retryJob(const NotificationUserInfo& userInfo);
@@ -62,4 +68,6 @@ private:
     LinkActions& m_links;
     ReminderSchedule m_reminders;
     RetryHandler m_retry;
+    // The failures' notifications still shown, by identifier, with whom to tell if they expire.
+    QHash<QString, Delivered> m_shownFailures;
 };

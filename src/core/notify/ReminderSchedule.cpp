@@ -1,19 +1,28 @@
 #include "notify/ReminderSchedule.h"
 
+#include "async/LoadGuard.h"
+#include "async/StartTask.h"
 #include "notify/ReminderFile.h"
 
 #include <algorithm>
-#include <limits>
+#include <iterator>
 
-ReminderSchedule::ReminderSchedule(QString filePath, Clock clock, QObject* parent)
+namespace {
+bool earlier(const Reminder& a, const Reminder& b) {
+    return a.fireDate < b.fireDate;
+}
+} // namespace
+
+ReminderSchedule::ReminderSchedule(QString filePath, Clock clock, std::unique_ptr<WallClockAlarm> alarm,
+                                   Deliver deliver, QObject* parent)
     : QObject(parent)
     , m_filePath(std::move(filePath))
     , m_clock(std::move(clock))
+    , m_alarm(std::move(alarm))
+    , m_deliver(std::move(deliver))
     , m_reminders(ReminderFile::read(m_filePath)) {
-    m_timer.setSingleShot(true);
-    // A coarse timer may fire some percent early or late; a reminder is meant for its second.
-    m_timer.setTimerType(Qt::PreciseTimer);
-    connect(&m_timer, &QTimer::timeout, this, &ReminderSchedule::wakeUp);
+    connect(m_alarm.get(), &WallClockAlarm::fired, this, &ReminderSchedule::wakeUp);
+    connect(m_alarm.get(), &WallClockAlarm::clockJumped, this, &ReminderSchedule::wakeUp);
 }
 
 void ReminderSchedule::add(Reminder reminder) {
@@ -23,34 +32,63 @@ void ReminderSchedule::add(Reminder reminder) {
 }
 
 void ReminderSchedule::wakeUp() {
-    const QDateTime now = m_clock();
-    const auto firstLater = std::stable_partition(
-        m_reminders.begin(), m_reminders.end(), [&now](const Reminder& reminder) { return reminder.fireDate <= now; });
-    QList<Reminder> dueNow(m_reminders.begin(), firstLater);
-    if (!dueNow.isEmpty()) {
-        // Out of the file before it is handed out: a reminder is delivered at most once.
-        m_reminders.erase(m_reminders.begin(), firstLater);
-        ReminderFile::write(m_filePath, m_reminders);
+    if (m_delivering) {
+        // The round under way looks again before it ends.
+        m_wokenMeanwhile = true;
+        return;
     }
+    startTask(this, deliverDue());
+}
+
+QCoro::Task<> ReminderSchedule::deliverDue() {
+    m_delivering = true;
+    QDateTime now;
+    do {
+        m_wokenMeanwhile = false;
+        now = m_clock();
+        const QList<Reminder> due = dueAt(now);
+        for (const Reminder& reminder : due) {
+            QCoro::Task<std::optional<bool>> delivering = awaitGuarded(LoadGuard(this), m_deliver(reminder));
+            const std::optional<bool> delivered = co_await std::move(delivering);
+            if (!delivered) {
+                co_return; // the schedule is gone
+            }
+            if (!*delivered) {
+                break; // the desktop takes none now: these wait in the file
+            }
+            forget(reminder.identifier);
+        }
+    } while (m_wokenMeanwhile);
+    m_delivering = false;
+    // Armed for what came after `now`: one that fell due while the round ran fires at once.
     arm(now);
-    std::stable_sort(dueNow.begin(), dueNow.end(),
-                     [](const Reminder& a, const Reminder& b) { return a.fireDate < b.fireDate; });
-    for (const Reminder& reminder : dueNow) {
-        emit due(reminder);
-    }
+}
+
+QList<Reminder> ReminderSchedule::dueAt(const QDateTime& now) const {
+    QList<Reminder> due;
+    std::copy_if(m_reminders.cbegin(), m_reminders.cend(), std::back_inserter(due),
+                 [&now](const Reminder& reminder) { return reminder.fireDate <= now; });
+    std::stable_sort(due.begin(), due.end(), earlier);
+    return due;
+}
+
+void ReminderSchedule::forget(const QString& identifier) {
+    m_reminders.removeIf([&identifier](const Reminder& reminder) { return reminder.identifier == identifier; });
+    ReminderFile::write(m_filePath, m_reminders);
 }
 
 void ReminderSchedule::arm(const QDateTime& now) {
-    const auto earliest =
-        std::min_element(m_reminders.cbegin(), m_reminders.cend(),
-                         [](const Reminder& a, const Reminder& b) { return a.fireDate < b.fireDate; });
-    if (earliest == m_reminders.cend()) {
-        m_timer.stop();
-        m_armedFor.reset();
-        return;
+    // Those already due wait for the next wake-up, not for the alarm.
+    std::optional<QDateTime> next;
+    for (const Reminder& reminder : m_reminders) {
+        if (reminder.fireDate > now && (!next || reminder.fireDate < *next)) {
+            next = reminder.fireDate;
+        }
     }
-    // A timer counts at most about 24 days; one further away wakes up then and waits again.
-    const qint64 wait = std::clamp<qint64>(now.msecsTo(earliest->fireDate), 0, std::numeric_limits<int>::max());
-    m_timer.start(static_cast<int>(wait));
-    m_armedFor = earliest->fireDate;
+    m_armedFor = next;
+    if (next) {
+        m_alarm->arm(*next);
+    } else {
+        m_alarm->disarm();
+    }
 }

@@ -17,6 +17,12 @@ public:
     // The action of a click on the notification itself, not on one of its buttons.
     static inline const QString defaultActionIdentifier = QStringLiteral("default");
 
+    // Why a notification closed: the desktop took it away after a while without an answer, the
+    // person closed it (or chose one of its buttons, after which the desktop closes it), or anything
+    // else.
+    enum class CloseReason { expired, dismissed, other };
+    Q_ENUM(CloseReason)
+
     using QObject::QObject;
 
     // Whether notifications can be shown at all: the desktop's leave, or on Linux a notification
@@ -24,12 +30,15 @@ public:
     virtual QCoro::Task<bool> permission() = 0;
     // Whether notifications can carry buttons. Without them a notification still shows, plainly.
     virtual QCoro::Task<bool> offersActions() = 0;
-    // Shows the notification now. A failure is dropped.
-    virtual void post(NotificationRequest request) = 0;
+    // Shows the notification now: whether the desktop took it.
+    virtual QCoro::Task<bool> post(NotificationRequest request) = 0;
 
 signals:
     // The user chose `actionIdentifier` on a notification we posted.
     void actionInvoked(const QString& actionIdentifier, const NotificationUserInfo& userInfo);
     // The notification with our `identifier` is gone; its user info is dropped.
-    void notificationClosed(const QString& identifier);
+    void notificationClosed(const QString& identifier, NotificationCenter::CloseReason reason);
+    // Notifications can be shown again where they could not: on Linux a notification server came
+    // onto the bus.
+    void serverAppeared();
 };

@@ -302,9 +302,10 @@ std::optional<QString> BackgroundSubmitQueue::uploadFailureSummary(const QList<A
     return QCoreApplication::translate("BackgroundSubmitQueue", "%1 attachments failed. ").arg(failures.size()) + named;
 }
 
-std::function<void(bool)> BackgroundSubmitQueue::showIfUndelivered(BackgroundJobResult::Outcome outcome) {
-    return [self = QPointer<BackgroundSubmitQueue>(this), outcome = std::move(outcome)](bool delivered) {
-        if (delivered || !self) {
+SubmitNotifier::Delivered BackgroundSubmitQueue::showIfUndelivered(BackgroundJobResult::Outcome outcome) {
+    return [self = QPointer<BackgroundSubmitQueue>(this),
+            outcome = std::move(outcome)](SubmitNotifier::Delivery delivery) {
+        if (delivery == SubmitNotifier::Delivery::delivered || !self) {
             return;
         }
         QMetaObject::invokeMethod(

@@ -9,6 +9,7 @@
 #include "submit/ForegroundSubmitSession.h"
 #include "submit/SubmitJobPayload.h"
 #include "submit/SubmitJobResult.h"
+#include "submit/SubmitNotifier.h"
 
 #include <QCoroTask>
 #include <QHash>
@@ -21,7 +22,6 @@
 class AttachmentUploadQueue;
 class SettingsStore;
 class StorageProviderRegistry;
-class SubmitNotifier;
 
 // Runs every submission, watched on the progress page or not. Each job starts at once as a task of
 // its own and jobs run side by side; only native uploads wait in line (AttachmentUploadQueue). A
@@ -62,7 +62,8 @@ public:
 signals:
     void pendingCountChanged();
     void backgroundedJobIDsChanged();
-    // A notification about a job in the background could not be delivered: show its outcome here.
+    // A notification about a job in the background could not be delivered, or a failure's expired:
+    // show its outcome here.
     void backgroundResult(const BackgroundJobResult& result);
 
 private:
@@ -88,9 +89,9 @@ private:
                             const QList<AttachmentUploadFailure>& failures);
     static void cleanupAttachments(const QList<StagedAttachment>& attachments);
     static std::optional<QString> uploadFailureSummary(const QList<AttachmentUploadFailure>& failures);
-    // Learns whether a notification was delivered; when it wasn't, hands the outcome to
-    // backgroundResult from the event loop.
-    std::function<void(bool)> showIfUndelivered(BackgroundJobResult::Outcome outcome);
+    // Learns whether a notification was delivered; when it wasn't, or it expired, hands the outcome
+    // to backgroundResult from the event loop.
+    SubmitNotifier::Delivered showIfUndelivered(BackgroundJobResult::Outcome outcome);
     void changePendingCount(int delta);
 
     SubmitNotifier& m_notifier;

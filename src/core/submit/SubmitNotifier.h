@@ -14,10 +14,13 @@
 // tests bring a recording one.
 //
 // Every call returns at once. `onDelivered`, when given, learns whether the notification was handed
-// to the desktop (true) or could not be (false), so that the caller shows the outcome another way.
+// to the desktop or could not be, so that the caller shows the outcome another way. A failure's
+// notification, one that offers "Retry", may be heard of once more: when the desktop takes it away
+// after a while without an answer, it expired, and its retry is out of reach unless shown elsewhere.
 class SubmitNotifier {
 public:
-    using Delivered = std::function<void(bool delivered)>;
+    enum class Delivery { delivered, undelivered, expired };
+    using Delivered = std::function<void(Delivery delivery)>;
 
     virtual ~SubmitNotifier() = default;
 

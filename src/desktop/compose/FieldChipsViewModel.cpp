@@ -68,6 +68,8 @@ FieldChipsViewModel::FieldChipsViewModel(AppState& app, Clock clock, QObject* pa
         connect(&m_draft, changed, this, &FieldChipsViewModel::refresh);
     }
     connect(&app.settings(), &SettingsStore::settingsChanged, this, &FieldChipsViewModel::refresh);
+    // "Today" and "Tomorrow" move on at midnight.
+    connect(&app.dayChange(), &DayChange::dayChanged, this, &FieldChipsViewModel::refresh);
     connect(&app, &AppState::currentContextChanged, this, &FieldChipsViewModel::watchContext);
     watchContext();
 }

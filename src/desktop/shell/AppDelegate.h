@@ -8,6 +8,7 @@
 #include "linux/PortalColorScheme.h"
 #include "linux/SecretServiceStore.h"
 #include "linux/SingleInstance.h"
+#include "linux/TimerFdAlarm.h"
 #include "linux/TrayHostWatcher.h"
 #include "settings/SettingsWindow.h"
 #include "shell/ColorSchemePalette.h"
@@ -38,8 +39,10 @@ private:
     SecretServiceStore m_secrets;
     FreedesktopNotificationCenter m_notificationCenter;
     DesktopLinkActions m_linkActions;
-    AppState m_app{AppEnvironment{
-        .secrets = &m_secrets, .notificationCenter = &m_notificationCenter, .linkActions = &m_linkActions}};
+    AppState m_app{AppEnvironment{.secrets = &m_secrets,
+                                  .notificationCenter = &m_notificationCenter,
+                                  .linkActions = &m_linkActions,
+                                  .wallClockAlarms = [] { return std::make_unique<TimerFdAlarm>(); }}};
     SingleInstance m_instance;
     ControlService m_control;
     TrayHostWatcher m_trayHost;

@@ -1,7 +1,5 @@
 #include "linux/FreedesktopNotificationCenter.h"
 
-#include "async/StartTask.h"
-
 #include <QDBusMessage>
 #include <QDBusServiceWatcher>
 #include <QPointer>
@@ -15,6 +13,9 @@ const QString interface = QStringLiteral("org.freedesktop.Notifications");
 constexpr int answerTimeoutMs = 5000;
 // -1: the server's own timeout.
 constexpr int serverExpiry = -1;
+// The reasons of NotificationClosed that the program tells apart.
+constexpr uint closedExpired = 1;
+constexpr uint closedDismissed = 2;
 
 QDBusMessage call(const QString& method) {
     return QDBusMessage::createMethodCall(service, path, interface, method);
@@ -40,9 +41,9 @@ FreedesktopNotificationCenter::FreedesktopNotificationCenter(QDBusConnection bus
                   SLOT(serverActionInvoked(uint, QString)));
     m_bus.connect(service, path, interface, QStringLiteral("NotificationClosed"), this,
                   SLOT(serverNotificationClosed(uint, uint)));
-    // A server that goes or is replaced starts counting ids anew: what we kept is of the old one.
     auto* watcher = new QDBusServiceWatcher(service, m_bus, QDBusServiceWatcher::WatchForOwnerChange, this);
-    connect(watcher, &QDBusServiceWatcher::serviceOwnerChanged, this, &FreedesktopNotificationCenter::forgetAll);
+    connect(watcher, &QDBusServiceWatcher::serviceOwnerChanged, this,
+            [this](const QString&, const QString&, const QString& newOwner) { serverChanged(newOwner); });
 }
 
 QCoro::Task<std::optional<QStringList>> FreedesktopNotificationCenter::capabilities() {
@@ -65,16 +66,12 @@ QCoro::Task<bool> FreedesktopNotificationCenter::offersActions() {
     co_return capabilities && capabilities->contains(QStringLiteral("actions"));
 }
 
-void FreedesktopNotificationCenter::post(NotificationRequest request) {
-    startTask(this, notify(std::move(request)));
-}
-
-QCoro::Task<> FreedesktopNotificationCenter::notify(NotificationRequest request) {
+QCoro::Task<bool> FreedesktopNotificationCenter::post(NotificationRequest request) {
     QPointer<FreedesktopNotificationCenter> self(this);
     QCoro::Task<bool> askActions = offersActions();
     const bool withActions = co_await std::move(askActions);
     if (!self) {
-        co_return;
+        co_return false;
     }
     QDBusMessage message = call(QStringLiteral("Notify"));
     const QVariantMap hints{
@@ -85,9 +82,10 @@ QCoro::Task<> FreedesktopNotificationCenter::notify(NotificationRequest request)
             << (withActions ? actionsOf(request) : QStringList()) << hints << serverExpiry;
     const QDBusMessage reply = co_await m_bus.asyncCall(message, answerTimeoutMs);
     if (!self || reply.type() != QDBusMessage::ReplyMessage || reply.arguments().isEmpty()) {
-        co_return; // failures of posting are dropped
+        co_return false;
     }
     m_posted.insert(reply.arguments().constFirst().toUInt(), request);
+    co_return true;
 }
 
 void FreedesktopNotificationCenter::serverActionInvoked(uint id, const QString& actionKey) {
@@ -97,16 +95,22 @@ void FreedesktopNotificationCenter::serverActionInvoked(uint id, const QString& 
     }
 }
 
-void FreedesktopNotificationCenter::serverNotificationClosed(uint id, uint /*reason*/) {
+void FreedesktopNotificationCenter::serverNotificationClosed(uint id, uint reason) {
     const auto posted = m_posted.find(id);
     if (posted == m_posted.end()) {
         return;
     }
     const QString identifier = posted->identifier;
     m_posted.erase(posted);
-    emit notificationClosed(identifier);
+    emit notificationClosed(identifier, reason == closedExpired     ? CloseReason::expired
+                                        : reason == closedDismissed ? CloseReason::dismissed
+                                                                    : CloseReason::other);
 }
 
-void FreedesktopNotificationCenter::forgetAll() {
+void FreedesktopNotificationCenter::serverChanged(const QString& newOwner) {
+    // A server that goes or is replaced starts counting ids anew: what we kept is of the old one.
     m_posted.clear();
+    if (!newOwner.isEmpty()) {
+        emit serverAppeared();
+    }
 }

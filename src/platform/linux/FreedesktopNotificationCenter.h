@@ -8,7 +8,8 @@
 #include <optional>
 
 // Notifications through the freedesktop notification server (org.freedesktop.Notifications) on the
-// session bus. No server on the bus counts as no leave to notify. Each notification carries its
+// session bus. No server on the bus counts as no leave to notify; one that comes onto the bus later
+// is told as serverAppeared. Each notification carries its
 // category's buttons and a "default" action for a click, where the server shows actions; the
 // desktop entry "norvanebar" and the sound "message-new-instant" as hints. Calls never wait on the
 // GUI thread, and a server that doesn't answer counts as none after a few seconds.
@@ -21,7 +22,7 @@ public:
 
     QCoro::Task<bool> permission() override;
     QCoro::Task<bool> offersActions() override;
-    void post(NotificationRequest request) override;
+    QCoro::Task<bool> post(NotificationRequest request) override;
 
 private slots:
     void serverActionInvoked(uint id, const QString& actionKey);
@@ -30,8 +31,7 @@ private slots:
 private:
     // The server's capabilities; absent when no server answers.
     QCoro::Task<std::optional<QStringList>> capabilities();
-    QCoro::Task<> notify(NotificationRequest request);
-    void forgetAll();
+    void serverChanged(const QString& newOwner);
 
     QDBusConnection m_bus;
     // What we posted, under the id the server gave it, until it closes.

@@ -1,7 +1,7 @@
 // The tray icon's due count as the central state builds it, against norvane-sandbox: whose tasks it
 // counts, that it asks nothing while hidden or signed out, that an answer for an account no longer
-// active is dropped, that the Tasks tab's own fetches leave it alone, and that a completed task
-// leaves it.
+// active is dropped, that the Tasks tab's own fetches leave it alone, that a completed task leaves
+// it, and that at midnight it counts the tasks due the new day.
 #include "AppStateFixture.h"
 #include "SandboxDemo.h"
 #include "TestMain.h"
@@ -21,14 +21,15 @@ bool hasAssignee(const NVTaskSummary& task, qint64 userID) {
                        [userID](const NVUser& user) { return user.id == userID; });
 }
 
-bool dueByTonight(const NVTaskSummary& task) {
-    return TaskOrdering::dueRank(task, DayBounds::at(QDateTime::currentDateTimeUtc())) <= TaskOrdering::dueToday;
+bool dueByTonight(const NVTaskSummary& task, const QDateTime& now) {
+    return TaskOrdering::dueRank(task, DayBounds::at(now)) <= TaskOrdering::dueToday;
 }
 
-// How many of `tasks` are due by tonight, of `userID` when given.
-int dueByTonight(const QList<NVTaskSummary>& tasks, std::optional<qint64> userID = std::nullopt) {
-    return static_cast<int>(std::count_if(tasks.cbegin(), tasks.cend(), [userID](const NVTaskSummary& task) {
-        return dueByTonight(task) && (!userID || hasAssignee(task, *userID));
+// How many of `tasks` are due by the end of the day of `now`, of `userID` when given.
+int dueByTonight(const QList<NVTaskSummary>& tasks, std::optional<qint64> userID = std::nullopt,
+                 const QDateTime& now = QDateTime::currentDateTimeUtc()) {
+    return static_cast<int>(std::count_if(tasks.cbegin(), tasks.cend(), [userID, now](const NVTaskSummary& task) {
+        return dueByTonight(task, now) && (!userID || hasAssignee(task, *userID));
     }));
 }
 } // namespace
@@ -85,6 +86,28 @@ private slots:
         QVERIFY(mine < std::count_if(
                            all.cbegin(), all.cend(),
                            [](const NVTaskSummary& task) { return hasAssignee(task, SandboxDemo::firstUserID); }));
+    }
+
+    void atMidnightTheTasksDueTomorrowAreCountedWithoutAskingAgain() {
+        m_fixture = AppStateFixture::withFirstUser(m_sandbox);
+        QVERIFY(m_fixture);
+        const QDateTime midnight(QDate::currentDate().addDays(1), QTime(0, 0), Qt::LocalTime);
+        m_fixture->wallClock().jumpTo(midnight.addSecs(-60));
+        m_fixture->useWallClockTime();
+        m_fixture->writeSettings({{"activeAccountID", SandboxDemo::firstUserID},
+                                  {"preferredWorkspaceID", SandboxDemo::northwindID},
+                                  {"showDueCountBadge", true}});
+        m_fixture->startSignedIn();
+        QVERIFY(runTask(query().refresh()));
+        const QList<NVTaskSummary> all = everyOpenTask();
+        QCOMPARE(query().dueCount(), dueByTonight(all, SandboxDemo::firstUserID, midnight.addSecs(-60)));
+        const qsizetype asked = searches();
+
+        m_fixture->wallClock().advanceTo(midnight);
+        const int tomorrows = dueByTonight(all, SandboxDemo::firstUserID, midnight);
+        QVERIFY(tomorrows > dueByTonight(all, SandboxDemo::firstUserID, midnight.addSecs(-60)));
+        QCOMPARE(query().dueCount(), tomorrows);
+        QCOMPARE(searches(), asked);
     }
 
     void hiddenOrSignedOutItAsksNothing() {

@@ -4,6 +4,7 @@
 #include "TestMain.h"
 #include "linux/DesktopLinkActions.h"
 #include "linux/FreedesktopNotificationCenter.h"
+#include "linux/TimerFdAlarm.h"
 #include "notify/NotificationScheduler.h"
 #include "notify/ReminderFile.h"
 
@@ -16,6 +17,7 @@
 
 using NotificationServerLog::invokeAction;
 using NotificationServerLog::notifications;
+using Delivery = SubmitNotifier::Delivery;
 
 namespace {
 const QString taskURL = QStringLiteral("https://app.norvane.com/t/86b2x9");
@@ -47,7 +49,7 @@ QString clipboardSeenByXclip() {
 // The scheduler as the app builds it, on the session's notification server.
 struct DesktopScheduler {
     explicit DesktopScheduler(LinkActions& links, const QString& remindersPath)
-        : scheduler(center, links, remindersPath, Clocks::system()) {
+        : scheduler(center, links, remindersPath, Clocks::system(), std::make_unique<TimerFdAlarm>()) {
         scheduler.registerCategories();
     }
 
@@ -93,14 +95,14 @@ private slots:
         const QString taskFailed = uniqueBody(QStringLiteral("No connection"));
         const QString bulkFailed = uniqueBody(QStringLiteral("Service down"));
         const BulkFailure failure{QUuid::createUuid(), QStringLiteral("line"), QStringLiteral("refused")};
-        QList<bool> delivered;
-        const auto record = [&delivered](bool answer) { delivered.append(answer); };
+        QList<Delivery> delivered;
+        const auto record = [&delivered](Delivery answer) { delivered.append(answer); };
         desktop.scheduler.notifyTaskCreated(name, taskURL, 0, std::nullopt, jobID, record);
         desktop.scheduler.notifyTaskCreated(QStringLiteral("Upload"), taskURL, 2, created, jobID, record);
         desktop.scheduler.notifyTaskCreateFailed(QStringLiteral("Fix login"), taskFailed, jobID, record);
         desktop.scheduler.notifyBulkComplete(1, {failure, failure}, jobID, record);
         desktop.scheduler.notifyBulkCreateFailed(bulkFailed, jobID, record);
-        QTRY_COMPARE_WITH_TIMEOUT(delivered, (QList<bool>{true, true, true, true, true}), 5000);
+        QTRY_COMPARE_WITH_TIMEOUT(delivered, QList<Delivery>(5, Delivery::delivered), 5000);
 
         const QJsonObject hints{{"desktop-entry", "norvanebar"}, {"sound-name", "message-new-instant"}};
         const QJsonObject taskCreated = awaitNotification(name, QStringLiteral("summary"));
@@ -192,6 +194,36 @@ private slots:
         QVERIFY(!invokeAction(posted, QStringLiteral("RETRY")));
     }
 
+    void aFailureTheServerLetExpireIsReportedAsExpiredAndOneDismissedIsNot() {
+        DesktopScheduler desktop(m_links, remindersPath());
+        QSignalSpy closed(&desktop.center, &NotificationCenter::notificationClosed);
+        QList<Delivery> expiring, dismissed;
+        const QString expiringError = uniqueBody(QStringLiteral("expires"));
+        const QString dismissedError = uniqueBody(QStringLiteral("dismissed"));
+        desktop.scheduler.notifyTaskCreateFailed(QStringLiteral("A"), expiringError, jobID,
+                                                 [&expiring](Delivery answer) { expiring.append(answer); });
+        desktop.scheduler.notifyTaskCreateFailed(QStringLiteral("B"), dismissedError, jobID,
+                                                 [&dismissed](Delivery answer) { dismissed.append(answer); });
+        const QJsonObject toExpire = awaitNotification(QStringLiteral("A: ") + expiringError);
+        const QJsonObject toDismiss = awaitNotification(QStringLiteral("B: ") + dismissedError);
+        QTRY_COMPARE_WITH_TIMEOUT(expiring, QList<Delivery>{Delivery::delivered}, 5000);
+        QTRY_COMPARE_WITH_TIMEOUT(dismissed, QList<Delivery>{Delivery::delivered}, 5000);
+
+        const auto close = [](const QString& method, const QJsonObject& notification) {
+            const QVariant id =
+                QVariant::fromValue(static_cast<uint>(notification.value(QStringLiteral("id")).toInt()));
+            return NotificationServerLog::callServer(method, {id}).type() == QDBusMessage::ReplyMessage;
+        };
+        QVERIFY(close(QStringLiteral("Dismiss"), toDismiss));
+        QVERIFY(close(QStringLiteral("Expire"), toExpire));
+        QTRY_COMPARE_WITH_TIMEOUT(closed.count(), 2, 5000);
+        QCOMPARE(closed.at(0).at(1).value<NotificationCenter::CloseReason>(),
+                 NotificationCenter::CloseReason::dismissed);
+        QCOMPARE(closed.at(1).at(1).value<NotificationCenter::CloseReason>(), NotificationCenter::CloseReason::expired);
+        QCOMPARE(expiring, (QList<Delivery>{Delivery::delivered, Delivery::expired}));
+        QCOMPARE(dismissed, QList<Delivery>{Delivery::delivered});
+    }
+
     void aServerWithoutActionsGetsTheNotificationWithoutButtons() {
         QCOMPARE(NotificationServerLog::callServer(QStringLiteral("SetCapabilities"), {QStringList{"body"}}).type(),
                  QDBusMessage::ReplyMessage);
@@ -199,10 +231,10 @@ private slots:
         QVERIFY(runTask(desktop.center.permission()));
         QVERIFY(!runTask(desktop.center.offersActions()));
         const QString error = uniqueBody(QStringLiteral("no buttons"));
-        bool delivered = false;
-        desktop.scheduler.notifyBulkCreateFailed(error, jobID, [&delivered](bool answer) { delivered = answer; });
+        std::optional<Delivery> delivered;
+        desktop.scheduler.notifyBulkCreateFailed(error, jobID, [&delivered](Delivery answer) { delivered = answer; });
         const QJsonObject posted = awaitNotification(error);
-        QVERIFY(delivered);
+        QTRY_COMPARE_WITH_TIMEOUT(delivered, std::optional(Delivery::delivered), 5000);
         QCOMPARE(posted.value("summary").toString(), QStringLiteral("Couldn't create tasks"));
         QCOMPARE(posted.value("actions").toArray(), QJsonArray());
         QCOMPARE(posted.value("hints").toObject().value("sound-name").toString(),
@@ -219,7 +251,7 @@ private slots:
         const QJsonObject reminder = awaitNotification(name);
         QCOMPARE(reminder.value("summary").toString(), QStringLiteral("Task reminder"));
         QCOMPARE(reminder.value("actions").toArray(), strings({"default", ""}));
-        QVERIFY(ReminderFile::read(remindersPath()).isEmpty());
+        QTRY_VERIFY_WITH_TIMEOUT(ReminderFile::read(remindersPath()).isEmpty(), 5000);
         QTest::qWait(300);
         QCOMPARE(withBody(name).size(), 1);
 
@@ -244,11 +276,12 @@ private slots:
 
         DesktopScheduler after(m_links, remindersPath());
         after.scheduler.restoreReminders();
-        QCOMPARE(ReminderFile::read(remindersPath()).size(), 1);
         awaitNotification(missed);
+        // It leaves the file once the server has answered.
+        QTRY_COMPARE_WITH_TIMEOUT(ReminderFile::read(remindersPath()).size(), 1, 5000);
         QVERIFY(withBody(soon).isEmpty());
         awaitNotification(soon);
-        QVERIFY(ReminderFile::read(remindersPath()).isEmpty());
+        QTRY_VERIFY_WITH_TIMEOUT(ReminderFile::read(remindersPath()).isEmpty(), 5000);
         QCOMPARE(withBody(missed).size(), 1);
     }
 };

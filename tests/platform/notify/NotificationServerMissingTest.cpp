@@ -4,6 +4,7 @@
 #include "SandboxDemo.h"
 #include "TestMain.h"
 #include "linux/FreedesktopNotificationCenter.h"
+#include "linux/TimerFdAlarm.h"
 #include "notify/NotificationScheduler.h"
 
 #include <QDBusConnection>
@@ -39,16 +40,17 @@ private slots:
         RecordingLinkActions links;
         QTemporaryDir folder;
         NotificationScheduler scheduler(center, links, folder.filePath(QStringLiteral("reminders.json")),
-                                        Clocks::system());
-        QList<bool> delivered;
-        const auto record = [&delivered](bool answer) { delivered.append(answer); };
+                                        Clocks::system(), std::make_unique<TimerFdAlarm>());
+        QList<SubmitNotifier::Delivery> delivered;
+        const auto record = [&delivered](SubmitNotifier::Delivery answer) { delivered.append(answer); };
         const QUuid jobID = QUuid::createUuid();
         scheduler.notifyTaskCreated(QStringLiteral("A"), QStringLiteral("https://x.test/t/1"), 0, std::nullopt, jobID,
                                     record);
         scheduler.notifyTaskCreateFailed(QStringLiteral("A"), QStringLiteral("e"), jobID, record);
         scheduler.notifyBulkComplete(2, {}, jobID, record);
         scheduler.notifyBulkCreateFailed(QStringLiteral("e"), jobID, record);
-        QTRY_COMPARE_WITH_TIMEOUT(delivered, (QList<bool>{false, false, false, false}), 5000);
+        QTRY_COMPARE_WITH_TIMEOUT(delivered, QList<SubmitNotifier::Delivery>(4, SubmitNotifier::Delivery::undelivered),
+                                  5000);
     }
 
     void aReminderIsDroppedSilently() {
@@ -56,7 +58,7 @@ private slots:
         RecordingLinkActions links;
         QTemporaryDir folder;
         const QString path = folder.filePath(QStringLiteral("reminders.json"));
-        NotificationScheduler scheduler(center, links, path, Clocks::system());
+        NotificationScheduler scheduler(center, links, path, Clocks::system(), std::make_unique<TimerFdAlarm>());
         scheduler.scheduleReminder(QStringLiteral("r"), std::nullopt, QDateTime::currentDateTimeUtc().addSecs(60));
         QTest::qWait(200);
         QVERIFY(!QFile::exists(path));

@@ -2,6 +2,7 @@
 // is filtered here, the refresh key, sections and search rows, the filter menus and the row actions.
 #include "myday/TasksTabState.h"
 #include "HierarchyTesting.h"
+#include "ManualWallClock.h"
 #include "MyDayTesting.h"
 #include "RecordingNotifier.h"
 #include "TestMain.h"
@@ -197,6 +198,28 @@ private slots:
         QVERIFY(state->matchesFilters(assigned(task("a"), {user(me), user(other)})));
         QVERIFY(!state->matchesFilters(assigned(task("b"), {user(me)})));
         QVERIFY(!state->matchesFilters(task("c")));
+    }
+
+    void atMidnightTheTasksDueTodayMoveToOverdue() {
+        ManualWallClock time(QDateTime(QDate(2026, 6, 17), QTime(22, 0), Qt::LocalTime));
+        const auto on = [](int day, int hour) { return QDateTime(QDate(2026, 6, day), QTime(hour, 0), Qt::LocalTime); };
+        serve({assigned(dueAt("yesterday", on(16, 10)), {user(me)}), assigned(dueAt("today", on(17, 15)), {user(me)}),
+               assigned(dueAt("tomorrow", on(18, 9)), {user(me)})});
+        MyDayStore store(m_fake->client, time.clock());
+        DayChange day(time.clock(), time.alarm());
+        TasksTabState state(store, {.signedInUser = [this] { return &*m_user; },
+                                    .activeWorkspaceID = [] { return std::optional(QStringLiteral("w")); },
+                                    .clock = time.clock(),
+                                    .dayChange = &day});
+        runTask(state.refresh());
+        QCOMPARE(rowTexts(state.rows()),
+                 (QStringList{"# Overdue", "yesterday", "# Due today", "today", "# Later", "tomorrow"}));
+        QSignalSpy redrawn(&state, &TasksTabState::rowsChanged);
+        time.advanceTo(on(18, 0));
+        QCOMPARE(redrawn.size(), 1);
+        QCOMPARE(rowTexts(state.rows()), (QStringList{"# Overdue", "yesterday", "today", "# Due today", "tomorrow"}));
+        // Nothing was asked of the service for it.
+        QCOMPARE(m_fake->service.queries.size(), 1);
     }
 
     void theSectionsHoldTheirTasksInTreeFormAndEmptyOnesAreLeftOut() {

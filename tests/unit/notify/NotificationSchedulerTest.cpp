@@ -19,11 +19,13 @@ QStringList actionIdentifiers(const NotificationRequest& request) {
     return identifiers;
 }
 
+using Delivery = SubmitNotifier::Delivery;
+
 // Records the answers of onDelivered.
 struct DeliveredRecorder {
-    std::shared_ptr<QList<bool>> answers = std::make_shared<QList<bool>>();
+    std::shared_ptr<QList<Delivery>> answers = std::make_shared<QList<Delivery>>();
     SubmitNotifier::Delivered callback() const {
-        return [answers = answers](bool delivered) { answers->append(delivered); };
+        return [answers = answers](Delivery delivery) { answers->append(delivery); };
     }
 };
 } // namespace
@@ -139,7 +141,55 @@ private slots:
         fixture.scheduler->notifyBulkCreateFailed(QStringLiteral("e"), jobID, delivered.callback());
         QCOMPARE(fixture.center.permissionRequests(), 2);
         QCOMPARE(fixture.center.posted().size(), 2);
-        QCOMPARE(*delivered.answers, (QList<bool>{true, true}));
+        QCOMPARE(*delivered.answers, (QList<Delivery>{Delivery::delivered, Delivery::delivered}));
+    }
+
+    void aPostTheCenterDidNotTakeIsReportedUndelivered() {
+        SchedulerFixture fixture;
+        fixture.center.setTakesPosts(false);
+        DeliveredRecorder delivered;
+        fixture.scheduler->notifyTaskCreateFailed(QStringLiteral("A"), QStringLiteral("e"), jobID,
+                                                  delivered.callback());
+        QCOMPARE(*delivered.answers, QList<Delivery>{Delivery::undelivered});
+    }
+
+    void aFailureNotificationThatExpiresIsReportedOnceMore() {
+        SchedulerFixture fixture;
+        DeliveredRecorder taskFailed, uploadFailed, bulkFailed;
+        fixture.scheduler->notifyTaskCreateFailed(QStringLiteral("A"), QStringLiteral("e"), jobID,
+                                                  taskFailed.callback());
+        fixture.scheduler->notifyTaskCreated(QStringLiteral("B"), taskURL, 1, std::nullopt, jobID,
+                                             uploadFailed.callback());
+        fixture.scheduler->notifyBulkComplete(1, {BulkFailure{QUuid::createUuid(), "line", "refused"}}, jobID,
+                                              bulkFailed.callback());
+        for (qsizetype index = 0; index < 3; ++index) {
+            fixture.center.expire(index);
+        }
+        for (const DeliveredRecorder& recorder : {taskFailed, uploadFailed, bulkFailed}) {
+            QCOMPARE(*recorder.answers, (QList<Delivery>{Delivery::delivered, Delivery::expired}));
+        }
+        // Told once: a second close of the same notification reaches nobody.
+        fixture.center.expire(0);
+        QCOMPARE(taskFailed.answers->size(), 2);
+    }
+
+    void aFailureTheUserClosedOrAnsweredAndASuccessAreNotReportedAgain() {
+        SchedulerFixture fixture;
+        DeliveredRecorder dismissed, retried, created, bulkCreated;
+        fixture.scheduler->notifyTaskCreateFailed(QStringLiteral("A"), QStringLiteral("e"), jobID,
+                                                  dismissed.callback());
+        fixture.scheduler->notifyTaskCreateFailed(QStringLiteral("B"), QStringLiteral("e"), jobID, retried.callback());
+        fixture.scheduler->notifyTaskCreated(QStringLiteral("C"), taskURL, 0, std::nullopt, std::nullopt,
+                                             created.callback());
+        fixture.scheduler->notifyBulkComplete(3, {}, std::nullopt, bulkCreated.callback());
+        fixture.center.dismiss(0);
+        fixture.center.invoke(1, NotificationCategories::retryAction);
+        for (qsizetype index = 0; index < 4; ++index) {
+            fixture.center.expire(index);
+        }
+        for (const DeliveredRecorder& recorder : {dismissed, retried, created, bulkCreated}) {
+            QCOMPARE(*recorder.answers, QList<Delivery>{Delivery::delivered});
+        }
     }
 
     void withoutLeaveNothingIsShownAndOnDeliveredHearsFalse() {
@@ -154,7 +204,7 @@ private slots:
         fixture.scheduler->notifyBulkCreateFailed(QStringLiteral("e"), jobID, delivered.callback());
         fixture.scheduler->notifyTaskCreated(QStringLiteral("A"), taskURL, 0, std::nullopt, jobID, nullptr);
         QVERIFY(fixture.center.posted().isEmpty());
-        QCOMPARE(*delivered.answers, (QList<bool>{false, false, false, false}));
+        QCOMPARE(*delivered.answers, QList<Delivery>(4, Delivery::undelivered));
     }
 
     void eachNotificationHasAFreshIdentifier() {
@@ -241,7 +291,9 @@ private slots:
         RecordingNotificationCenter center;
         RecordingLinkActions links;
         QTemporaryDir folder;
-        NotificationScheduler scheduler(center, links, folder.filePath(QStringLiteral("r.json")), Clocks::system());
+        ManualWallClock time(QDateTime::currentDateTimeUtc());
+        NotificationScheduler scheduler(center, links, folder.filePath(QStringLiteral("r.json")), time.clock(),
+                                        time.alarm());
         scheduler.notifyTaskCreated(QStringLiteral("A"), taskURL, 0, std::nullopt, std::nullopt, nullptr);
         center.invoke(0, NotificationCategories::copyLinkAction);
         QVERIFY(links.copied().isEmpty());

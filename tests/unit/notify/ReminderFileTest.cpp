@@ -101,7 +101,7 @@ private slots:
     void aDamagedFileNeitherStopsTheSchedulerNorLosesWhatCanBeRead() {
         SchedulerFixture fixture;
         Reminder due = goodReminder();
-        due.fireDate = fixture.now->addSecs(-1);
+        due.fireDate = fixture.now().addSecs(-1);
         QByteArray bytes = ReminderFile::encode({due});
         bytes.replace("\"reminders\": [", R"("reminders": [{"taskName": 1}, "broken", )");
         writeFile(fixture.remindersPath(), bytes);
@@ -120,7 +120,7 @@ private slots:
         fixture.restart();
         fixture.scheduler->restoreReminders();
         QVERIFY(fixture.center.posted().isEmpty());
-        fixture.scheduler->scheduleReminder(QStringLiteral("new"), std::nullopt, fixture.now->addSecs(60));
+        fixture.scheduler->scheduleReminder(QStringLiteral("new"), std::nullopt, fixture.now().addSecs(60));
         const QList<Reminder> kept = ReminderFile::read(fixture.remindersPath());
         QCOMPARE(kept.size(), 1);
         QCOMPARE(kept.constFirst().taskName, QStringLiteral("new"));

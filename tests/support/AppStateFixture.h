@@ -51,6 +51,8 @@ public:
     RecordingNotificationCenter& notificationCenter() { return m_notificationCenter; }
     // The notification center of the central states started from now on, in place of the recording one.
     void useNotificationCenter(NotificationCenter& center) { m_center = &center; }
+    // The waits of the central states started from now on, in place of those that return at once.
+    void useSleeper(Sleeper sleeper) { m_waits = std::move(sleeper); }
     RecordingLinkActions& linkActions() { return m_linkActions; }
     QString settingsPath() const { return m_folder.filePath(QStringLiteral("settings.json")); }
     QString remindersPath() const { return m_folder.filePath(QStringLiteral("reminders.json")); }
@@ -61,6 +63,7 @@ private:
     MemorySecretStore m_memorySecrets;
     SecretStore* m_secrets;
     ClientTesting::RecordingSleeper m_sleeper;
+    Sleeper m_waits = m_sleeper.sleeper();
     RecordingNotificationCenter m_notificationCenter;
     NotificationCenter* m_center = &m_notificationCenter;
     RecordingLinkActions m_linkActions;

@@ -23,6 +23,9 @@ struct FaultRule {
     // The request is handled as without the rule, and then the connection is dropped instead of
     // sending the answer: a change made whose confirmation is lost on the way.
     bool dropAfter = false;
+    // The request is handled as without the rule, and then the rule's answer is sent in place of
+    // its own: a change made whose confirmation can't be read.
+    bool answerAfter = false;
     std::optional<ServiceResponse> answer;
     int applied = 0;
 
@@ -35,11 +38,12 @@ struct FaultRule {
 // A rule: {"method": "GET", "path": "/api/v2/team/*/task", "times": 1,
 //          "status": 429, "headers": {"Retry-After": "1"}, "err": "...", "ecode": "...",
 //          "body": <any JSON>, "bodyText": "...", "contentType": "...", "delayMs": 200, "drop": true,
-//          "dropAfter": true}
+//          "dropAfter": true, "answerAfter": true}
 // `path` is a glob over the decoded path: `*` stays within a segment, `**` crosses segments.
 // `times` defaults to 1; a negative number never runs out. A rule delays, then drops the connection
 // or answers with `status`; a rule with a delay alone lets the request go on afterwards. With
 // `dropAfter` the request goes on and is handled, and the connection is dropped in place of its
+// answer; with `answerAfter` it is handled, and the rule's `status` and body are sent in place of its
 // answer.
 class FaultRules {
 public:

@@ -16,6 +16,12 @@ bool hasNonBlankLine(const QString& lines) {
     const QStringList split = lines.split(QLatin1Char('\n'));
     return std::any_of(split.cbegin(), split.cend(), [](const QString& line) { return !line.trimmed().isEmpty(); });
 }
+
+// A name that submitDraft takes: spaces and tabs alone are blank, while a name of other white space,
+// newlines say, still counts as given.
+bool isGivenName(const QString& name) {
+    return !SpacesAndTabs::trimmed(name).isEmpty();
+}
 } // namespace
 
 SubmitController::SubmitController(TaskDraft& draft, SettingsStore& settings, LocationMemory& location,
@@ -62,8 +68,7 @@ void SubmitController::submitDraft() {
     const QUuid jobID = QUuid::createUuid();
     const QString listID = context->entry().list.id;
     if (!m_isBulkMode) {
-        // Spaces and tabs only: a name of other white space still counts as given.
-        if (SpacesAndTabs::trimmed(m_draft.name()).isEmpty()) {
+        if (!isGivenName(m_draft.name())) {
             return;
         }
         std::optional<SubmitJobPayload> payload = m_draft.snapshot(listID, visibleFields);
@@ -167,7 +172,7 @@ void SubmitController::setLastBackgroundJobResult(std::optional<BackgroundJobRes
 void SubmitController::updateCanSubmit() {
     bool can = !m_foregroundSubmit && m_location.currentContext() != nullptr;
     if (can) {
-        can = m_isBulkMode ? hasNonBlankLine(m_bulkLines) : !m_draft.name().trimmed().isEmpty();
+        can = m_isBulkMode ? hasNonBlankLine(m_bulkLines) : isGivenName(m_draft.name());
     }
     if (can == m_canSubmit) {
         return;

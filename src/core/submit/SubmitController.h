@@ -42,7 +42,7 @@ public:
     const QString& bulkLines() const { return m_bulkLines; }
     void setBulkLines(const QString& lines);
     // False while a submission is shown and without a list; then it needs a name, or in bulk mode
-    // one line, that isn't blank.
+    // one line, that isn't blank. A name is blank as submitDraft sees it: of spaces and tabs alone.
     bool canSubmit() const { return m_canSubmit; }
 
     // Starts a submission from the composer, one at a time. The draft stays as it is behind the

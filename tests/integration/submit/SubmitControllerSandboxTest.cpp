@@ -109,8 +109,22 @@ private slots:
         QVERIFY(!controller().canSubmit());
         selectSupportList();
         QVERIFY(controller().canSubmit());
-        draft().setName(QStringLiteral(" \t\n "));
+        draft().setName(QStringLiteral(" \t "));
         QVERIFY(!controller().canSubmit());
+    }
+
+    void canSubmitTakesTheNamesThatSubmitDraftTakes() {
+        selectSupportList();
+        // Spaces and tabs alone are blank to both; newlines are not.
+        draft().setName(QStringLiteral(" \t "));
+        QVERIFY(!controller().canSubmit());
+        controller().submitDraft();
+        QVERIFY(!controller().foregroundSubmit());
+        draft().setName(QStringLiteral(" \n\t"));
+        QVERIFY(controller().canSubmit());
+        controller().submitDraft();
+        QVERIFY(controller().foregroundSubmit());
+        waitForJobs();
     }
 
     void inBulkModeOneRealLineAmongBlankOnesTurnsSubmittingOn() {

@@ -75,6 +75,7 @@ void SubmitController::submitDraft() {
         if (!payload) {
             return;
         }
+        payload->workspaceID = context->entry().workspaceID;
         setForegroundSubmit(ForegroundSubmitSession{jobID, payload->taskName, ForegroundSubmitPhases::Creating{}});
         m_queue.enqueue(std::move(*payload), m_client, jobID, makePhaseHandler(jobID));
         return;
@@ -83,6 +84,7 @@ void SubmitController::submitDraft() {
     if (!payload) {
         return;
     }
+    payload->workspaceID = context->entry().workspaceID;
     const int count = static_cast<int>(payload->taskNames.size());
     setForegroundSubmit(ForegroundSubmitSession{jobID, QString::number(count) + bulkNameSuffix(),
                                                 ForegroundSubmitPhases::BulkCreating{0, count}});

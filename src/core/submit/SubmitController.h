@@ -52,7 +52,8 @@ public:
     // "Create New Task" on the progress page: the job goes on unseen and reports by notification; the
     // composer is emptied.
     Q_INVOKABLE void backgroundActiveSubmit();
-    // The retry buttons of the result pages: the same session follows the retried job.
+    // The retry buttons of the result pages, and "Create Anyway" beside a task found after a lost
+    // answer: the same session follows the retried job.
     void retryForegroundSubmit(const QUuid& retryJobID);
     // "Back to editing", "Done" and "Open in Norvane" on a result page: the session ends and the
     // composer is emptied, whatever failed.

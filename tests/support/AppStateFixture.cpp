@@ -56,8 +56,8 @@ AppState& AppStateFixture::start() {
     return *m_app;
 }
 
-bool AppStateFixture::chooseNorthwindList(const QString& listID) {
-    runTask(app().hierarchy().loadEntries(SandboxDemo::northwindID, false));
+bool AppStateFixture::chooseList(const QString& workspaceID, const QString& listID) {
+    runTask(app().hierarchy().loadEntries(workspaceID, false));
     std::optional<ListEntry> entry;
     if (!QTest::qWaitFor([&] { return (entry = app().hierarchy().entry(listID)).has_value(); }, 10'000)) {
         return false;

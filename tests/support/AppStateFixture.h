@@ -5,6 +5,7 @@
 #include "RecordingLinkActions.h"
 #include "RecordingNotificationCenter.h"
 #include "RunTask.h"
+#include "SandboxDemo.h"
 #include "SandboxProcess.h"
 #include "app/AppState.h"
 
@@ -40,9 +41,10 @@ public:
     AppState& start();
     // A started central state, bootstrapped to its end.
     AppState& startSignedIn();
-    // Chooses the Northwind list `listID` for new tasks once the lists have loaded (signing in loads
-    // those of the active workspace as well); false when it never appears.
-    bool chooseNorthwindList(const QString& listID);
+    // Chooses the list `listID` of the workspace for new tasks once the lists have loaded (signing in
+    // loads those of the active workspace as well); false when it never appears.
+    bool chooseList(const QString& workspaceID, const QString& listID);
+    bool chooseNorthwindList(const QString& listID) { return chooseList(SandboxDemo::northwindID, listID); }
     // Ends the central state, as when the app quits.
     void stop() { m_app.reset(); }
 

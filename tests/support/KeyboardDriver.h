@@ -43,20 +43,29 @@ public:
         return target && target->hasActiveFocus();
     }
 
-    // In a menu that is open with the keyboard in it, moves the current entry to `index` with Up or
-    // Down (the entry under the pointer may be current already) and chooses it with Return: false
-    // when the menu doesn't open, the entry isn't reached or the menu stays.
-    bool chooseInMenu(QObject* menu, int index) {
+    // Waits until the menu is open with the keyboard in it and holds more than `entries` entries:
+    // false when it doesn't come to that.
+    static bool waitForMenu(QObject* menu, int entries = 0) {
         const QPointer<QObject> watched(menu);
-        if (!menu || !QTest::qWaitFor([menu] {
-                return menu->property("opened").toBool() && menu->property("activeFocus").toBool();
-            })) {
+        return menu && QTest::qWaitFor([&watched, entries] {
+                   return watched && watched->property("opened").toBool() &&
+                          watched->property("activeFocus").toBool() && watched->property("count").toInt() > entries;
+               });
+    }
+
+    // In a menu that opens with the keyboard in it, moves the current entry to `index` with Up or
+    // Down (the entry under the pointer may be current already) and chooses it with Return: false
+    // when the menu doesn't open, the entry isn't reached or the menu stays. The current entry is
+    // read right before Return, which reaches the menu with no event handled in between.
+    bool chooseInMenu(QObject* menu, int index) {
+        if (!waitForMenu(menu, index)) {
             return false;
         }
+        const QPointer<QObject> watched(menu);
         for (int presses = 0; presses < 20 && menu->property("currentIndex").toInt() != index; ++presses) {
             press(menu->property("currentIndex").toInt() < index ? Qt::Key_Down : Qt::Key_Up);
         }
-        if (menu->property("currentIndex").toInt() != index) {
+        if (!watched || menu->property("currentIndex").toInt() != index) {
             return false;
         }
         press(Qt::Key_Return);

@@ -27,7 +27,8 @@ QCoro::Task<QUrl> LoopbackStorageProvider::upload(QUrl fileURL, QString filename
     QNetworkRequest request(m_baseUrl.resolved(QUrl(QStringLiteral("files/") + QUrl::toPercentEncoding(filename))));
     request.setHeader(QNetworkRequest::ContentTypeHeader, QByteArrayLiteral("application/octet-stream"));
     const std::unique_ptr<QNetworkReply> reply(m_session->put(request, body));
-    co_await reply.get();
+    QNetworkReply* const sent = reply.get();
+    co_await sent;
     const int status = reply->attribute(QNetworkRequest::HttpStatusCodeAttribute).toInt();
     const QByteArray answer = reply->readAll();
     if (status < 200 || status > 299) {

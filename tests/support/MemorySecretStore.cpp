@@ -1,5 +1,6 @@
 #include "MemorySecretStore.h"
 
+#include <qcoro/qcorosignal.h>
 #include <qcoro/qcorotimer.h>
 
 using namespace std::chrono_literals;
@@ -8,6 +9,9 @@ QCoro::Task<std::optional<QByteArray>> MemorySecretStore::read(QString service, 
     m_log.append(QStringLiteral("read ") + account);
     const InFlight operation(m_inFlight);
     co_await QCoro::sleepFor(m_readDelays.value(account, 0ms));
+    while (m_heldReads.holds(account)) {
+        co_await qCoro(&m_heldReads, &HeldReads::released);
+    }
     co_return item(service, account);
 }
 
@@ -47,6 +51,14 @@ void MemorySecretStore::failWrites(const QString& account, int status) {
 
 void MemorySecretStore::delayReads(const QString& account, std::chrono::milliseconds delay) {
     m_readDelays.insert(account, delay);
+}
+
+void MemorySecretStore::holdReads(const QString& account) {
+    m_heldReads.hold(account);
+}
+
+void MemorySecretStore::releaseReads(const QString& account) {
+    m_heldReads.release(account);
 }
 
 void MemorySecretStore::delayWrites(const QString& account, std::chrono::milliseconds delay) {

@@ -3,9 +3,30 @@
 #include "platform/SecretStore.h"
 
 #include <QMap>
+#include <QObject>
 #include <QPair>
+#include <QSet>
 #include <QStringList>
 #include <chrono>
+
+// The accounts whose reads wait, and the signal that lets them look again.
+class HeldReads : public QObject {
+    Q_OBJECT
+
+public:
+    void hold(const QString& account) { m_accounts.insert(account); }
+    void release(const QString& account) {
+        m_accounts.remove(account);
+        emit released();
+    }
+    bool holds(const QString& account) const { return m_accounts.contains(account); }
+
+signals:
+    void released();
+
+private:
+    QSet<QString> m_accounts;
+};
 
 // A secret store in memory for tests: items by service and account word, write failures and slow
 // reads and writes on demand, and a log of what was asked. Each operation yields to the event loop before it
@@ -26,6 +47,9 @@ public:
     void delayReads(const QString& account, std::chrono::milliseconds delay);
     // From now on writes of this account store their value only after the delay.
     void delayWrites(const QString& account, std::chrono::milliseconds delay);
+    // Reads of this account answer only once released; releasing answers the waiting ones.
+    void holdReads(const QString& account);
+    void releaseReads(const QString& account);
 
     // Operations in the order asked: "read <account>", "write <account>", "remove <account>".
     const QStringList& log() const { return m_log; }
@@ -50,6 +74,7 @@ private:
     QMap<QString, int> m_writeFailures;
     QMap<QString, std::chrono::milliseconds> m_readDelays;
     QMap<QString, std::chrono::milliseconds> m_writeDelays;
+    HeldReads m_heldReads;
     QStringList m_log;
     int m_inFlight = 0;
 };

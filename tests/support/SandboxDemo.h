@@ -43,7 +43,9 @@ inline const QString oldBacklogListID = QStringLiteral("901500001003"); // archi
 inline const QString releaseListID = QStringLiteral("901500002003");    // statuses of its own
 inline const QString supportListID = QStringLiteral("901500002006");
 inline const QString facilitiesListID = QStringLiteral("901500002007"); // statuses without types
-inline const QString labNotesListID = QStringLiteral("901500003001");   // in Fabrikam
+// No status of type "closed", the last of another type than the others; no tasks.
+inline const QString loansListID = QStringLiteral("901500002008");
+inline const QString labNotesListID = QStringLiteral("901500003001"); // in Fabrikam
 
 // The first open task of the first demo user in Northwind, as the task search gives it.
 inline QJsonObject firstNorthwindTask(SyncHttpClient& http, const SandboxProcess& sandbox) {
@@ -103,6 +105,11 @@ inline const QString markupListID = QStringLiteral("901500006001");
 inline QString markupListName(const QUrl& webBase) {
     return QStringLiteral("<b>Bold</b> & \"quoted\" <img src=\"%1%2\"> list")
         .arg(webBase.toString(QUrl::StripTrailingSlash), hostilePicturePath(u"list"));
+}
+// The one custom field of that list, named with markup.
+inline QString hostileFieldName(const QUrl& webBase) {
+    return QStringLiteral("<b>Field</b> & \"notes\" <img src=\"%1%2\">")
+        .arg(webBase.toString(QUrl::StripTrailingSlash), hostilePicturePath(u"field"));
 }
 inline const QString ampersandListName = QStringLiteral("Ørders & Ärchive");
 inline const QString rightToLeftListName = QStringLiteral("طلبات العملاء");

@@ -15,6 +15,13 @@ SandboxFault SandboxFault::delay(const QString& path, int delayMs) {
     return fault;
 }
 
+SandboxFault SandboxFault::hold(const QString& path) {
+    SandboxFault fault;
+    fault.path = path;
+    fault.held = true;
+    return fault;
+}
+
 SandboxFault SandboxFault::dropConnection(const QString& path, int times) {
     SandboxFault fault;
     fault.path = path;
@@ -91,6 +98,9 @@ QJsonObject SandboxFault::toJson() const {
     }
     if (answerAfter) {
         rule.insert(QStringLiteral("answerAfter"), true);
+    }
+    if (held) {
+        rule.insert(QStringLiteral("hold"), true);
     }
     return rule;
 }

@@ -21,9 +21,13 @@ struct SandboxFault {
     bool drop = false;
     bool dropAfter = false;
     bool answerAfter = false;
+    bool held = false;
 
     static SandboxFault answer(const QString& path, int status, int times = 1);
     static SandboxFault delay(const QString& path, int delayMs);
+    // Once, the request waits until SandboxProcess::releaseHeld() (or the rules are cleared), then
+    // goes on.
+    static SandboxFault hold(const QString& path);
     // Qt's network access sends a request once more on a new connection when its connection closes
     // before any answer, so a drop that a QNetworkAccessManager client is to see happens twice.
     static SandboxFault dropConnection(const QString& path, int times = 2);

@@ -139,6 +139,10 @@ bool SandboxProcess::clearFaults() {
     return admin("DELETE", u"faults").has_value();
 }
 
+bool SandboxProcess::releaseHeld() {
+    return admin("POST", u"faults/release").has_value();
+}
+
 QJsonArray SandboxProcess::requests(qint64 since) {
     return admin("GET", u"requests", {}, QStringLiteral("since=%1").arg(since))
         .value_or(QJsonObject())

@@ -70,6 +70,8 @@ public:
     // The test endpoints; each is false, or empty, when the sandbox did not take the call.
     bool addFault(const SandboxFault& fault);
     bool clearFaults();
+    // Lets the requests that fault rules hold go on.
+    bool releaseHeld();
     QJsonArray requests(qint64 since = 0);
     bool clearRequests();
     bool reset();

@@ -191,7 +191,8 @@ QCoro::Task<QNetworkReply*> NorvaneClient::exchange(QNetworkAccessManager* sessi
             body.release()->setParent(reply.get());
         }
         const auto* watchdog = new TransferWatchdog(reply.get(), m_limits.withoutProgress, request.deadline);
-        co_await reply.get();
+        QNetworkReply* const running = reply.get();
+        co_await running;
         if (watchdog->timedOut()) {
             throw timeoutFailure(watchdog->bodySent());
         }
@@ -256,14 +257,14 @@ QCoro::Task<QByteArray> NorvaneClient::decodeResponse(QNetworkReply& reply, bool
 
 QCoro::Task<TaskAttachment> NorvaneClient::upload(QString path, QByteArray fileData, QString filename) const {
     UploadAttempt attempt = [this, path, fileData, filename] { return uploadAttempt(path, fileData, filename); };
-    QCoro::Task<TaskAttachment> retrying = withUploadRetries(std::move(attempt));
-    co_return co_await std::move(retrying);
+    QCoro::Task<TaskAttachment> uploading = withUploadRetries(std::move(attempt));
+    co_return co_await std::move(uploading);
 }
 
 QCoro::Task<TaskAttachment> NorvaneClient::uploadFromFile(QString path, QUrl fileURL, QString filename) const {
     UploadAttempt attempt = [this, path, fileURL, filename] { return uploadFromFileAttempt(path, fileURL, filename); };
-    QCoro::Task<TaskAttachment> retrying = withUploadRetries(std::move(attempt));
-    co_return co_await std::move(retrying);
+    QCoro::Task<TaskAttachment> uploading = withUploadRetries(std::move(attempt));
+    co_return co_await std::move(uploading);
 }
 
 QCoro::Task<TaskAttachment> NorvaneClient::withUploadRetries(UploadAttempt attempt) const {

@@ -18,6 +18,11 @@ bool abortRunningRequests(const QNetworkAccessManager& session) {
 QString settingsFile(const QString& path) {
     return path.isEmpty() ? SettingsStore::defaultFilePath() : path;
 }
+
+std::optional<qint64> signedInUserID(const AuthState& state) {
+    const NVUser* user = state.user();
+    return user ? std::optional(user->id) : std::nullopt;
+}
 } // namespace
 
 AppState::AppState(AppEnvironment environment, QObject* parent)
@@ -37,18 +42,21 @@ AppState::AppState(AppEnvironment environment, QObject* parent)
                       std::move(environment.clock))
     , m_linkActions(*environment.linkActions)
     , m_submitQueue(m_notifications, m_uploadQueue, m_storageProviders, m_settings)
-    , m_submit(m_draft, m_settings, m_location, m_client, m_submitQueue, m_notifications) {
+    , m_submit(m_draft, m_settings, m_location, m_client, m_submitQueue, m_notifications)
+    , m_dueCount(m_client, m_settings,
+                 {.signedInUserID = [this] { return signedInUserID(m_auth.authState()); },
+                  .activeWorkspaceID = [this] { return m_location.activeWorkspaceID(); }},
+                 m_myDay.clock())
+    , m_badge(m_submitQueue, m_dueCount, m_settings) {
     m_draft.setReminderLeadMinutes(m_settings.settings().defaultReminderLeadMinutes);
     // "Retry" on a notification: the outcome comes back as a notification.
     m_notifications.setRetryHandler(
         [this](const QUuid& jobID) { m_submitQueue.retry(jobID, m_client, PhaseHandler(), true); });
-    m_submitQueue.updateBadge = [this] {
-        if (updateBadge) {
-            updateBadge();
-        }
-    };
+    // A task changed by a row action of the Tasks tab may have left today's count, or joined it.
+    connect(&m_myDay, &MyDayStore::taskChanged, &m_dueCount, &DueCountQuery::startRefresh);
     connect(&m_auth, &AuthController::authStateChanged, this, &AppState::authStateChanged);
     connect(&m_location, &LocationMemory::currentContextChanged, this, &AppState::currentContextChanged);
+    connect(&m_location, &LocationMemory::activeWorkspaceIDChanged, this, &AppState::activeWorkspaceIDChanged);
 }
 
 AppState::~AppState() {

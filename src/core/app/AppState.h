@@ -9,12 +9,13 @@
 #include "compose/TemplateActions.h"
 #include "hierarchy/HierarchyStore.h"
 #include "hierarchy/LocationMemory.h"
+#include "myday/DueCountQuery.h"
 #include "myday/MyDayStore.h"
 #include "notify/NotificationScheduler.h"
 #include "settings/SettingsStore.h"
 #include "settings/SettingsTab.h"
-#include "shell/PopoverControlling.h"
 #include "shell/PopoverTab.h"
+#include "shell/StatusItemBadgeModel.h"
 #include "storage/StorageProviderRegistry.h"
 #include "submit/AttachmentUploadQueue.h"
 #include "submit/BackgroundSubmitQueue.h"
@@ -22,7 +23,6 @@
 
 #include <QNetworkAccessManager>
 #include <QObject>
-#include <functional>
 #include <optional>
 
 // What the desktop hands the central state: the secret store, the notification center and what is
@@ -58,6 +58,10 @@ public:
     SettingsStore& settings() { return m_settings; }
     HierarchyStore& hierarchy() { return m_hierarchy; }
     MyDayStore& myDay() { return m_myDay; }
+    // The tray icon's count of the user's tasks due by the end of today.
+    DueCountQuery& dueCount() { return m_dueCount; }
+    // What the tray icon shows.
+    const StatusItemBadgeModel& badge() const { return m_badge; }
     TaskDraft& draft() { return m_draft; }
     AuthController& auth() { return m_auth; }
     LocationMemory& location() { return m_location; }
@@ -76,10 +80,8 @@ public:
     PopoverTab activeTab() const { return m_activeTab; }
     void setActiveTab(PopoverTab tab);
 
-    PopoverControlling* popoverController = nullptr;
-    std::function<void()> updateBadge;
-    // Opens the settings window on a tab, or on the tab it last showed, and brings it to the front.
-    std::function<void(std::optional<SettingsTab>)> openSettings;
+    // Asks for the settings window on a tab, or on the tab it last showed: settingsRequested.
+    void openSettings(std::optional<SettingsTab> tab) { emit settingsRequested(tab); }
 
     QCoro::Task<> bootstrap() { return m_auth.bootstrap(); }
     QCoro::Task<std::optional<QString>> signIn(QString token) { return m_auth.signIn(std::move(token)); }
@@ -95,7 +97,10 @@ public:
 signals:
     void authStateChanged();
     void currentContextChanged();
+    void activeWorkspaceIDChanged();
     void activeTabChanged();
+    // The desktop brings up the settings window on `tab`, or on the tab it last showed, in front.
+    void settingsRequested(std::optional<SettingsTab> tab);
 
 private:
     PersonalTokenProvider m_tokenProvider;
@@ -116,5 +121,7 @@ private:
     AttachmentUploadQueue m_uploadQueue;
     BackgroundSubmitQueue m_submitQueue;
     SubmitController m_submit;
+    DueCountQuery m_dueCount;
+    StatusItemBadgeModel m_badge;
     PopoverTab m_activeTab = PopoverTab::compose;
 };

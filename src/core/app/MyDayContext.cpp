@@ -5,14 +5,14 @@ TasksTabContext myDayContext(AppState& app) {
         .signedInUser = [&app] { return app.authState().user(); },
         .activeWorkspaceID = [&app] { return app.activeWorkspaceID(); },
         .currentContext = [&app] { return app.currentContext(); },
-        .updateBadge =
-            [&app] {
-                if (app.updateBadge) {
-                    app.updateBadge();
-                }
-            },
         .reminders = &app.notifications(),
         .webBaseURL = app.serviceAddresses().webBaseURL,
         .clock = app.myDay().clock(),
     };
+}
+
+void followAppState(AppState& app, TasksTabState& tab) {
+    QObject::connect(&app, &AppState::authStateChanged, &tab, &TasksTabState::contextChanged);
+    QObject::connect(&app, &AppState::currentContextChanged, &tab, &TasksTabState::contextChanged);
+    QObject::connect(&app, &AppState::activeWorkspaceIDChanged, &tab, &TasksTabState::contextChanged);
 }

@@ -25,8 +25,11 @@ public:
     // Holds while `owner` lives and the ticket taken now from `latest`, a member of the owner, is
     // still the newest.
     LoadGuard(const QObject* owner, LatestWins& latest)
+        : LoadGuard(owner, latest, latest.raise()) {}
+    // Holds while `owner` lives and `ticket`, taken from `latest` before, is still the newest.
+    LoadGuard(const QObject* owner, const LatestWins& latest, qint64 ticket)
         : LoadGuard(owner) {
-        m_conditions.push_back([&latest, ticket = latest.raise()] { return latest.isCurrent(ticket); });
+        m_conditions.emplace_back([&latest, ticket] { return latest.isCurrent(ticket); });
     }
 
     // The same guard, which also needs `condition` to hold.

@@ -1,11 +1,11 @@
 #include "auth/AuthController.h"
 
+#include "async/LoadGuard.h"
 #include "async/StartTask.h"
 #include "auth/PersonalTokenError.h"
 #include "auth/StaticTokenAuth.h"
 #include "hierarchy/AccountNavigation.h"
 
-#include <QPointer>
 #include <algorithm>
 
 namespace {
@@ -50,38 +50,38 @@ void AuthController::setAuthState(AuthState state) {
 }
 
 QCoro::Task<> AuthController::bootstrap() {
-    QPointer<AuthController> self(this);
     QCoro::Task<> activation = m_tokenProvider.activate(m_settings.settings().activeAccountID);
-    co_await std::move(activation);
-    if (!self) {
+    QCoro::Task<bool> activating = awaitGuarded(LoadGuard(this), std::move(activation));
+    if (!co_await std::move(activating)) {
         co_return;
     }
     const std::optional<QString> token = m_tokenProvider.cached();
     if (!token || token->isEmpty()) {
         co_return;
     }
-    co_await validateAndLoad(m_authValidation.raise());
+    QCoro::Task<std::optional<QString>> validation = validateAndLoad(m_authValidation.raise());
+    co_await std::move(validation);
 }
 
 QCoro::Task<std::optional<QString>> AuthController::validateAndLoad(qint64 generation) {
-    QPointer<AuthController> self(this);
+    // What lands after a newer sign-in, switch or sign-out has raised the generation changes nothing.
+    const LoadGuard guard(this, m_authValidation, generation);
     setAuthState({AuthState::Validating{}});
     NVUser user;
     try {
-        user = (co_await fetchUser(m_client)).user;
-    } catch (const std::exception& error) {
-        if (!self || !m_authValidation.isCurrent(generation)) {
+        QCoro::Task<std::optional<UserResponse>> asking = awaitGuarded(guard, fetchUser(m_client));
+        const std::optional<UserResponse> answer = co_await std::move(asking);
+        if (!answer) {
             co_return std::nullopt;
         }
+        user = answer->user;
+    } catch (const std::exception& error) {
         setAuthState({AuthState::SignedOut{}});
         if (isUnauthorized(error)) {
             m_tokenProvider.setCached(std::nullopt);
             m_lastSignedInUserID.reset();
         }
         co_return describe(error);
-    }
-    if (!self || !m_authValidation.isCurrent(generation)) {
-        co_return std::nullopt;
     }
     if (m_lastSignedInUserID && *m_lastSignedInUserID != user.id) {
         m_location.forgetHierarchy();
@@ -90,34 +90,37 @@ QCoro::Task<std::optional<QString>> AuthController::validateAndLoad(qint64 gener
     m_lastSignedInUserID = user.id;
     upsertAccount(user);
     m_settings.set(&AppSettings::activeAccountID, user.id);
-    try {
-        co_await commitToken(user.id);
-    } catch (const PersonalTokenError&) {
-        // The session goes on with the token in memory; the next launch falls back as before.
-    }
-    if (!self || !m_authValidation.isCurrent(generation)) {
+    QCoro::Task<bool> committing = awaitGuarded(guard, commitToken(user.id));
+    if (!co_await std::move(committing)) {
         co_return std::nullopt;
     }
     setAuthState({AuthState::SignedIn{user}});
-    QCoro::Task<> workspacesLoad = m_hierarchy.loadWorkspaces(false);
-    co_await std::move(workspacesLoad);
-    if (!self || !m_authValidation.isCurrent(generation)) {
+    QCoro::Task<bool> workspacesLoad = awaitGuarded(guard, m_hierarchy.loadWorkspaces(false));
+    if (!co_await std::move(workspacesLoad)) {
         co_return std::nullopt;
     }
-    co_await m_location.restoreLastLocation();
+    QCoro::Task<> restoring = m_location.restoreLastLocation();
+    co_await std::move(restoring);
     co_return std::nullopt;
 }
 
 QCoro::Task<> AuthController::commitToken(qint64 userID) {
-    QPointer<AuthController> self(this);
-    co_await m_tokenProvider.commitActiveToken(userID);
-    if (self && !isStoredAccount(userID)) {
-        co_await m_tokenProvider.keychain(userID).remove();
+    QCoro::Task<bool> committing = awaitGuarded(LoadGuard(this), m_tokenProvider.commitActiveToken(userID));
+    try {
+        if (!co_await std::move(committing)) {
+            co_return;
+        }
+    } catch (const PersonalTokenError&) {
+        // The session goes on with the token in memory; the next launch falls back as before.
+        co_return;
+    }
+    if (!isStoredAccount(userID)) {
+        QCoro::Task<> removal = m_tokenProvider.keychain(userID).remove();
+        co_await std::move(removal);
     }
 }
 
 QCoro::Task<std::optional<QString>> AuthController::signIn(QString token) {
-    QPointer<AuthController> self(this);
     const QString cleaned = PersonalTokenProvider::normalize(token);
     if (!cleaned.startsWith(QStringLiteral("pk_")) || cleaned.size() < 4) {
         co_return PersonalTokenError::invalidFormat().errorDescription();
@@ -126,30 +129,33 @@ QCoro::Task<std::optional<QString>> AuthController::signIn(QString token) {
     // A client of its own, so the running account and its state stay untouched while it asks.
     const StaticTokenAuth probeAuth(cleaned);
     const NorvaneClient probe = m_client.withAuth(probeAuth);
+    const LoadGuard alive(this);
     NVUser user;
     try {
-        user = (co_await fetchUser(probe)).user;
+        QCoro::Task<std::optional<UserResponse>> asking = awaitGuarded(alive, fetchUser(probe));
+        const std::optional<UserResponse> answer = co_await std::move(asking);
+        if (!answer) {
+            co_return std::nullopt;
+        }
+        user = answer->user;
     } catch (const std::exception& error) {
         co_return describe(error);
     }
-    if (!self) {
-        co_return std::nullopt;
-    }
+    QCoro::Task<bool> writing = awaitGuarded(alive, m_tokenProvider.keychain(user.id).write(cleaned));
     try {
-        co_await m_tokenProvider.keychain(user.id).write(cleaned);
+        if (!co_await std::move(writing)) {
+            co_return std::nullopt;
+        }
     } catch (const std::exception& error) {
         co_return PersonalTokenError::keychainFailed(describe(error)).errorDescription();
     }
-    if (!self) {
-        co_return std::nullopt;
-    }
     upsertAccount(user);
-    co_await switchAccount(user.id, true);
+    QCoro::Task<> switching = switchAccount(user.id, true);
+    co_await std::move(switching);
     co_return std::nullopt;
 }
 
 QCoro::Task<> AuthController::switchAccount(qint64 userID, bool force) {
-    QPointer<AuthController> self(this);
     const NVUser* signedIn = m_authState.user();
     if (!force && signedIn && signedIn->id == userID) {
         co_return;
@@ -157,29 +163,32 @@ QCoro::Task<> AuthController::switchAccount(qint64 userID, bool force) {
     if (const std::optional<qint64> activeID = activeUserID()) {
         m_settings.modify([userID = *activeID](AppSettings& changed) { AccountNavigation::stash(changed, userID); });
     }
-    m_settings.set(&AppSettings::activeAccountID, userID);
-    std::optional<QString> token = co_await m_tokenProvider.keychain(userID).read();
-    if (!self) {
-        co_return;
-    }
-    if (!token) {
-        token = co_await m_tokenProvider.legacyKeychain().read();
-        if (!self) {
-            co_return;
-        }
-    }
-    m_tokenProvider.setCached(token);
-    m_settings.modify([userID](AppSettings& changed) { AccountNavigation::restore(changed, userID); });
+    m_settings.modify([userID](AppSettings& changed) {
+        changed.activeAccountID = userID;
+        AccountNavigation::restore(changed, userID);
+    });
+    // From here on nothing of the account left stays in sight or serves a request, and whatever it
+    // still had under way lands unseen; a newer switch or a sign-out overrules this one in turn.
+    const qint64 generation = m_authValidation.raise();
+    m_tokenProvider.setCached(std::nullopt);
+    setAuthState({AuthState::Validating{}});
     m_location.forgetHierarchy();
     m_myDay.emptyTasks();
     m_draft.reset(m_settings.settings().defaultReminderLeadMinutes);
-    co_await validateAndLoad(m_authValidation.raise());
+    const LoadGuard guard(this, m_authValidation, generation);
+    QCoro::Task<std::optional<std::optional<QString>>> reading = awaitGuarded(guard, m_tokenProvider.readToken(userID));
+    const std::optional<std::optional<QString>> token = co_await std::move(reading);
+    if (!token) {
+        co_return;
+    }
+    m_tokenProvider.setCached(*token);
+    QCoro::Task<std::optional<QString>> validation = validateAndLoad(generation);
+    co_await std::move(validation);
 }
 
 QCoro::Task<> AuthController::removeAccount(qint64 userID) {
-    QPointer<AuthController> self(this);
-    co_await m_tokenProvider.keychain(userID).remove();
-    if (!self) {
+    QCoro::Task<bool> removal = awaitGuarded(LoadGuard(this), m_tokenProvider.keychain(userID).remove());
+    if (!co_await std::move(removal)) {
         co_return;
     }
     removeStoredAccount(userID);
@@ -191,7 +200,8 @@ QCoro::Task<> AuthController::removeAccount(qint64 userID) {
         signOut();
         co_return;
     }
-    co_await switchAccount(m_settings.settings().accounts.constFirst().id, true);
+    QCoro::Task<> switching = switchAccount(m_settings.settings().accounts.constFirst().id, true);
+    co_await std::move(switching);
 }
 
 void AuthController::signOut() {

@@ -36,7 +36,8 @@ public:
     // active. Absent on success, else the message to show beside the token field.
     QCoro::Task<std::optional<QString>> signIn(QString token);
     // Makes another stored account active and validates it; `force` goes through even when that
-    // account is already signed in.
+    // account is already signed in. The old account's list, tasks, draft and token go at once,
+    // before the new token is read, and the state is `validating` from then on.
     QCoro::Task<> switchAccount(qint64 userID, bool force);
     // Forgets one stored account; when it is the active one, the first remaining one takes over.
     QCoro::Task<> removeAccount(qint64 userID);

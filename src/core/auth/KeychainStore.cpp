@@ -7,7 +7,8 @@ namespace {
 // Coroutines of their own over a copy of the item, so that nothing refers to the caller's value
 // once they suspend.
 QCoro::Task<std::optional<QString>> readItem(KeychainStore item) {
-    const std::optional<QByteArray> bytes = co_await item.backend->read(item.service, item.account);
+    QCoro::Task<std::optional<QByteArray>> reading = item.backend->read(item.service, item.account);
+    const std::optional<QByteArray> bytes = co_await std::move(reading);
     if (!bytes) {
         co_return std::nullopt;
     }
@@ -15,15 +16,18 @@ QCoro::Task<std::optional<QString>> readItem(KeychainStore item) {
 }
 
 QCoro::Task<> writeItem(KeychainStore item, QString value) {
-    co_await item.backend->remove(item.service, item.account);
-    const int status = co_await item.backend->write(item.service, item.account, value.toUtf8());
+    QCoro::Task<> removal = item.backend->remove(item.service, item.account);
+    co_await std::move(removal);
+    QCoro::Task<int> writing = item.backend->write(item.service, item.account, value.toUtf8());
+    const int status = co_await std::move(writing);
     if (status != 0) {
         throw KeychainStoreError::writeFailed(status);
     }
 }
 
 QCoro::Task<> removeItem(KeychainStore item) {
-    co_await item.backend->remove(item.service, item.account);
+    QCoro::Task<> removal = item.backend->remove(item.service, item.account);
+    co_await std::move(removal);
 }
 } // namespace
 

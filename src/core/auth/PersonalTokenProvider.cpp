@@ -1,10 +1,26 @@
 #include "auth/PersonalTokenProvider.h"
 
+#include "async/LoadGuard.h"
 #include "auth/KeychainStoreError.h"
 #include "auth/PersonalTokenError.h"
 
 #include <QMutexLocker>
-#include <QPointer>
+
+namespace {
+// Copies of the items, so that nothing refers to the provider once the reads are under way.
+QCoro::Task<std::optional<QString>> readEither(std::optional<KeychainStore> own, KeychainStore legacy) {
+    std::optional<QString> token;
+    if (own) {
+        QCoro::Task<std::optional<QString>> reading = own->read();
+        token = co_await std::move(reading);
+    }
+    if (!token) {
+        QCoro::Task<std::optional<QString>> readingLegacy = legacy.read();
+        token = co_await std::move(readingLegacy);
+    }
+    co_return token;
+}
+} // namespace
 
 PersonalTokenProvider::PersonalTokenProvider(SecretStore* secrets, QObject* parent)
     : QObject(parent)
@@ -34,19 +50,15 @@ std::optional<QString> PersonalTokenProvider::authorizationValue() const {
     return cached();
 }
 
+QCoro::Task<std::optional<QString>> PersonalTokenProvider::readToken(std::optional<qint64> userID) const {
+    return readEither(userID ? std::optional(keychain(*userID)) : std::nullopt, m_legacyKeychain);
+}
+
 QCoro::Task<> PersonalTokenProvider::activate(std::optional<qint64> userID) {
-    const qint64 activation = m_assignments.raise();
-    const QPointer<PersonalTokenProvider> self(this);
-    const KeychainStore legacy = m_legacyKeychain;
-    std::optional<QString> token;
-    if (userID) {
-        token = co_await keychain(*userID).read();
-    }
-    if (!token) {
-        token = co_await legacy.read();
-    }
-    if (self && self->m_assignments.isCurrent(activation)) {
-        self->assignCached(std::move(token));
+    QCoro::Task<std::optional<std::optional<QString>>> reading =
+        awaitGuarded(LoadGuard(this, m_assignments), readToken(userID));
+    if (std::optional<std::optional<QString>> token = co_await std::move(reading)) {
+        assignCached(std::move(*token));
     }
 }
 
@@ -57,11 +69,13 @@ QCoro::Task<> PersonalTokenProvider::commitActiveToken(qint64 forUserID) {
     }
     const KeychainStore legacy = m_legacyKeychain;
     try {
-        co_await keychain(forUserID).write(*token);
+        QCoro::Task<> writing = keychain(forUserID).write(*token);
+        co_await std::move(writing);
     } catch (const KeychainStoreError& error) {
         throw PersonalTokenError::keychainFailed(error.errorDescription());
     }
-    co_await legacy.remove();
+    QCoro::Task<> removal = legacy.remove();
+    co_await std::move(removal);
 }
 
 QString PersonalTokenProvider::normalize(const QString& text) {

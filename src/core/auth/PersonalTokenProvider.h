@@ -33,9 +33,10 @@ public:
     // The cached token, with no keychain access.
     std::optional<QString> authorizationValue() const override;
 
-    // Fills cached from the account's item, or when there is no id or no such item, from the legacy
-    // item, which may be absent too. So an account without its own item falls back to the legacy
-    // one. When activations overlap, the last one started wins.
+    // The token of the account's item, or when there is no id or no such item, of the legacy item,
+    // which may be absent too. So an account without its own item falls back to the legacy one.
+    QCoro::Task<std::optional<QString>> readToken(std::optional<qint64> userID) const;
+    // Fills cached with readToken's answer. When activations overlap, the last one started wins.
     QCoro::Task<> activate(std::optional<qint64> userID);
 
     // After the service has accepted cached: writes it to the account's item, then removes the

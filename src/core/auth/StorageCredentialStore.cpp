@@ -12,7 +12,8 @@ KeychainStore item(const char* account, SecretStore* secrets) {
 
 QCoro::Task<> write(KeychainStore item, QString value) {
     try {
-        co_await item.write(std::move(value));
+        QCoro::Task<> writing = item.write(std::move(value));
+        co_await std::move(writing);
     } catch (const KeychainStoreError& error) {
         throw StorageCredentialError::keychainFailed(error.errorDescription());
     }
@@ -37,8 +38,10 @@ QCoro::Task<> StorageCredentialStore::setR2Credentials(QString accessKeyID, QStr
     if (access.isEmpty() || secret.isEmpty()) {
         co_return;
     }
-    co_await write(accessKey, access);
-    co_await write(secretKey, secret);
+    QCoro::Task<> accessWrite = write(accessKey, access);
+    co_await std::move(accessWrite);
+    QCoro::Task<> secretWrite = write(secretKey, secret);
+    co_await std::move(secretWrite);
 }
 
 QCoro::Task<> StorageCredentialStore::setGoogleTokens(QString accessToken, std::optional<QString> refreshToken,
@@ -46,15 +49,19 @@ QCoro::Task<> StorageCredentialStore::setGoogleTokens(QString accessToken, std::
     const KeychainStore access = googleAccessTokenStore;
     const KeychainStore refresh = googleRefreshTokenStore;
     const KeychainStore expiry = googleAccessTokenExpiryStore;
-    co_await write(access, std::move(accessToken));
+    QCoro::Task<> accessWrite = write(access, std::move(accessToken));
+    co_await std::move(accessWrite);
     if (refreshToken && !refreshToken->isEmpty()) {
-        co_await write(refresh, std::move(*refreshToken));
+        QCoro::Task<> refreshWrite = write(refresh, std::move(*refreshToken));
+        co_await std::move(refreshWrite);
     }
-    co_await write(expiry, DoubleText::shortest(EpochSeconds::of(expiresAt)));
+    QCoro::Task<> expiryWrite = write(expiry, DoubleText::shortest(EpochSeconds::of(expiresAt)));
+    co_await std::move(expiryWrite);
 }
 
 QCoro::Task<std::optional<QDateTime>> StorageCredentialStore::readGoogleAccessTokenExpiry() const {
-    const std::optional<QString> text = co_await googleAccessTokenExpiryStore.read();
+    QCoro::Task<std::optional<QString>> reading = googleAccessTokenExpiryStore.read();
+    const std::optional<QString> text = co_await std::move(reading);
     if (!text) {
         co_return std::nullopt;
     }
@@ -69,7 +76,10 @@ QCoro::Task<> StorageCredentialStore::clearGoogleTokens() const {
     const KeychainStore access = googleAccessTokenStore;
     const KeychainStore refresh = googleRefreshTokenStore;
     const KeychainStore expiry = googleAccessTokenExpiryStore;
-    co_await access.remove();
-    co_await refresh.remove();
-    co_await expiry.remove();
+    QCoro::Task<> accessRemoval = access.remove();
+    co_await std::move(accessRemoval);
+    QCoro::Task<> refreshRemoval = refresh.remove();
+    co_await std::move(refreshRemoval);
+    QCoro::Task<> expiryRemoval = expiry.remove();
+    co_await std::move(expiryRemoval);
 }

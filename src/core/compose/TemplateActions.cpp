@@ -1,8 +1,7 @@
 #include "compose/TemplateActions.h"
 
+#include "async/LoadGuard.h"
 #include "compose/TemplateList.h"
-
-#include <QPointer>
 
 TemplateActions::TemplateActions(SettingsStore& settings, HierarchyStore& hierarchy, LocationMemory& location,
                                  TaskDraft& draft, QObject* parent)
@@ -13,7 +12,6 @@ TemplateActions::TemplateActions(SettingsStore& settings, HierarchyStore& hierar
     , m_draft(draft) {}
 
 QCoro::Task<> TemplateActions::applyTemplate(TaskTemplate applied) {
-    QPointer<TemplateActions> self(this);
     const AppSettings& settings = m_settings.settings();
     m_draft.reset(settings.defaultReminderLeadMinutes);
     m_draft.setName(applied.taskName);
@@ -34,9 +32,8 @@ QCoro::Task<> TemplateActions::applyTemplate(TaskTemplate applied) {
     if (!workspaceID) {
         co_return;
     }
-    QCoro::Task<> entriesLoad = m_hierarchy.loadEntries(*workspaceID, false);
-    co_await std::move(entriesLoad);
-    if (self) {
+    QCoro::Task<bool> entriesLoad = awaitGuarded(LoadGuard(this), m_hierarchy.loadEntries(*workspaceID, false));
+    if (co_await std::move(entriesLoad)) {
         selectCached(*applied.listID);
     }
 }

@@ -1,9 +1,8 @@
 #include "hierarchy/HierarchyStore.h"
 
 #include "api/Endpoints.h"
+#include "async/LoadGuard.h"
 #include "hierarchy/SpaceEntries.h"
-
-#include <QPointer>
 
 namespace {
 // The user-facing text of a failed load; the client fails with NVError alone.
@@ -67,24 +66,18 @@ QCoro::Task<> HierarchyStore::loadWorkspaces(bool force) {
     if ((!force && !m_workspaces.isEmpty()) || m_isLoadingWorkspaces) {
         co_return;
     }
-    QPointer<HierarchyStore> self(this);
     setLoadingWorkspaces(true);
     setLastError(std::nullopt);
-    std::optional<QList<Workspace>> workspaces;
-    std::optional<QString> failure;
+    QCoro::Task<std::optional<TeamsResponse>> request =
+        awaitGuarded(LoadGuard(this), Endpoints::getWorkspaces(m_client));
     try {
-        QCoro::Task<TeamsResponse> request = Endpoints::getWorkspaces(m_client);
-        workspaces = (co_await std::move(request)).teams;
+        const std::optional<TeamsResponse> answer = co_await std::move(request);
+        if (!answer) {
+            co_return;
+        }
+        setWorkspaces(answer->teams);
     } catch (const std::exception& error) {
-        failure = describe(error);
-    }
-    if (!self) {
-        co_return;
-    }
-    if (workspaces) {
-        setWorkspaces(*workspaces);
-    } else {
-        setLastError(failure);
+        setLastError(describe(error));
     }
     setLoadingWorkspaces(false);
 }
@@ -93,26 +86,20 @@ QCoro::Task<> HierarchyStore::loadEntries(QString workspaceID, bool force) {
     if ((!force && m_entriesByWorkspace.contains(workspaceID)) || m_loadingLists.contains(workspaceID)) {
         co_return;
     }
-    QPointer<HierarchyStore> self(this);
     setLoadingList(workspaceID, true);
     setLastError(std::nullopt);
-    std::optional<QList<ListEntry>> entries;
-    std::optional<QString> failure;
+    QCoro::Task<std::optional<QList<ListEntry>>> walk =
+        awaitGuarded(LoadGuard(this), SpaceEntries::ofWorkspace(m_client, workspaceID));
     try {
-        QCoro::Task<QList<ListEntry>> walk = SpaceEntries::ofWorkspace(m_client, workspaceID);
-        entries = co_await std::move(walk);
-    } catch (const std::exception& error) {
-        failure = describe(error);
-    }
-    if (!self) {
-        co_return;
-    }
-    if (entries) {
+        const std::optional<QList<ListEntry>> entries = co_await std::move(walk);
+        if (!entries) {
+            co_return;
+        }
         EntriesByWorkspace changed = m_entriesByWorkspace;
         changed.insert(workspaceID, *entries);
         setEntriesByWorkspace(changed);
-    } else {
-        setLastError(failure);
+    } catch (const std::exception& error) {
+        setLastError(describe(error));
     }
     setLoadingList(workspaceID, false);
 }

@@ -1,8 +1,7 @@
 #include "hierarchy/ListContext.h"
 
 #include "api/Endpoints.h"
-
-#include <QPointer>
+#include "async/LoadGuard.h"
 
 namespace {
 // A read whose failure counts as an absent result.
@@ -12,6 +11,30 @@ template <typename T> QCoro::Task<std::optional<T>> orAbsent(QCoro::Task<T> read
     } catch (...) {
         co_return std::nullopt;
     }
+}
+
+// What the reads of one load brought; a failed read is absent.
+struct Reads {
+    std::optional<NVList> details;
+    std::optional<MembersResponse> members;
+    std::optional<TagsResponse> tags;
+    std::optional<FieldsResponse> fields;
+};
+
+// The list's details, members, space tags and fields, read side by side.
+QCoro::Task<Reads> readAll(NorvaneClient client, ListEntry entry) {
+    // All four go out now, in this order: QCoro's tasks start at once.
+    QCoro::Task<std::optional<NVList>> detailsRead = orAbsent(Endpoints::getList(client, entry.list.id));
+    QCoro::Task<std::optional<MembersResponse>> membersRead =
+        orAbsent(Endpoints::getListMembers(client, entry.list.id));
+    QCoro::Task<std::optional<TagsResponse>> tagsRead = orAbsent(Endpoints::getSpaceTags(client, entry.spaceID));
+    QCoro::Task<std::optional<FieldsResponse>> fieldsRead = orAbsent(Endpoints::getListFields(client, entry.list.id));
+    Reads read;
+    read.details = co_await std::move(detailsRead);
+    read.members = co_await std::move(membersRead);
+    read.tags = co_await std::move(tagsRead);
+    read.fields = co_await std::move(fieldsRead);
+    co_return read;
 }
 
 template <typename T, typename Response>
@@ -31,24 +54,15 @@ const QString& ListContext::loadFailedText() {
 }
 
 QCoro::Task<> ListContext::load(NorvaneClient client) {
-    QPointer<ListContext> self(this);
     const ListEntry entry = m_entry;
     assign(m_isLoading, true, &ListContext::isLoadingChanged);
     assign(m_error, std::optional<QString>(), &ListContext::errorChanged);
-
-    // All four go out now, in this order: QCoro's tasks start at once.
-    QCoro::Task<std::optional<NVList>> detailsRead = orAbsent(Endpoints::getList(client, entry.list.id));
-    QCoro::Task<std::optional<MembersResponse>> membersRead =
-        orAbsent(Endpoints::getListMembers(client, entry.list.id));
-    QCoro::Task<std::optional<TagsResponse>> tagsRead = orAbsent(Endpoints::getSpaceTags(client, entry.spaceID));
-    QCoro::Task<std::optional<FieldsResponse>> fieldsRead = orAbsent(Endpoints::getListFields(client, entry.list.id));
-    const std::optional<NVList> details = co_await std::move(detailsRead);
-    const std::optional<MembersResponse> members = co_await std::move(membersRead);
-    const std::optional<TagsResponse> tags = co_await std::move(tagsRead);
-    const std::optional<FieldsResponse> fields = co_await std::move(fieldsRead);
-    if (!self) {
+    QCoro::Task<std::optional<Reads>> reading = awaitGuarded(LoadGuard(this), readAll(client, entry));
+    const std::optional<Reads> read = co_await std::move(reading);
+    if (!read) {
         co_return;
     }
+    const auto& [details, members, tags, fields] = *read;
 
     const QList<NVStatus> listStatuses = details ? details->statuses.value_or(QList<NVStatus>()) : QList<NVStatus>();
     if (!listStatuses.isEmpty()) {

@@ -1,5 +1,6 @@
 #include "hierarchy/LocationMemory.h"
 
+#include "async/LoadGuard.h"
 #include "async/StartTask.h"
 
 #include <algorithm>
@@ -10,7 +11,12 @@ LocationMemory::LocationMemory(SettingsStore& settings, HierarchyStore& hierarch
     , m_settings(settings)
     , m_hierarchy(hierarchy)
     , m_client(client)
-    , m_draft(draft) {}
+    , m_draft(draft)
+    , m_activeWorkspaceID(activeWorkspaceID()) {
+    connect(&m_settings, &SettingsStore::settingsChanged, this, &LocationMemory::updateActiveWorkspaceID);
+    connect(&m_hierarchy, &HierarchyStore::workspacesChanged, this, &LocationMemory::updateActiveWorkspaceID);
+    connect(this, &LocationMemory::currentContextChanged, this, &LocationMemory::updateActiveWorkspaceID);
+}
 
 std::optional<QString> LocationMemory::activeWorkspaceID() const {
     if (m_currentContext) {
@@ -30,7 +36,6 @@ std::optional<QString> LocationMemory::activeWorkspaceID() const {
 }
 
 QCoro::Task<> LocationMemory::restoreLastLocation() {
-    QPointer<LocationMemory> self(this);
     const std::optional<SavedLocation> location = m_settings.settings().lastLocation;
     if (!location) {
         co_return;
@@ -41,9 +46,9 @@ QCoro::Task<> LocationMemory::restoreLastLocation() {
         // The workspace is gone, perhaps for now: the location stays for when it comes back.
         co_return;
     }
-    QCoro::Task<> entriesLoad = m_hierarchy.loadEntries(location->workspaceID, false);
-    co_await std::move(entriesLoad);
-    if (!self) {
+    QCoro::Task<bool> entriesLoad =
+        awaitGuarded(LoadGuard(this), m_hierarchy.loadEntries(location->workspaceID, false));
+    if (!co_await std::move(entriesLoad)) {
         co_return;
     }
     if (const std::optional<ListEntry> entry = m_hierarchy.entry(location->listID)) {
@@ -78,6 +83,15 @@ void LocationMemory::setCurrentContext(ListContext* context) {
     }
     m_currentContext = context;
     emit currentContextChanged();
+}
+
+void LocationMemory::updateActiveWorkspaceID() {
+    std::optional<QString> workspaceID = activeWorkspaceID();
+    if (workspaceID == m_activeWorkspaceID) {
+        return;
+    }
+    m_activeWorkspaceID = std::move(workspaceID);
+    emit activeWorkspaceIDChanged();
 }
 
 void LocationMemory::forgetHierarchy() {

@@ -27,7 +27,7 @@ public:
     // The chosen list with what is known of it; null before a selection.
     ListContext* currentContext() const { return m_currentContext; }
     // The workspace to show: the current list's, else the preferred one, else the last location's,
-    // else the first known one.
+    // else the first known one. activeWorkspaceIDChanged tells each change, from whichever source.
     std::optional<QString> activeWorkspaceID() const;
 
     // Aims the composer at a list and remembers it as the last location. Another list clears the
@@ -42,13 +42,17 @@ public:
 
 signals:
     void currentContextChanged();
+    void activeWorkspaceIDChanged();
 
 private:
     void setCurrentContext(ListContext* context);
+    void updateActiveWorkspaceID();
 
     SettingsStore& m_settings;
     HierarchyStore& m_hierarchy;
     const NorvaneClient& m_client;
     TaskDraft& m_draft;
     QPointer<ListContext> m_currentContext;
+    // As last told.
+    std::optional<QString> m_activeWorkspaceID;
 };

@@ -1,9 +1,9 @@
 #include "hierarchy/LocationPickerModel.h"
 
+#include "async/LoadGuard.h"
 #include "async/StartTask.h"
 #include "support/SpacesAndTabs.h"
 
-#include <QPointer>
 #include <algorithm>
 
 namespace {
@@ -136,13 +136,11 @@ void LocationPickerModel::appear() {
 }
 
 QCoro::Task<> LocationPickerModel::loadWorkspaces() {
-    QPointer<LocationPickerModel> self(this);
-    QCoro::Task<> load = hierarchy().loadWorkspaces(false);
-    co_await std::move(load);
+    QCoro::Task<bool> load = awaitGuarded(LoadGuard(this), hierarchy().loadWorkspaces(false));
     // A preferred workspace of another account gives way as soon as the workspaces are known, also
     // when they were known before the picker appeared.
-    if (self && self->m_shown && (!self->m_workspaceID || !self->hierarchy().workspaces().isEmpty())) {
-        self->followWorkspaces();
+    if (co_await std::move(load) && m_shown && (!m_workspaceID || !hierarchy().workspaces().isEmpty())) {
+        followWorkspaces();
     }
 }
 
@@ -159,11 +157,9 @@ void LocationPickerModel::followWorkspaces() {
 }
 
 QCoro::Task<> LocationPickerModel::refresh() {
-    QPointer<LocationPickerModel> self(this);
-    QCoro::Task<> workspaces = hierarchy().loadWorkspaces(true);
-    co_await std::move(workspaces);
-    if (self && self->m_workspaceID) {
-        QCoro::Task<> entries = self->hierarchy().loadEntries(*self->m_workspaceID, true);
+    QCoro::Task<bool> workspaces = awaitGuarded(LoadGuard(this), hierarchy().loadWorkspaces(true));
+    if (co_await std::move(workspaces) && m_workspaceID) {
+        QCoro::Task<> entries = hierarchy().loadEntries(*m_workspaceID, true);
         co_await std::move(entries);
     }
 }

@@ -1,5 +1,7 @@
 #include "myday/MyDayRowModel.h"
 
+#include "support/NorvaneColor.h"
+
 #include <QStringList>
 
 MyDayRowModel::MyDayRowModel(QObject* parent)
@@ -61,7 +63,7 @@ QVariant MyDayRowModel::data(const QModelIndex& index, int role) const {
     case StatusRole:
         return task.status ? task.status->status : QString();
     case StatusColorRole:
-        return task.status ? task.status->color.value_or(QString()) : QString();
+        return task.status ? NorvaneColor::nameOf(task.status->color) : QString();
     case DueDateRole:
         return task.dueDate.value_or(QString());
     case ListNameRole:

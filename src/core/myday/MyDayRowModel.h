@@ -19,7 +19,7 @@ public:
         TaskIDRole,
         NameRole,
         StatusRole,      // the status name, or empty
-        StatusColorRole, // the status colour, or empty
+        StatusColorRole, // the status colour as "#rrggbb", or empty for none or one unreadable
         DueDateRole,     // the due date text as the service sent it, or empty
         ListNameRole,
         AssigneesRole, // the assignees' labels

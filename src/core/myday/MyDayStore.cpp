@@ -2,8 +2,8 @@
 
 #include "api/Endpoints.h"
 #include "async/Background.h"
+#include "async/LoadGuard.h"
 #include "myday/DayBounds.h"
-#include "myday/DueDate.h"
 #include "myday/TaskOrdering.h"
 #include "myday/TaskSearch.h"
 #include "submit/FailureMessage.h"
@@ -49,7 +49,8 @@ QString MyDayStore::noDoneStatusText() {
     return QCoreApplication::translate("MyDayStore", "Couldn't resolve a done status for this list.");
 }
 
-QCoro::Task<> MyDayStore::refresh(std::optional<QString> teamID, TaskQueryFilters filters) {
+QCoro::Task<> MyDayStore::refresh(std::optional<QString> teamID, TaskQueryFilters filters,
+                                  std::function<bool()> stillActive) {
     if (!teamID) {
         emptyTasks();
         setError(std::nullopt);
@@ -59,39 +60,29 @@ QCoro::Task<> MyDayStore::refresh(std::optional<QString> teamID, TaskQueryFilter
     setLoading(true);
     setError(std::nullopt);
     setLoadingMessage(loadingTasksText());
-    const QPointer<MyDayStore> self(this);
-    std::optional<Fetched> fetched;
-    std::optional<QString> failure;
+    const LoadGuard alive(this);
+    QCoro::Task<Fetched> fetching =
+        fetchAllTasks(*teamID, std::move(filters), QCoreApplication::translate("MyDayStore", "Loading tasks"));
+    QCoro::Task<std::optional<Fetched>> landing =
+        awaitGuarded(stillActive ? alive.also(std::move(stillActive)) : alive, std::move(fetching));
     try {
-        QCoro::Task<Fetched> fetching =
-            fetchAllTasks(*teamID, std::move(filters), QCoreApplication::translate("MyDayStore", "Loading tasks"));
-        fetched = co_await std::move(fetching);
-    } catch (...) {
-        failure = FailureMessage::of(std::current_exception());
-    }
-    if (!self) {
-        co_return;
-    }
-    if (fetched) {
+        std::optional<Fetched> fetched = co_await std::move(landing);
+        if (!fetched) {
+            // Asked for an account or a workspace that is no longer active: the answer goes unseen,
+            // but this fetch has ended.
+            if (alive.holds()) {
+                setLoading(false);
+            }
+            co_return;
+        }
         setTasks(std::move(fetched->tasks), std::move(fetched->searchTexts));
         clearWorkspaceSearch();
-    } else {
-        setError(failure);
+    } catch (...) {
+        setError(FailureMessage::of(std::current_exception()));
     }
     setLoading(false);
     m_lastFetched = m_clock();
     emit lastFetchedChanged();
-}
-
-QCoro::Task<bool> MyDayStore::refreshDueCount(bool showDueCountBadge, std::optional<qint64> signedInUserID,
-                                              std::optional<QString> activeWorkspaceID) {
-    if (!showDueCountBadge || !signedInUserID || !activeWorkspaceID) {
-        co_return false;
-    }
-    const TaskQueryFilters mine(QList<qint64>{*signedInUserID}, std::nullopt, std::nullopt);
-    QCoro::Task<> refreshing = refresh(std::move(activeWorkspaceID), mine);
-    co_await std::move(refreshing);
-    co_return true;
 }
 
 QCoro::Task<MyDayStore::Fetched> MyDayStore::fetchAllTasks(QString teamID, TaskQueryFilters filters,
@@ -128,18 +119,6 @@ void MyDayStore::clearWorkspaceSearch() {
     setWorkspaceSearchQuery(std::nullopt);
 }
 
-qsizetype MyDayStore::dueCount() const {
-    const auto end = static_cast<double>(endOfToday().toMSecsSinceEpoch());
-    return std::count_if(m_tasks.cbegin(), m_tasks.cend(), [end](const NVTaskSummary& task) {
-        const std::optional<double> due = DueDate::milliseconds(task.dueDate);
-        return due && *due <= end;
-    });
-}
-
-QDateTime MyDayStore::endOfToday() const {
-    return DayBounds::endOfTodayAt(m_clock());
-}
-
 QList<NVTaskSummary> MyDayStore::searchAssigned(const QString& query) const {
     const QStringList tokens = TaskSearch::normalizedTokens(query);
     if (tokens.isEmpty()) {
@@ -165,19 +144,22 @@ QCoro::Task<QList<NVStatus>> MyDayStore::loadStatuses(QString listID) {
     if (const QList<NVStatus> cached = m_statusesByListID.value(listID); !cached.isEmpty()) {
         co_return cached;
     }
-    const QPointer<MyDayStore> self(this);
-    QList<NVStatus> statuses;
+    const LoadGuard alive(this);
+    QCoro::Task<NVList> reading = Endpoints::getList(m_client, listID);
+    std::optional<NVList> list;
     try {
-        QCoro::Task<NVList> reading = Endpoints::getList(m_client, listID);
-        statuses = (co_await std::move(reading)).statuses.value_or(QList<NVStatus>());
-    } catch (...) {
         // Unreadable statuses count as none, and nothing is cached.
+        QCoro::Task<std::optional<NVList>> landing = awaitGuarded(alive, std::move(reading));
+        list = co_await std::move(landing);
+    } catch (...) {
         co_return QList<NVStatus>();
     }
-    if (self) {
-        m_statusesByListID.insert(listID, statuses);
-        emit statusesByListIDChanged();
+    if (!list) {
+        co_return QList<NVStatus>();
     }
+    const QList<NVStatus> statuses = list->statuses.value_or(QList<NVStatus>());
+    m_statusesByListID.insert(listID, statuses);
+    emit statusesByListIDChanged();
     co_return statuses;
 }
 
@@ -199,24 +181,26 @@ QCoro::Task<std::optional<QString>> MyDayStore::complete(NVTaskSummary task) {
     if (!task.list) {
         co_return noDoneStatusText();
     }
-    const QPointer<MyDayStore> self(this);
-    QCoro::Task<std::optional<QString>> finding = closedStatus(task.list->id);
-    const std::optional<QString> done = co_await std::move(finding);
+    const LoadGuard alive(this);
+    QCoro::Task<std::optional<std::optional<QString>>> finding = awaitGuarded(alive, closedStatus(task.list->id));
+    const std::optional<std::optional<QString>> done = co_await std::move(finding);
     if (!done) {
-        co_return noDoneStatusText();
-    }
-    if (!self) {
         co_return std::nullopt;
     }
+    if (!*done) {
+        co_return noDoneStatusText();
+    }
+    const UpdateTaskRequest request{**done, std::nullopt, std::nullopt};
+    QCoro::Task<std::optional<NVTaskSummary>> sending =
+        awaitGuarded(alive, Endpoints::updateTask(m_client, task.id, request));
     try {
-        const UpdateTaskRequest request{*done, std::nullopt, std::nullopt};
-        QCoro::Task<NVTaskSummary> sending = Endpoints::updateTask(m_client, task.id, request);
-        co_await std::move(sending);
+        // The answer is read, and dropped.
+        if (co_await std::move(sending)) {
+            removeTask(task.id);
+            emit taskChanged();
+        }
     } catch (...) {
         co_return FailureMessage::of(std::current_exception());
-    }
-    if (self) {
-        removeTask(task.id);
     }
     co_return std::nullopt;
 }
@@ -235,16 +219,15 @@ QCoro::Task<std::optional<QString>> MyDayStore::updateStatus(NVTaskSummary task,
 }
 
 QCoro::Task<std::optional<QString>> MyDayStore::update(QString taskID, UpdateTaskRequest request) {
-    const QPointer<MyDayStore> self(this);
-    NVTaskSummary changed;
+    QCoro::Task<std::optional<NVTaskSummary>> sending =
+        awaitGuarded(LoadGuard(this), Endpoints::updateTask(m_client, taskID, request));
     try {
-        QCoro::Task<NVTaskSummary> sending = Endpoints::updateTask(m_client, taskID, request);
-        changed = co_await std::move(sending);
+        if (const std::optional<NVTaskSummary> changed = co_await std::move(sending)) {
+            replaceTask(*changed);
+            emit taskChanged();
+        }
     } catch (...) {
         co_return FailureMessage::of(std::current_exception());
-    }
-    if (self) {
-        replaceTask(changed);
     }
     co_return std::nullopt;
 }

@@ -12,12 +12,13 @@
 #include <QList>
 #include <QObject>
 #include <QStringList>
+#include <functional>
 #include <optional>
 
-// The open tasks that the Tasks tab shows and the tray icon counts. It fetches them page by page from
-// the service's workspace-wide task search, keeps them in My Day's order (TaskOrdering), and carries
-// out the row actions that change a task on the service: complete, move the due date (snooze) and
-// change the status. Nothing is persisted. Main thread only.
+// The open tasks that the Tasks tab shows. It fetches them page by page from the service's
+// workspace-wide task search, keeps them in My Day's order (TaskOrdering), and carries out the row
+// actions that change a task on the service: complete, move the due date (snooze) and change the
+// status. Nothing is persisted. Main thread only.
 //
 // Row actions return absent on success and the message to show on failure; they never throw and
 // never touch `error`.
@@ -61,22 +62,17 @@ public:
     const StatusesByListID& statusesByListID() const { return m_statusesByListID; }
 
     // Fetches every page of the workspace's open tasks with the filters, then sorts them. Every call
-    // fetches, and the one that finishes last wins. Without a workspace it empties the tasks. A
-    // failure keeps the tasks and sets `error`; either way `lastFetched` is set.
-    QCoro::Task<> refresh(std::optional<QString> teamID, TaskQueryFilters filters);
-    // For the tray icon's count: refreshes the workspace's tasks assigned to the user, but only when
-    // the count is shown, a user is signed in and a workspace is active. Whether it refreshed.
-    QCoro::Task<bool> refreshDueCount(bool showDueCountBadge, std::optional<qint64> signedInUserID,
-                                      std::optional<QString> activeWorkspaceID);
+    // fetches, and of those whose answers are taken the one that finishes last wins. Without a
+    // workspace it empties the tasks. A failure keeps the tasks and sets `error`; either way
+    // `lastFetched` is set. `stillActive`, when given, tells whether the account and workspace the
+    // fetch was asked for are still the active ones when it ends: if not, it changes nothing but
+    // `isLoading`. It must not refer to anything that may go before the store.
+    QCoro::Task<> refresh(std::optional<QString> teamID, TaskQueryFilters filters,
+                          std::function<bool()> stillActive = {});
     // Empties the tasks and the workspace search.
     void emptyTasks();
     // Empties the workspace search, as when the search text is cleared.
     void clearWorkspaceSearch();
-
-    // The tasks due by the end of today, overdue ones included; undated ones are not counted.
-    qsizetype dueCount() const;
-    // 23:59:59 of today in local time, as an instant; now if the calendar yields none.
-    QDateTime endOfToday() const;
 
     // The loaded tasks whose text holds every word of the query, in their order; with no words,
     // all of them. Never asks the service.
@@ -107,6 +103,8 @@ signals:
     void errorChanged();
     void lastFetchedChanged();
     void statusesByListIDChanged();
+    // A row action changed a task on the service.
+    void taskChanged();
 
 private:
     struct Fetched {

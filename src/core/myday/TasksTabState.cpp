@@ -1,6 +1,6 @@
 #include "myday/TasksTabState.h"
 
-#include "async/StartTask.h"
+#include "async/LoadGuard.h"
 #include "myday/DayBounds.h"
 #include "myday/DueDate.h"
 #include "myday/TaskSearch.h"
@@ -9,7 +9,6 @@
 #include <QCollator>
 #include <QCoreApplication>
 #include <QHash>
-#include <QPointer>
 #include <algorithm>
 #include <array>
 
@@ -267,16 +266,24 @@ QList<AssigneeChoice> TasksTabState::availableAssignees() const {
 
 QCoro::Task<> TasksTabState::refresh() {
     setRowError(std::nullopt);
-    if (m_assigneeFilter.is<TaskAssigneeFilter::Mine>() && !signedInUserID()) {
+    const std::optional<qint64> userID = signedInUserID();
+    if (m_assigneeFilter.is<TaskAssigneeFilter::Mine>() && !userID) {
         m_store.emptyTasks();
         co_return;
     }
-    const QPointer<TasksTabState> self(this);
-    QCoro::Task<> refreshing = m_store.refresh(m_context.activeWorkspaceID(), requestFilters());
-    co_await std::move(refreshing);
-    if (self && m_context.updateBadge) {
-        m_context.updateBadge();
-    }
+    const std::optional<QString> workspaceID = m_context.activeWorkspaceID();
+    QCoro::Task<> fetching = m_store.refresh(workspaceID, requestFilters(), stillActive(userID, workspaceID));
+    co_await std::move(fetching);
+}
+
+std::function<bool()> TasksTabState::stillActive(std::optional<qint64> userID,
+                                                 const std::optional<QString>& workspaceID) const {
+    // Reads the rest of the program only, never this tab, which may be gone when the answer lands.
+    return
+        [signedInUser = m_context.signedInUser, activeWorkspaceID = m_context.activeWorkspaceID, userID, workspaceID] {
+            const NVUser* user = signedInUser ? signedInUser() : nullptr;
+            return (user ? std::optional(user->id) : std::nullopt) == userID && activeWorkspaceID() == workspaceID;
+        };
 }
 
 QCoro::Task<> TasksTabState::complete(NVTaskSummary task) {
@@ -299,19 +306,17 @@ QCoro::Task<> TasksTabState::perform(NVTaskSummary task, Action action, QDateTim
     }
     m_working.insert(taskID);
     emit workingChanged(taskID);
-    const QPointer<TasksTabState> self(this);
     QCoro::Task<std::optional<QString>> acting = action == Action::complete ? m_store.complete(std::move(task))
                                                  : action == Action::snooze
                                                      ? m_store.snooze(std::move(task), std::move(dueDate))
                                                      : m_store.updateStatus(std::move(task), std::move(status));
-    const std::optional<QString> failure = co_await std::move(acting);
-    if (!self) {
+    QCoro::Task<std::optional<std::optional<QString>>> landing = awaitGuarded(LoadGuard(this), std::move(acting));
+    const std::optional<std::optional<QString>> failure = co_await std::move(landing);
+    if (!failure) {
         co_return;
     }
-    if (failure) {
-        setRowError(failure);
-    } else if (m_context.updateBadge) {
-        m_context.updateBadge();
+    if (*failure) {
+        setRowError(**failure);
     }
     m_working.remove(taskID);
     emit workingChanged(taskID);

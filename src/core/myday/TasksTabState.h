@@ -26,8 +26,6 @@ struct TasksTabContext {
     std::function<std::optional<QString>()> activeWorkspaceID;
     // The composer's current list, or null.
     std::function<ListContext*()> currentContext;
-    // Redraws the tray icon's badge; may be empty.
-    std::function<void()> updateBadge;
     // Where "Remind me" goes.
     SubmitNotifier* reminders = nullptr;
     // For the address of a task that comes without one.
@@ -110,12 +108,13 @@ public:
     // its tasks in tree form. rowsChanged comes whenever they are worked out anew.
     const QList<MyDayRow>& rows() const { return m_rows; }
 
-    // Clears the row error, fetches with the request filters (or empties the list for `mine` with
-    // nobody signed in), then redraws the badge.
+    // Clears the row error, then fetches with the request filters (or empties the list for `mine`
+    // with nobody signed in). What it fetched is dropped when it lands after the signed-in account or
+    // the active workspace changed.
     QCoro::Task<> refresh();
 
     // The row actions. One row runs one action at a time: while it works, its actions do nothing.
-    // A failure's message becomes the row error; success redraws the badge.
+    // A failure's message becomes the row error.
     bool isWorking(const QString& taskID) const { return m_working.contains(taskID); }
     QCoro::Task<> complete(NVTaskSummary task);
     QCoro::Task<> moveDueDate(NVTaskSummary task, QuickTimes::DueDateMove move);
@@ -140,6 +139,8 @@ signals:
 private:
     enum class Action { complete, snooze, updateStatus };
     QCoro::Task<> perform(NVTaskSummary task, Action action, QDateTime dueDate, QString status);
+    // Whether the account and the workspace a fetch was asked for are still the active ones.
+    std::function<bool()> stillActive(std::optional<qint64> userID, const std::optional<QString>& workspaceID) const;
     std::optional<qint64> signedInUserID() const;
     bool matchesAssignee(const NVTaskSummary& task) const;
     // The tasks the filter menus are made from.

@@ -43,9 +43,9 @@ void BackgroundSubmitQueue::enqueueBulk(BulkSubmitJobPayload payload, NorvaneCli
 }
 
 void BackgroundSubmitQueue::markBackgrounded(const ForegroundSubmitSession& session) {
-    m_backgroundedJobIDs.insert(session.jobID);
-    if (updateBadge) {
-        updateBadge();
+    if (!m_backgroundedJobIDs.contains(session.jobID)) {
+        m_backgroundedJobIDs.insert(session.jobID);
+        emit backgroundedJobIDsChanged();
     }
 }
 
@@ -311,12 +311,8 @@ bool BackgroundSubmitQueue::finishJob(const std::optional<QUuid>& jobID, bool fo
 }
 
 void BackgroundSubmitQueue::finishTracking(const std::optional<QUuid>& jobID) {
-    if (!jobID) {
-        return;
-    }
-    m_backgroundedJobIDs.remove(*jobID);
-    if (updateBadge) {
-        updateBadge();
+    if (jobID && m_backgroundedJobIDs.remove(*jobID)) {
+        emit backgroundedJobIDsChanged();
     }
 }
 

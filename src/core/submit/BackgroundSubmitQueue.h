@@ -47,9 +47,6 @@ public:
     // Running jobs whose session the user left: the number beside the status item.
     const QSet<QUuid>& backgroundedJobIDs() const { return m_backgroundedJobIDs; }
 
-    // Redraws the status item's badge when the backgrounded jobs change; may be empty.
-    std::function<void()> updateBadge;
-
     // Starts a job creating one task. `jobID` names it for markBackgrounded.
     void enqueue(SubmitJobPayload payload, NorvaneClient client, std::optional<QUuid> jobID, PhaseHandler onPhase);
     // Starts a bulk job.
@@ -66,6 +63,7 @@ public:
 
 signals:
     void pendingCountChanged();
+    void backgroundedJobIDsChanged();
     // A notification about a job in the background could not be delivered: show its outcome here.
     void backgroundResult(const BackgroundJobResult& result);
 

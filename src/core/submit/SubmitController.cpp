@@ -22,6 +22,14 @@ bool hasNonBlankLine(const QString& lines) {
 bool isGivenName(const QString& name) {
     return !SpacesAndTabs::trimmed(name).isEmpty();
 }
+
+// A result page: the job behind it has ended.
+bool showsResult(const ForegroundSubmitPhase& phase) {
+    return std::holds_alternative<ForegroundSubmitPhases::Done>(phase) ||
+           std::holds_alternative<ForegroundSubmitPhases::Failed>(phase) ||
+           std::holds_alternative<ForegroundSubmitPhases::BulkDone>(phase) ||
+           std::holds_alternative<ForegroundSubmitPhases::FoundExisting>(phase);
+}
 } // namespace
 
 SubmitController::SubmitController(TaskDraft& draft, SettingsStore& settings, LocationMemory& location,
@@ -107,7 +115,10 @@ void SubmitController::backgroundActiveSubmit() {
         return;
     }
     m_notifier.requestNotificationPermissionIfNeeded();
-    m_queue.markBackgrounded(*m_foregroundSubmit);
+    // A job that has ended would never take its id out of the background again.
+    if (!showsResult(m_foregroundSubmit->phase)) {
+        m_queue.markBackgrounded(*m_foregroundSubmit);
+    }
     setForegroundSubmit(std::nullopt);
     resetDraftForNewTask();
 }

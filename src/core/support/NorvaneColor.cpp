@@ -34,6 +34,11 @@ std::optional<NorvaneColor> NorvaneColor::fromHex(const std::optional<QString>& 
     return NorvaneColor{channel(value, 16), channel(value, 8), channel(value, 0)};
 }
 
+QString NorvaneColor::nameOf(const std::optional<QString>& hex) {
+    const std::optional<NorvaneColor> color = fromHex(hex);
+    return color ? color->name() : QString();
+}
+
 QString NorvaneColor::name() const {
     return QStringLiteral("#%1%2%3")
         .arg(byteOf(red), 2, 16, QLatin1Char('0'))

@@ -17,6 +17,8 @@ struct NorvaneColor {
 
     // "#rrggbb", the form QML takes.
     QString name() const;
+    // The name of the colour the service wrote, or empty text for none.
+    static QString nameOf(const std::optional<QString>& hex);
 
     bool operator==(const NorvaneColor&) const = default;
 };

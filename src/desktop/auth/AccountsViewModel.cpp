@@ -1,10 +1,10 @@
 #include "auth/AccountsViewModel.h"
 
+#include "async/LoadGuard.h"
 #include "async/StartTask.h"
 #include "auth/AccountLabels.h"
 #include "support/NorvaneColor.h"
 
-#include <QPointer>
 #include <algorithm>
 
 namespace {
@@ -102,11 +102,9 @@ void AccountsViewModel::switchTo(qint64 accountID) {
 }
 
 QCoro::Task<> AccountsViewModel::switching(qint64 accountID) {
-    QPointer<AccountsViewModel> self(this);
-    QCoro::Task<> switchAccount = m_auth.switchAccount(accountID, false);
-    co_await std::move(switchAccount);
+    QCoro::Task<bool> switchAccount = awaitGuarded(LoadGuard(this), m_auth.switchAccount(accountID, false));
     // A later switch started here owns the indicator now.
-    if (self && m_switchingAccountID == accountID) {
+    if (co_await std::move(switchAccount) && m_switchingAccountID == accountID) {
         setSwitchingAccountID(std::nullopt);
     }
 }

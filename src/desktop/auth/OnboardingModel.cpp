@@ -1,8 +1,7 @@
 #include "auth/OnboardingModel.h"
 
+#include "async/LoadGuard.h"
 #include "async/StartTask.h"
-
-#include <QPointer>
 
 OnboardingModel::OnboardingModel(AuthController& auth, ServiceAddresses addresses, QObject* parent)
     : QObject(parent)
@@ -33,12 +32,13 @@ void OnboardingModel::connect() {
 }
 
 QCoro::Task<> OnboardingModel::signIn(QString token) {
-    QPointer<OnboardingModel> self(this);
-    QCoro::Task<std::optional<QString>> signingIn = m_auth.signIn(std::move(token));
-    const std::optional<QString> message = co_await std::move(signingIn);
-    if (!self) {
+    QCoro::Task<std::optional<std::optional<QString>>> signingIn =
+        awaitGuarded(LoadGuard(this), m_auth.signIn(std::move(token)));
+    const std::optional<std::optional<QString>> answer = co_await std::move(signingIn);
+    if (!answer) {
         co_return;
     }
+    const std::optional<QString>& message = *answer;
     setErrorMessage(message.value_or(QString()));
     if (!message) {
         setToken({}); // signed in: the token now lives in the secret store only

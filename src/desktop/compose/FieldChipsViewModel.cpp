@@ -237,14 +237,17 @@ QList<FieldChipsViewModel::Entry> FieldChipsViewModel::entries(const QString& ch
         }
     } else if (chipID == ComposerFieldItem::defaultField(DefaultField::assignee).id()) {
         for (const Member& member : m_context ? m_context->members() : QList<Member>{}) {
-            result.append(
-                {FieldChipTitles::memberEntry(member), draft.assignees().contains(member.id), true, {}, [&draft, id = member.id] {
-                     QSet<qint64> assignees = draft.assignees();
-                     if (!assignees.remove(id)) {
-                         assignees.insert(id);
-                     }
-                     draft.setAssignees(assignees);
-                 }});
+            result.append({FieldChipTitles::memberEntry(member),
+                           draft.assignees().contains(member.id),
+                           true,
+                           {},
+                           [&draft, id = member.id] {
+                               QSet<qint64> assignees = draft.assignees();
+                               if (!assignees.remove(id)) {
+                                   assignees.insert(id);
+                               }
+                               draft.setAssignees(assignees);
+                           }});
         }
         result.append({tr("Clear assignees"), false, false, {}, [&draft] { draft.setAssignees({}); }});
     } else if (chipID == ComposerFieldItem::defaultField(DefaultField::priority).id()) {

@@ -3,6 +3,7 @@
 #include "async/StartTask.h"
 #include "compose/BranchNameFormatter.h"
 #include "myday/DueDate.h"
+#include "support/NorvaneColor.h"
 #include "support/Overloaded.h"
 
 #include <QDateTime>
@@ -133,7 +134,7 @@ QStringList MyDayViewModel::assigneeChoices() const {
 
 int MyDayViewModel::assigneeIndex() const {
     const TaskAssigneeFilter& filter = m_state.assigneeFilter();
-    const auto fixed = std::find(fixedAssignees.cbegin(), fixedAssignees.cend(), filter);
+    const auto* const fixed = std::find(fixedAssignees.cbegin(), fixedAssignees.cend(), filter);
     if (fixed != fixedAssignees.cend()) {
         return static_cast<int>(fixed - fixedAssignees.cbegin());
     }
@@ -269,7 +270,7 @@ QVariantList MyDayViewModel::statusesOf(const QString& taskID) const {
     }
     for (const NVStatus& status : m_state.store().statusesByListID().value(found->list->id)) {
         statuses.append(QVariantMap{{QStringLiteral("name"), status.status},
-                                    {QStringLiteral("color"), status.color.value_or(QString())}});
+                                    {QStringLiteral("color"), NorvaneColor::nameOf(status.color)}});
     }
     return statuses;
 }

@@ -55,8 +55,8 @@ public:
     enum Content { Rows, Loading, Failed, Empty, NoMatch };
     Q_ENUM(Content)
 
-    // `context` is the rest of the program as the tab needs it (myDayContext); the owner calls
-    // contextChanged() when the account, the workspace or the current list may have changed.
+    // `context` is the rest of the program as the tab needs it (myDayContext); the owner tells
+    // state() when the account, the workspace or the current list may have changed (followAppState).
     MyDayViewModel(MyDayStore& store, TasksTabContext context, LinkActions& links, const SettingsStore& settings,
                    QObject* parent = nullptr);
 
@@ -121,9 +121,6 @@ public:
     Q_INVOKABLE void copyLink(const QString& taskID);
     Q_INVOKABLE void copyBranchName(const QString& taskID);
     Q_INVOKABLE void openInNorvane(const QString& taskID);
-
-public slots:
-    void contextChanged() { m_state.contextChanged(); }
 
 signals:
     void searchTextChanged();

@@ -1,7 +1,5 @@
 #include "settings/GeneralSettingsViewModel.h"
 
-#include "app/DueCountRefresh.h"
-#include "async/StartTask.h"
 #include "compose/BranchNameFormatter.h"
 #include "settings/ReminderLeadTime.h"
 
@@ -23,12 +21,6 @@ GeneralSettingsViewModel::GeneralSettingsViewModel(AppState& app, LoginItem& log
 
 void GeneralSettingsViewModel::setShowDueCountBadge(bool show) {
     m_app.settings().set(&AppSettings::showDueCountBadge, show);
-    if (m_app.updateBadge) {
-        m_app.updateBadge();
-    }
-    if (show) {
-        startTask(this, refreshDueCountIfNeeded(m_app));
-    }
 }
 
 QStringList GeneralSettingsViewModel::workspaceNames() const {

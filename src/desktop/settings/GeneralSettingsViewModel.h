@@ -29,7 +29,7 @@ public:
     GeneralSettingsViewModel(AppState& app, LoginItem& loginItem, QObject* parent = nullptr);
 
     bool showDueCountBadge() const { return settings().showDueCountBadge; }
-    // Saves, redraws the badge, and when turned on fetches the due count and redraws it again.
+    // Saves; the tray icon follows, and turning the count on fetches it.
     void setShowDueCountBadge(bool show);
 
     // The workspaces of the account, by name, in the service's order.

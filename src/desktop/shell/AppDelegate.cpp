@@ -1,9 +1,7 @@
 #include "shell/AppDelegate.h"
 
-#include "app/DueCountRefresh.h"
 #include "async/StartTask.h"
 
-#include <QPointer>
 #include <QTimer>
 #include <cstdio>
 
@@ -24,6 +22,13 @@ void AppDelegate::applicationDidFinishLaunching() {
     connect(&m_statusItem, &StatusItem::openURLRequested, this,
             [this](const QUrl& url) { m_linkActions.openURL(url); });
     connect(&m_statusItem, &StatusItem::settingsRequested, &m_settingsWindow, &SettingsWindow::showSettings);
+    connect(&m_app, &AppState::settingsRequested, &m_settingsWindow, [this](std::optional<SettingsTab> tab) {
+        if (tab) {
+            m_settingsWindow.showTab(*tab);
+        } else {
+            m_settingsWindow.showSettings();
+        }
+    });
     const auto showBookmarks = [this] { m_statusItem.setBookmarks(m_app.settings().settings().bookmarks); };
     connect(&m_app.settings(), &SettingsStore::settingsChanged, this, showBookmarks);
     showBookmarks();
@@ -34,28 +39,15 @@ void AppDelegate::applicationDidFinishLaunching() {
     connect(&popover, &PopoverWindow::presentedChanged, &m_control, &ControlService::setPopoverVisible);
     connect(&popover, &PopoverWindow::presentedChanged, this, [this](bool presented) {
         if (presented) {
-            startTask(this, refreshDueCountIfNeeded(m_app));
+            m_app.dueCount().startRefresh();
         }
     });
     connect(&m_trayHost, &TrayHostWatcher::hostFound, this, &AppDelegate::trayHostFound);
     connect(&m_trayHost, &TrayHostWatcher::noHostFound, this, &AppDelegate::noTrayHostFound);
 
-    m_app.popoverController = &popover;
-    m_app.updateBadge = [delegate = QPointer(this)] {
-        if (delegate) {
-            delegate->refreshBadge();
-        }
-    };
-    m_app.openSettings = [window = QPointer(&m_settingsWindow)](std::optional<SettingsTab> tab) {
-        if (window && tab) {
-            window->showTab(*tab);
-        } else if (window) {
-            window->showSettings();
-        }
-    };
+    m_statusItem.follow(m_app.badge());
     m_app.notifications().registerCategories();
     m_app.notifications().restoreReminders();
-    refreshBadge();
 
     m_instance.listen();
     m_control.publish();
@@ -67,14 +59,8 @@ void AppDelegate::applicationDidFinishLaunching() {
 QCoro::Task<> AppDelegate::launch() {
     QCoro::Task<> bootstrapping = m_app.bootstrap();
     co_await std::move(bootstrapping);
-    QCoro::Task<> counting = refreshDueCountIfNeeded(m_app);
+    QCoro::Task<bool> counting = m_app.dueCount().refresh();
     co_await std::move(counting);
-}
-
-void AppDelegate::refreshBadge() {
-    m_statusItem.setBadge(StatusItemBadge::make(m_app.submitQueue().backgroundedJobIDs().size(),
-                                                m_app.myDay().dueCount(),
-                                                m_app.settings().settings().showDueCountBadge));
 }
 
 void AppDelegate::trayHostFound() {

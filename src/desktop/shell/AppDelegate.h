@@ -28,9 +28,6 @@ public:
     explicit AppDelegate(QObject* parent = nullptr);
 
     void applicationDidFinishLaunching();
-    // Redraws the tray icon's badge and tool tip from the running work and, with the setting on, the
-    // tasks due by today's end. AppState::updateBadge calls it.
-    void refreshBadge();
 
 private:
     void trayHostFound();

@@ -32,6 +32,5 @@ PopoverPages::PopoverPages(AppState& app, QClipboard& clipboard)
     QObject::connect(&m_accounts, &AccountsViewModel::openSettingsRequested, &m_window, &QWindow::hide);
     QObject::connect(&m_accounts, &AccountsViewModel::openSettingsRequested, &m_window,
                      [this] { m_settingsLauncher.openOn(SettingsTab::account); });
-    QObject::connect(&app, &AppState::authStateChanged, &m_myDay, &MyDayViewModel::contextChanged);
-    QObject::connect(&app, &AppState::currentContextChanged, &m_myDay, &MyDayViewModel::contextChanged);
+    followAppState(app, m_myDay.state());
 }

@@ -1,6 +1,5 @@
 #pragma once
 
-#include "shell/PopoverControlling.h"
 #include "shell/PopoverToggle.h"
 
 #include <QQuickView>
@@ -11,7 +10,7 @@ class QQmlEngine;
 
 // The frameless window that hangs from the tray icon and holds NorvaneBar's pages. It closes on
 // Escape and when another window takes the focus.
-class PopoverWindow : public QQuickView, public PopoverControlling {
+class PopoverWindow : public QQuickView {
     Q_OBJECT
 
 public:
@@ -23,7 +22,8 @@ public:
     // Lets `engine` load the NorvaneBar module and its symbol pictures, as the popover's own does.
     static void configureEngine(QQmlEngine& engine);
 
-    void showPopover() override;
+    // Shows the popover where it last hung, or beside the pointer.
+    void showPopover();
 
 public slots:
     // Loads the content once; showing the popover does it too when it has not happened yet.

@@ -88,6 +88,11 @@ void StatusItem::setBadge(const StatusItemBadge& badge) {
     }
 }
 
+void StatusItem::follow(const StatusItemBadgeModel& model) {
+    setBadge(model.badge());
+    connect(&model, &StatusItemBadgeModel::changed, this, [this, &model] { setBadge(model.badge()); });
+}
+
 void StatusItem::setBookmarks(const QList<Bookmark>& bookmarks) {
     if (bookmarks == m_bookmarks) {
         return;

@@ -2,6 +2,7 @@
 
 #include "settings/Bookmark.h"
 #include "shell/StatusItemBadge.h"
+#include "shell/StatusItemBadgeModel.h"
 
 #include <QMenu>
 #include <QObject>
@@ -21,6 +22,8 @@ public:
     void create();
     // The number drawn into the icon and the tool tip; kept until the icon exists.
     void setBadge(const StatusItemBadge& badge);
+    // Shows the model's badge now and after each of its changes; the model must outlive the item.
+    void follow(const StatusItemBadgeModel& model);
     // The entries of the "Quick Links" submenu, in this order; without any, the submenu is absent.
     void setBookmarks(const QList<Bookmark>& bookmarks);
 

@@ -31,7 +31,8 @@ SecretServiceStore::SecretServiceStore(std::chrono::milliseconds timeout)
 
 QCoro::Task<std::optional<QByteArray>> SecretServiceStore::read(QString service, QString account) {
     auto* job = new QKeychain::ReadPasswordJob(service);
-    if (!co_await finishes(job, account, m_timeout) || job->error() != QKeychain::NoError) {
+    QCoro::Task<bool> reading = finishes(job, account, m_timeout);
+    if (!co_await std::move(reading) || job->error() != QKeychain::NoError) {
         co_return std::nullopt;
     }
     co_return job->binaryData();
@@ -44,12 +45,14 @@ QCoro::Task<int> SecretServiceStore::write(QString service, QString account, QBy
     } else {
         job->setBinaryData(value);
     }
-    if (!co_await finishes(job, account, m_timeout)) {
+    QCoro::Task<bool> writing = finishes(job, account, m_timeout);
+    if (!co_await std::move(writing)) {
         co_return timedOutStatus;
     }
     co_return static_cast<int>(job->error());
 }
 
 QCoro::Task<> SecretServiceStore::remove(QString service, QString account) {
-    co_await finishes(new QKeychain::DeletePasswordJob(service), account, m_timeout);
+    QCoro::Task<bool> removal = finishes(new QKeychain::DeletePasswordJob(service), account, m_timeout);
+    co_await std::move(removal);
 }

@@ -42,7 +42,8 @@ QCoro::Task<bool> TrayHostWatcher::statusNotifierHostRegistered() {
 
 QCoro::Task<> TrayHostWatcher::look() {
     QPointer<TrayHostWatcher> self(this);
-    const bool statusNotifier = co_await statusNotifierHostRegistered();
+    QCoro::Task<bool> asking = statusNotifierHostRegistered();
+    const bool statusNotifier = co_await std::move(asking);
     if (!self || m_found) {
         co_return;
     }

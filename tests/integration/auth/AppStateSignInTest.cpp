@@ -216,13 +216,36 @@ private slots:
         QCOMPARE(secrets().item(KeychainStore::appService, tokenItem(user(1).userID)), std::nullopt);
     }
 
-    void removingTheActiveOfTwoAccountsSwitchesToTheOther() {
+    void removingTheActiveAccountSwitchesToTheFirstThatRemains_data() {
+        QTest::addColumn<int>("removed");
+        QTest::addColumn<int>("next");
+        QTest::addColumn<QList<int>>("remaining");
+        // By their place in the stored order.
+        QTest::newRow("the first of three") << 0 << 1 << QList<int>{1, 2};
+        QTest::newRow("the middle one of three") << 1 << 0 << QList<int>{0, 2};
+    }
+
+    void removingTheActiveAccountSwitchesToTheFirstThatRemains() {
+        QFETCH(int, removed);
+        QFETCH(int, next);
+        QFETCH(QList<int>, remaining);
+        QVERIFY(m_tokens.size() >= 3);
         AppState& app = start();
-        QCOMPARE(runTask(app.signIn(user(1).token)), std::nullopt);
-        QCOMPARE(runTask(app.signIn(user(0).token)), std::nullopt);
-        runTask(app.removeAccount(user(0).userID));
-        QCOMPARE(signedInUser()->id, user(1).userID);
-        QCOMPARE(app.settings().settings().activeAccountID, std::optional(user(1).userID));
+        // Stored in the order of signing in; the last one signed in is active until the switch.
+        for (int index = 0; index < 3; ++index) {
+            QCOMPARE(runTask(app.signIn(user(index).token)), std::nullopt);
+        }
+        runTask(app.switchAccount(user(removed).userID));
+        QCOMPARE(signedInUser()->id, user(removed).userID);
+
+        runTask(app.removeAccount(user(removed).userID));
+        QCOMPARE(signedInUser()->id, user(next).userID);
+        QCOMPARE(app.settings().settings().activeAccountID, std::optional(user(next).userID));
+        QList<qint64> stored;
+        for (const StoredAccount& account : app.settings().settings().accounts) {
+            stored.append(account.id);
+        }
+        QCOMPARE(stored, (QList<qint64>{user(remaining[0]).userID, user(remaining[1]).userID}));
     }
 
     void removingTheLastAccountSignsOut() {

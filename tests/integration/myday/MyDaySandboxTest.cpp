@@ -1,7 +1,8 @@
-// My Day as the central state builds it, against norvane-sandbox: what is fetched and how, the row
-// actions and what the list shows after each, accepted or refused, and the count of the tray icon.
+// My Day as the central state builds it, against norvane-sandbox: what is fetched and how, and the
+// row actions and what the list shows after each, accepted or refused.
 #include "AppStateFixture.h"
 #include "SandboxDemo.h"
+#include "SyncHttpClient.h"
 #include "app/MyDayContext.h"
 #include "myday/DueDate.h"
 #include "myday/TaskOrdering.h"
@@ -193,6 +194,29 @@ private slots:
         QCOMPARE(store().tasks().size(), SandboxDemo::firstUserOpenNorthwindTasks - 1);
     }
 
+    void aListWithoutAClosedStatusCompletesWithItsLastStatus() {
+        SyncHttpClient http;
+        const HttpResult created = http.postJson(
+            m_sandbox.apiUrl(QStringLiteral("list/%1/task").arg(SandboxDemo::loansListID)), m_sandbox.token(),
+            {{QStringLiteral("name"), QStringLiteral("Lend the projector")},
+             {QStringLiteral("assignees"), QJsonArray{SandboxDemo::firstUserID}}});
+        QCOMPARE(created.status, 200);
+        const QString id = created.json().value(QStringLiteral("id")).toString();
+        runTask(state().refresh());
+        const auto found = std::find_if(store().tasks().cbegin(), store().tasks().cend(),
+                                        [&id](const NVTaskSummary& task) { return task.id == id; });
+        QVERIFY(found != store().tasks().cend());
+        QCOMPARE(found->status->status, QStringLiteral("requested"));
+
+        runTask(state().complete(*found));
+        QCOMPARE(state().rowError(), std::nullopt);
+        const QJsonArray changes = logged(QStringLiteral("PUT"), QStringLiteral("/api/v2/task/") + id);
+        QCOMPARE(changes.size(), 1);
+        QCOMPARE(changes[0][QStringLiteral("json")].toObject(), (QJsonObject{{"status", "returned"}}));
+        runTask(state().refresh());
+        QVERIFY(!ids(store().tasks()).contains(id));
+    }
+
     void aRefusedCompletionKeepsTheTaskAndShowsTheServicesMessage() {
         refreshed();
         QVERIFY(m_sandbox.addFault(onTaskChange(500)));
@@ -298,22 +322,6 @@ private slots:
         QCOMPARE(reminder.taskName, task.name);
         QCOMPARE(reminder.taskURL, std::optional(m_sandbox.webUrl(QStringLiteral("/t/") + task.id).toString()));
         QVERIFY(logged(QStringLiteral("PUT"), QStringLiteral("/api/v2/task/") + task.id).isEmpty());
-    }
-
-    void theDueCountIsRefreshedOnlyWhenTheBadgeShowsIt() {
-        const std::optional<qint64> user = app().authState().user()->id;
-        QCOMPARE(runTask(store().refreshDueCount(false, user, app().activeWorkspaceID())), false);
-        QCOMPARE(runTask(store().refreshDueCount(true, std::nullopt, app().activeWorkspaceID())), false);
-        QVERIFY(logged(QStringLiteral("GET"), searchPath).isEmpty());
-        QCOMPARE(runTask(store().refreshDueCount(true, user, app().activeWorkspaceID())), true);
-        const DayBounds today = DayBounds::at(QDateTime::currentDateTimeUtc());
-        qsizetype due = 0;
-        for (const NVTaskSummary& task : store().tasks()) {
-            due += TaskOrdering::dueRank(task, today) <= TaskOrdering::dueToday;
-        }
-        QVERIFY(due > 0);
-        QCOMPARE(store().dueCount(), due);
-        QVERIFY(store().dueCount() < store().tasks().size());
     }
 };
 

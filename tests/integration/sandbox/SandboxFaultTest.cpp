@@ -11,6 +11,7 @@
 #include <QNetworkProxy>
 #include <QTcpSocket>
 #include <QTest>
+#include <memory>
 
 class SandboxFaultTest : public QObject {
     Q_OBJECT
@@ -163,6 +164,22 @@ private slots:
         QCOMPARE(delayed.status, 200);
         QVERIFY2(delayed.elapsedMs >= 200, qPrintable(QString::number(delayed.elapsedMs)));
         QCOMPARE(delayed.json().value(QStringLiteral("teams")).toArray().size(), 2);
+    }
+
+    void aHeldRequestIsAnsweredOnlyOnceReleased() {
+        QVERIFY(m_sandbox.addFault(SandboxFault::hold(QStringLiteral("/api/v2/team"))));
+        QNetworkAccessManager manager;
+        manager.setProxy(QNetworkProxy::NoProxy);
+        QNetworkRequest request(m_sandbox.apiUrl(u"team"));
+        request.setRawHeader("Authorization", m_sandbox.token().toUtf8());
+        std::unique_ptr<QNetworkReply> held(manager.get(request));
+        QTRY_COMPARE(m_sandbox.requests().size(), 1);
+        // Another request goes by meanwhile: the rule held one request only.
+        QCOMPARE(getTeams().status, 200);
+        QVERIFY(!held->isFinished());
+        QVERIFY(m_sandbox.releaseHeld());
+        QTRY_VERIFY(held->isFinished());
+        QCOMPARE(held->attribute(QNetworkRequest::HttpStatusCodeAttribute).toInt(), 200);
     }
 
     void storageLimitAnswer() {

@@ -209,6 +209,23 @@ private slots:
         QCOMPARE(pipeline().notifier.notificationCount(), 0);
     }
 
+    void movingToTheBackgroundAfterTheJobEndedLeavesNothingCountedThere() {
+        selectSupportList();
+        draft().setName(QStringLiteral("Already done"));
+        controller().submitDraft();
+        QTRY_VERIFY(shownPhase<Done>());
+        controller().backgroundActiveSubmit();
+        QVERIFY(m_pipeline->queue.backgroundedJobIDs().isEmpty());
+
+        QVERIFY(m_sandbox.addFault(refusingCreate()));
+        draft().setName(QStringLiteral("Already refused"));
+        controller().submitDraft();
+        QTRY_VERIFY(shownPhase<Failed>());
+        controller().backgroundActiveSubmit();
+        QVERIFY(m_pipeline->queue.backgroundedJobIDs().isEmpty());
+        QCOMPARE(m_pipeline->queue.pendingCount(), 0);
+    }
+
     void aPhaseThatArrivesAfterTheSessionEndedIsIgnored() {
         QVERIFY(m_sandbox.addFault(delaying(createPattern, 200)));
         selectSupportList();

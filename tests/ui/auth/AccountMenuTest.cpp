@@ -1,4 +1,5 @@
 #include "ContrastTesting.h"
+#include "KeyboardDriver.h"
 #include "PopoverFixture.h"
 #include "QuickItems.h"
 #include "SandboxDemo.h"
@@ -54,7 +55,7 @@ class AccountMenuTest : public QObject {
         QVERIFY(QTest::qWaitForWindowActive(&popover()));
         QVERIFY(tabToTheAccountButton());
         key(Qt::Key_Space);
-        QTRY_VERIFY(menu()->property("opened").toBool());
+        QVERIFY(KeyboardDriver::waitForMenu(menu()));
     }
 
     QString signedInLabel() { return QuickItems::plainText(item(QStringLiteral("signedInUser"))); }
@@ -105,9 +106,8 @@ private slots:
 
     void choosingAnotherAccountByKeyboardSwitchesToIt() {
         openTheMenuByKeyboard();
-        // Down once reaches the first entry: Ben.
-        key(Qt::Key_Down);
-        key(Qt::Key_Return);
+        // The first entry: Ben.
+        QVERIFY(KeyboardDriver(popover()).chooseInMenu(menu(), 0));
         QTRY_VERIFY(m_fixture->app->authState().user() &&
                     m_fixture->app->authState().user()->id == SandboxDemo::secondUserID);
         QCOMPARE(m_fixture->app->settings().settings().activeAccountID, std::optional(SandboxDemo::secondUserID));
@@ -121,16 +121,15 @@ private slots:
     void addAccountClosesThePopoverAndOpensTheSettingsOnTheAccountTab() {
         QSignalSpy asked(m_fixture->accounts, &AccountsViewModel::openSettingsRequested);
         QList<std::optional<SettingsTab>> opened;
-        m_fixture->app->openSettings = [&opened](std::optional<SettingsTab> tab) { opened.append(tab); };
+        QObject asking;
+        QObject::connect(m_fixture->app, &AppState::settingsRequested, &asking,
+                         [&opened](std::optional<SettingsTab> tab) { opened.append(tab); });
         bool hiddenFirst = false;
         QObject::connect(m_fixture->accounts, &AccountsViewModel::openSettingsRequested, this,
                          [this, &hiddenFirst] { hiddenFirst = !popover().isVisible(); });
         openTheMenuByKeyboard();
-        // Past both accounts; the separator takes no stop.
-        key(Qt::Key_Down);
-        key(Qt::Key_Down);
-        key(Qt::Key_Down);
-        key(Qt::Key_Return);
+        // Past both accounts and the separator, which takes no stop.
+        QVERIFY(KeyboardDriver(popover()).chooseInMenu(menu(), 3));
         QTRY_COMPARE(asked.count(), 1);
         QCOMPARE(opened, QList<std::optional<SettingsTab>>{SettingsTab::account});
         QVERIFY(hiddenFirst);
@@ -140,7 +139,9 @@ private slots:
 
     void theSettingsButtonOpensTheSettingsOnTheTabTheyLastShowed() {
         QList<std::optional<SettingsTab>> opened;
-        m_fixture->app->openSettings = [&opened](std::optional<SettingsTab> tab) { opened.append(tab); };
+        QObject asking;
+        QObject::connect(m_fixture->app, &AppState::settingsRequested, &asking,
+                         [&opened](std::optional<SettingsTab> tab) { opened.append(tab); });
         QQuickItem* button = QuickItems::visualChild(popover().contentItem(), QStringLiteral("settingsButton"));
         QVERIFY(button);
         QCOMPARE(QAccessible::queryAccessibleInterface(button)->text(QAccessible::Name),

@@ -57,13 +57,13 @@ class ComposerViewTest : public QObject {
         return popup && popup->property("opened").toBool() ? popup : nullptr;
     }
 
-    // Tabs to the template button and opens its menu with Space.
+    // Tabs to the template button and opens its menu with Space: true once the menu has the keyboard.
     bool openTemplateMenu() {
         if (!tabTo(QStringLiteral("templateMenuButton"))) {
             return false;
         }
         press(Qt::Key_Space);
-        return QTest::qWaitFor([this] { return openPopup(QStringLiteral("templateMenu")) != nullptr; });
+        return KeyboardDriver::waitForMenu(m_fixture->find(QStringLiteral("templateMenu")));
     }
 
     QJsonArray templatesInTheFile() {
@@ -89,7 +89,8 @@ class ComposerViewTest : public QObject {
         return path;
     }
 
-    // Puts the keyboard on the first thumbnail and opens its menu with `key`.
+    // Puts the keyboard on the first thumbnail and opens its menu with `key`: true once the menu has
+    // the keyboard.
     bool openThumbnailMenu(Qt::Key key, Qt::KeyboardModifiers modifiers = Qt::NoModifier) {
         if (!QTest::qWaitFor([this] { return item(QStringLiteral("attachmentThumbnail")) != nullptr; }) ||
             !tabTo(QStringLiteral("attachmentStrip"))) {
@@ -100,14 +101,25 @@ class ComposerViewTest : public QObject {
             return false;
         }
         press(key, modifiers);
-        return QTest::qWaitFor([this] { return openPopup(QStringLiteral("attachmentMenu")) != nullptr; });
+        return KeyboardDriver::waitForMenu(thumbnail->findChild<QObject*>(QStringLiteral("attachmentMenu")));
     }
 
-    // "Save to Disk…", the first entry of an open thumbnail menu.
-    void chooseSaveToDisk() {
-        press(Qt::Key_Down);
-        press(Qt::Key_Return);
+    // Chooses the entry of that objectName or label in the open popup menu of that name, by
+    // keyboard: false when there is no such entry or the menu doesn't take it.
+    bool chooseEntry(const QString& menuName, const QString& entryName) {
+        QObject* menu = openPopup(menuName);
+        const int count = menu ? menu->property("count").toInt() : 0;
+        for (int index = 0; index < count; ++index) {
+            QQuickItem* entry = nullptr;
+            QMetaObject::invokeMethod(menu, "itemAt", Q_RETURN_ARG(QQuickItem*, entry), Q_ARG(int, index));
+            if (entry && (entry->objectName() == entryName || entry->property("label").toString() == entryName)) {
+                return KeyboardDriver(popover()).chooseInMenu(menu, index);
+            }
+        }
+        return false;
     }
+
+    bool chooseSaveToDisk() { return chooseEntry(QStringLiteral("attachmentMenu"), QStringLiteral("saveAttachment")); }
 
     struct Chosen {
         QUrl folder;
@@ -206,12 +218,13 @@ private slots:
         QTRY_VERIFY(editor->height() > oneLine);
         const qreal threeLines = editor->height();
         type(QStringLiteral("\n4\n5\n6\n7\n8\n9\n10"));
-        QTRY_VERIFY(editor->height() > threeLines);
-        QTest::qWait(50);
-        const qreal capped = editor->height();
+        const qreal capped = editor->property("maximumHeight").toReal();
+        QVERIFY(capped > threeLines);
+        QTRY_COMPARE(editor->height(), capped);
         QVERIFY2(area->height() > capped, qPrintable(QStringLiteral("%1 <= %2").arg(area->height()).arg(capped)));
+        const qreal tenLines = area->height();
         type(QStringLiteral("\n11\n12"));
-        QTest::qWait(50);
+        QTRY_VERIFY(area->height() > tenLines);
         QCOMPARE(editor->height(), capped);
         QCOMPARE(app().draft().descriptionText(), QStringLiteral("first\nsecond\nthird\n4\n5\n6\n7\n8\n9\n10\n11\n12"));
     }
@@ -227,9 +240,7 @@ private slots:
         app().settings().modify([&](AppSettings& settings) { settings.templates = {other, bug}; });
         type(QStringLiteral("typed before"));
         QVERIFY(openTemplateMenu());
-        press(Qt::Key_Down);
-        press(Qt::Key_Down);
-        press(Qt::Key_Return);
+        QVERIFY(chooseEntry(QStringLiteral("templateMenu"), bug.name));
         QTRY_COMPARE(app().draft().name(), QStringLiteral("Crash on start"));
         QCOMPARE(app().draft().descriptionText(), QStringLiteral("Steps to reproduce"));
         QCOMPARE(app().draft().priority(), std::optional<int>(2));
@@ -255,9 +266,7 @@ private slots:
     void theDraftIsSavedAsATemplateThroughTheSheetAndReadBackFromTheSettingsFile() {
         type(QStringLiteral("Weekly report"));
         QVERIFY(openTemplateMenu());
-        // With no templates stored, the entry that saves one comes first.
-        press(Qt::Key_Down);
-        press(Qt::Key_Return);
+        QVERIFY(chooseEntry(QStringLiteral("templateMenu"), QStringLiteral("saveCurrentAsTemplate")));
         QObject* sheet = nullptr;
         QTRY_VERIFY((sheet = openPopup(QStringLiteral("saveTemplateSheet"))));
         QCOMPARE(sheet->property("title").toString(), QStringLiteral("Save as Template"));
@@ -282,9 +291,10 @@ private slots:
 
     void cancellingTheSheetSavesNoTemplate() {
         QVERIFY(openTemplateMenu());
-        press(Qt::Key_Down);
-        press(Qt::Key_Return);
-        QTRY_VERIFY(openPopup(QStringLiteral("saveTemplateSheet")));
+        QVERIFY(chooseEntry(QStringLiteral("templateMenu"), QStringLiteral("saveCurrentAsTemplate")));
+        QQuickItem* field = nullptr;
+        QTRY_VERIFY((field = QuickItems::visualChild(popover().contentItem(), QStringLiteral("templateName"))) &&
+                    field->hasActiveFocus());
         type(QStringLiteral("Not kept"));
         press(Qt::Key_Escape);
         QTRY_VERIFY(!openPopup(QStringLiteral("saveTemplateSheet")));
@@ -308,7 +318,7 @@ private slots:
         Chosen chosen;
         chooseDestination(destination, chosen);
         QVERIFY(openThumbnailMenu(Qt::Key_Menu));
-        chooseSaveToDisk();
+        QVERIFY(chooseSaveToDisk());
         QTRY_COMPARE(contentsOf(destination), QByteArray("%PDF-1.7 report"));
         QCOMPARE(contentsOf(source), QByteArray("%PDF-1.7 report"));
         // The dialog starts in Downloads with the file's name proposed.
@@ -326,7 +336,7 @@ private slots:
         Chosen chosen;
         chooseDestination(destination, chosen);
         QVERIFY(openThumbnailMenu(Qt::Key_F10, Qt::ShiftModifier));
-        chooseSaveToDisk();
+        QVERIFY(chooseSaveToDisk());
         QTRY_COMPARE(contentsOf(destination), QByteArray("new"));
         QVERIFY(!openPopup(QStringLiteral("saveFailedDialog")));
     }
@@ -336,7 +346,7 @@ private slots:
         Chosen chosen;
         chooseDestination(m_files.filePath(QStringLiteral("no/such/folder/lost.txt")), chosen);
         QVERIFY(openThumbnailMenu(Qt::Key_Menu));
-        chooseSaveToDisk();
+        QVERIFY(chooseSaveToDisk());
         QObject* dialog = nullptr;
         QTRY_VERIFY((dialog = openPopup(QStringLiteral("saveFailedDialog"))));
         QCOMPARE(dialog->property("title").toString(), QStringLiteral("Couldn't save file"));
@@ -353,9 +363,7 @@ private slots:
     void removeInAThumbnailsMenuTakesTheAttachmentOutAndKeepsItsFile() {
         const QString kept = attach(QStringLiteral("keep.txt"), "keep");
         QVERIFY(openThumbnailMenu(Qt::Key_Menu));
-        press(Qt::Key_Down);
-        press(Qt::Key_Down);
-        press(Qt::Key_Return);
+        QVERIFY(chooseEntry(QStringLiteral("attachmentMenu"), QStringLiteral("removeAttachmentItem")));
         QTRY_COMPARE(app().draft().attachments().size(), 0);
         QVERIFY(QFile::exists(kept));
         QTRY_VERIFY(!item(QStringLiteral("attachmentCount"))->isVisible());
@@ -365,7 +373,7 @@ private slots:
         QVERIFY(QDir().mkpath(downloads()));
         attach(QStringLiteral("photo.txt"), "p");
         QVERIFY(openThumbnailMenu(Qt::Key_Menu));
-        chooseSaveToDisk();
+        QVERIFY(chooseSaveToDisk());
         QObject* dialog = m_fixture->find(QStringLiteral("saveAttachmentDialog"));
         QVERIFY(dialog);
         QTRY_VERIFY(dialog->property("visible").toBool());

@@ -1,3 +1,4 @@
+#include "KeyboardDriver.h"
 #include "PopoverFixture.h"
 #include "QuickItems.h"
 #include "SandboxDemo.h"
@@ -82,16 +83,32 @@ class MyDayViewTest : public QObject {
         return -1;
     }
 
-    // The delegate of the row at `index`, scrolled into view.
-    QQuickItem* rowView(int index) {
+    // The delegate of the row at `index`, scrolled into view unless `scrolled` is false; null when
+    // it has none.
+    QQuickItem* rowView(int index, bool scrolled = true) {
         QQuickItem* list = item(QStringLiteral("taskList"));
         if (!list) {
             return nullptr;
         }
-        QMetaObject::invokeMethod(list, "positionViewAtIndex", Q_ARG(int, index), Q_ARG(int, 0));
+        if (scrolled) {
+            QMetaObject::invokeMethod(list, "positionViewAtIndex", Q_ARG(int, index), Q_ARG(int, 0));
+        }
         QQuickItem* found = nullptr;
         QMetaObject::invokeMethod(list, "itemAtIndex", Q_RETURN_ARG(QQuickItem*, found), Q_ARG(int, index));
         return found;
+    }
+
+    // The row at the list's content position `y`, or -1 where no item is.
+    static int indexAt(QQuickItem* list, qreal y) {
+        int index = -1;
+        QMetaObject::invokeMethod(list, "indexAt", Q_RETURN_ARG(int, index), Q_ARG(qreal, list->width() / 2),
+                                  Q_ARG(qreal, y + 1));
+        return index;
+    }
+
+    const NVTaskSummary* taskOf(const QString& taskID) {
+        const int row = rowOf(taskID);
+        return row >= 0 ? &rows()[row].node.task : nullptr;
     }
 
     // The search answers with no tasks, however often it is asked.
@@ -272,24 +289,19 @@ private slots:
         QQuickItem* chip = item(QStringLiteral("statusChip"));
         QVERIFY(chip);
         QCOMPARE(chip->property("value").toString(), QStringLiteral("All statuses"));
-        click(chip);
-        auto* menu = chip->findChild<QObject*>(QStringLiteral("chipMenu"));
-        QVERIFY(menu);
-        QTRY_VERIFY(menu->property("opened").toBool());
         const QStringList choices = myDay().statusChoices();
         QVERIFY2(choices.size() > 2, qPrintable(choices.join(u'|')));
         QCOMPARE(choices.first(), QStringLiteral("All statuses"));
-        // Down twice: past "All statuses" to the first status.
-        key(Qt::Key_Down);
-        key(Qt::Key_Down);
-        key(Qt::Key_Return);
-        QTRY_VERIFY(!menu->property("opened").toBool());
+        click(chip);
+        auto* menu = chip->findChild<QObject*>(QStringLiteral("chipMenu"));
+        // Past "All statuses" to the first status.
+        QVERIFY(KeyboardDriver(popover()).chooseInMenu(menu, 1));
         QTRY_COMPARE(myDay().statusChipText(), choices.at(1));
         QTRY_VERIFY(!taskSearches().isEmpty());
         QCOMPARE(taskSearches().first().queryItemValue(QStringLiteral("statuses[]")), choices.at(1));
         // Escape closes a menu and leaves the popover open.
         click(chip);
-        QTRY_VERIFY(menu->property("opened").toBool());
+        QVERIFY(KeyboardDriver::waitForMenu(menu));
         key(Qt::Key_Escape);
         QTRY_VERIFY(!menu->property("opened").toBool());
         QVERIFY(popover().isVisible());
@@ -308,7 +320,7 @@ private slots:
         // Down moves to the next task, past a section's title.
         key(Qt::Key_Down);
         key(Qt::Key_Return);
-        QTRY_VERIFY(item(QStringLiteral("copyTaskLink")));
+        QTRY_VERIFY(item(QStringLiteral("copyTaskLink")) && item(QStringLiteral("copyTaskLink"))->hasActiveFocus());
         key(Qt::Key_Space);
         QTRY_COMPARE(m_fixture->state.linkActions().copied().size(), 1);
         const QString second = rows().at(myDay().nextTaskRow(myDay().nextTaskRow(-1, 1), 1)).node.task.id;
@@ -328,6 +340,77 @@ private slots:
         QTRY_VERIFY(item(QStringLiteral("loadingStatuses")));
         QVERIFY(!item(QStringLiteral("loadingStatuses"))->isVisible());
         const QString first = myDay().statusesOf(taskID).first().toMap().value(QStringLiteral("name")).toString();
+        QVERIFY(QuickItems::accessibleNames(popover().contentItem()).contains(first));
+    }
+
+    void aReusedRowAsksForTheStatusesOfItsTask() {
+        showTasksTab();
+        QQuickItem* list = item(QStringLiteral("taskList"));
+        QVERIFY(list);
+        // Items are made only for the rows in sight, at once, never later in the background.
+        list->setProperty("cacheBuffer", 0);
+        waitForRows();
+        QTRY_COMPARE(list->property("count").toInt(), rows().size());
+        auto* content = list->property("contentItem").value<QQuickItem*>();
+
+        // Scrolled half a page at a time, as a person does, the rows that leave lend their items to
+        // those that come in. Each item is noted with the task it was made for, whose list it asked
+        // for; the rest only show other tasks.
+        QHash<QQuickItem*, QString> madeFor;
+        // False when no row comes into sight.
+        const auto scroll = [&](qreal pages) {
+            const qreal top = list->property("contentY").toReal() + pages * list->height();
+            list->setProperty("contentY", top);
+            if (!QTest::qWaitFor([&] { return indexAt(list, top) >= 0; })) {
+                return false;
+            }
+            for (QQuickItem* row : content->childItems()) {
+                if (!madeFor.contains(row)) {
+                    madeFor.insert(row, row->property("taskID").toString());
+                }
+            }
+            return true;
+        };
+        QVERIFY(scroll(0));
+        while (!list->property("atYEnd").toBool()) {
+            QVERIFY(scroll(0.5));
+        }
+        const auto asked = [&] {
+            QSet<QString> lists;
+            for (const QString& taskID : std::as_const(madeFor)) {
+                if (const NVTaskSummary* task = taskOf(taskID); task && task->list) {
+                    lists.insert(task->list->id);
+                }
+            }
+            return lists;
+        };
+        // The last task of a list no item was made for, scrolled back into sight.
+        int target = -1;
+        for (int index = 0; index < rows().size(); ++index) {
+            const auto& taskList = rows()[index].node.task.list;
+            if (rows()[index].kind == MyDayRow::Kind::task && taskList && !asked().contains(taskList->id)) {
+                target = index;
+            }
+        }
+        QVERIFY2(target >= 0, "an item was made for a task of each list");
+        const NVTaskSummary task = rows()[target].node.task;
+        QQuickItem* reused = nullptr;
+        while (!(reused = rowView(target, false)) && !list->property("atYBeginning").toBool()) {
+            QVERIFY(scroll(-0.5));
+        }
+        QVERIFY(reused);
+        QVERIFY2(!asked().contains(task.list->id), "no item was made for a task of its list on the way back");
+        QVERIFY(madeFor.contains(reused) && madeFor.value(reused) != task.id);
+        QTRY_VERIFY(!myDay().statusesOf(task.id).isEmpty());
+
+        // Its status menu lists them.
+        click(reused);
+        click(QStringLiteral("changeStatus"));
+        auto* menu = item(QStringLiteral("changeStatus"))->findChild<QObject*>(QStringLiteral("statusMenu"));
+        QVERIFY(menu);
+        QTRY_VERIFY(menu->property("opened").toBool());
+        QVERIFY(!item(QStringLiteral("loadingStatuses"))->isVisible());
+        const QString first = myDay().statusesOf(task.id).first().toMap().value(QStringLiteral("name")).toString();
         QVERIFY(QuickItems::accessibleNames(popover().contentItem()).contains(first));
     }
 

@@ -1,8 +1,10 @@
+#include "KeyboardDriver.h"
 #include "PopoverFixture.h"
 #include "QuickItems.h"
 #include "SandboxDemo.h"
 #include "SandboxProcess.h"
 
+#include <QAccessible>
 #include <QJsonArray>
 #include <QQuickItem>
 #include <QTest>
@@ -35,12 +37,8 @@ class SubmitPagesTest : public QObject {
                           button->mapToScene(QPointF(button->width() / 2, button->height() / 2)).toPoint());
     }
 
-    // Types `text` key by key into the focused item, as a keyboard would.
-    void type(const QString& text) {
-        for (const QChar character : text) {
-            QTest::sendKeyEvent(QTest::Click, &m_fixture->popover, Qt::Key_unknown, QString(character), Qt::NoModifier);
-        }
-    }
+    // Types `text` key by key into the focused item, as a keyboard would; a newline is Return.
+    void type(const QString& text) { KeyboardDriver(m_fixture->popover).type(text); }
 
     void typeName(const QString& name) {
         QQuickItem* field = nullptr;
@@ -49,6 +47,80 @@ class SubmitPagesTest : public QObject {
     }
 
     void pressSubmitShortcut() { QTest::keyClick(&m_fixture->popover, Qt::Key_Return, Qt::ControlModifier); }
+
+    // Turns to bulk mode and types the lines into its editor.
+    void typeInBulk(const QStringList& lines) {
+        click(QStringLiteral("bulkMode"));
+        QQuickItem* editor = nullptr;
+        QTRY_VERIFY((editor = item(QStringLiteral("bulkEditor"))) && editor->isVisible());
+        editor->forceActiveFocus();
+        QTRY_VERIFY(editor->hasActiveFocus());
+        type(lines.join(u'\n'));
+        QTRY_COMPARE(m_fixture->composer->bulkLines(), lines.join(u'\n'));
+    }
+
+    static QRectF sceneRect(const QQuickItem* shown) {
+        return shown->mapRectToScene(QRectF(0, 0, shown->width(), shown->height()));
+    }
+
+    static QString describe(const QRectF& rect) {
+        return QStringLiteral("%1,%2 %3x%4").arg(rect.x()).arg(rect.y()).arg(rect.width()).arg(rect.height());
+    }
+
+    // The row of the bulk page's created task at `index`, or null.
+    QQuickItem* createdTaskRow(int index) {
+        QQuickItem* row = nullptr;
+        QMetaObject::invokeMethod(item(QStringLiteral("createdTasks")), "itemAtIndex", Q_RETURN_ARG(QQuickItem*, row),
+                                  Q_ARG(int, index));
+        return row;
+    }
+
+    // What keeps a row of the bulk page from being seen whole: a row must have a height, lie inside
+    // the window and inside its list, and overlap neither another row nor another control.
+    QStringList hiddenRows(int count) {
+        QQuickItem* list = item(QStringLiteral("createdTasks"));
+        if (!list) {
+            return {QStringLiteral("no list of created tasks")};
+        }
+        const QRectF window(0, 0, m_fixture->popover.width(), m_fixture->popover.height());
+        const QRectF listBox = sceneRect(list);
+        QList<std::pair<QString, QRectF>> others;
+        for (const QString& name :
+             {QStringLiteral("resultTitle"), QStringLiteral("bulkFailureTitle"), QStringLiteral("retryFailed"),
+              QStringLiteral("copyAllLinks"), QStringLiteral("bulkDone")}) {
+            if (QQuickItem* other = item(name); other && other->isVisible()) {
+                others.append({name, sceneRect(other)});
+            }
+        }
+        QStringList problems;
+        for (int index = 0; index < count; ++index) {
+            QQuickItem* row = createdTaskRow(index);
+            if (!row || !row->isVisible() || row->height() <= 0) {
+                problems << QStringLiteral("row %1 is not shown").arg(index);
+                continue;
+            }
+            const QRectF box = sceneRect(row);
+            if (!window.contains(box)) {
+                problems << QStringLiteral("row %1 at %2 leaves the window %3")
+                                .arg(index)
+                                .arg(describe(box), describe(window));
+            }
+            if (!listBox.contains(box)) {
+                problems << QStringLiteral("row %1 at %2 is cut by its list at %3")
+                                .arg(index)
+                                .arg(describe(box), describe(listBox));
+            }
+            for (const auto& [name, other] : std::as_const(others)) {
+                if (box.intersects(other)) {
+                    problems << QStringLiteral("row %1 at %2 lies under %3 at %4")
+                                    .arg(index)
+                                    .arg(describe(box), name, describe(other));
+                }
+            }
+            others.append({QStringLiteral("row %1").arg(index), box});
+        }
+        return problems;
+    }
 
     // The task creations the sandbox answered, as {name, status}.
     QList<std::pair<QString, int>> creations() {
@@ -141,18 +213,9 @@ private slots:
     }
 
     void threeLinesInBulkMakeThreeTasksAndTheBulkPageListsThem() {
-        click(QStringLiteral("bulkMode"));
-        QTRY_VERIFY(m_fixture->composer->isBulkMode());
-        QTRY_VERIFY(item(QStringLiteral("bulkEditor")) && item(QStringLiteral("bulkEditor"))->isVisible());
+        typeInBulk({QStringLiteral("Alpha"), QStringLiteral("Beta"), QString(), QStringLiteral("Gamma")});
+        QVERIFY(m_fixture->composer->isBulkMode());
         QCOMPARE(textOf(QStringLiteral("submitButton")), QStringLiteral("Create Tasks"));
-        item(QStringLiteral("bulkEditor"))->forceActiveFocus();
-        type(QStringLiteral("Alpha"));
-        QTest::keyClick(&m_fixture->popover, Qt::Key_Return);
-        type(QStringLiteral("Beta"));
-        QTest::keyClick(&m_fixture->popover, Qt::Key_Return);
-        QTest::keyClick(&m_fixture->popover, Qt::Key_Return);
-        type(QStringLiteral("Gamma"));
-        QTRY_COMPARE(m_fixture->composer->bulkLines(), QStringLiteral("Alpha\nBeta\n\nGamma"));
         pressSubmitShortcut();
         QTRY_COMPARE(submit().page(), SubmitViewModel::BulkDone);
         QCOMPARE(textOf(QStringLiteral("resultTitle")), QStringLiteral("3 tasks created"));
@@ -164,6 +227,39 @@ private slots:
         click(QStringLiteral("bulkDone"));
         QTRY_COMPARE(submit().page(), SubmitViewModel::Composer);
         QVERIFY(!m_fixture->composer->isBulkMode());
+    }
+
+    void everyTaskOfABulkOfFourHasARowInSightClearOfTheOtherControls() {
+        const QStringList lines{QStringLiteral("Draft the agenda"), QStringLiteral("Book the room"),
+                                QStringLiteral("Send the invites"), QStringLiteral("Order the catering")};
+        typeInBulk(lines);
+        pressSubmitShortcut();
+        QTRY_COMPARE(submit().page(), SubmitViewModel::BulkDone);
+        QCOMPARE(submit().createdTaskNames(), lines);
+        QTRY_VERIFY2(hiddenRows(4).isEmpty(), qPrintable(hiddenRows(4).join(QStringLiteral("; "))));
+        for (int index = 0; index < 4; ++index) {
+            QCOMPARE(QAccessible::queryAccessibleInterface(createdTaskRow(index))->text(QAccessible::Description),
+                     QStringLiteral("Copy link for ") + lines.at(index));
+        }
+    }
+
+    void theCopyLinkTipLeavesTheTaskNameInSight() {
+        typeName(QStringLiteral("Fix login bug"));
+        pressSubmitShortcut();
+        QTRY_COMPARE(submit().page(), SubmitViewModel::Done);
+        QQuickItem* button = nullptr;
+        QTRY_VERIFY((button = item(QStringLiteral("copyLink"))) && button->isVisible() && button->width() > 0);
+        QTest::mouseMove(&m_fixture->popover, sceneRect(button).center().toPoint());
+        QQuickItem* tip = nullptr;
+        QTRY_VERIFY(
+            (tip = QuickItems::visualChild(m_fixture->popover.contentItem(), QStringLiteral("plainToolTipText"))) &&
+            tip->isVisible());
+        QCOMPARE(QuickItems::plainText(tip), QStringLiteral("Copy task link"));
+        // The tip's box, its frame included.
+        const QRectF box = sceneRect(tip->parentItem());
+        const QRectF name = sceneRect(item(QStringLiteral("doneTaskName")));
+        QVERIFY2(!box.intersects(name), qPrintable(describe(box) + QStringLiteral(" over ") + describe(name)));
+        QVERIFY(QRectF(0, 0, m_fixture->popover.width(), m_fixture->popover.height()).contains(box));
     }
 
     void createNewTaskLeavesTheJobToANotification() {

@@ -68,6 +68,22 @@ private slots:
         QCOMPARE(model.data(model.index(1), MyDayRowModel::AssigneesRole).toStringList(), QStringList{"User 7"});
         QVERIFY(model.roleNames().values().contains("depth"));
     }
+
+    void aStatusColourComesAsTheNameQmlReadsAndAnUnreadableOneAsNone() {
+        const auto colourOf = [](const std::optional<QString>& hex) {
+            NVTaskSummary coloured = task(QStringLiteral("t"));
+            coloured.status = NVStatus{QStringLiteral("review"), hex, std::nullopt};
+            MyDayRowModel model;
+            model.setRows({MyDayRow::task({coloured, 0})});
+            return model.data(model.index(0), MyDayRowModel::StatusColorRole).toString();
+        };
+        QCOMPARE(colourOf(QStringLiteral("#4194F6")), QStringLiteral("#4194f6"));
+        QCOMPARE(colourOf(QStringLiteral("a875ff")), QStringLiteral("#a875ff"));
+        QCOMPARE(colourOf(QStringLiteral("#12zz45")), QString());
+        QCOMPARE(colourOf(QStringLiteral("red")), QString());
+        QCOMPARE(colourOf(QString()), QString());
+        QCOMPARE(colourOf(std::nullopt), QString());
+    }
 };
 
 QTEST_GUILESS_MAIN(MyDayRowModelTest)

@@ -157,17 +157,6 @@ private slots:
         QCOMPARE(ids(store.tasks()), (QStringList{"overdue", "today", "undated"}));
     }
 
-    void dueCountCountsOverdueAndTodayButNotLaterOrUndated() {
-        FakeClient fake;
-        MyDayStore store(fake.client, m_clock);
-        const QDateTime endOfToday = m_now.date().startOfDay().addSecs(86399);
-        load(fake, store,
-             {task("undated"), task("bad", {}, QStringLiteral(" 1")), dueAt("overdue", m_now.addDays(-9)),
-              dueAt("last second", endOfToday), dueAt("tomorrow", endOfToday.addSecs(1))});
-        QCOMPARE(store.dueCount(), 2);
-        QCOMPARE(store.endOfToday(), endOfToday.toUTC());
-    }
-
     void aQueryOfOnlyBlanksReturnsAllTasks() {
         FakeClient fake;
         MyDayStore store(fake.client, m_clock);
@@ -183,9 +172,12 @@ private slots:
         fake.service.answer(QStringLiteral("task/a"), taskBody("a", "A", "1"));
         MyDayStore store(fake.client, m_clock);
         load(fake, store, {inList(task("a")), inList(task("b"))});
+        QSignalSpy changed(&store, &MyDayStore::taskChanged);
         QCOMPARE(runTask(store.complete(inList(task("a")))), std::nullopt);
         QCOMPARE(ids(store.tasks()), QStringList{"b"});
         QCOMPARE(fake.service.paths.last(), QStringLiteral("task/a"));
+        QCOMPARE(QJsonDocument::fromJson(fake.service.bodies.last()).object(), (QJsonObject{{"status", "shipped"}}));
+        QCOMPARE(changed.count(), 1);
     }
 
     void theFirstClosedStatusIsTheDoneStatus() {
@@ -253,9 +245,11 @@ private slots:
         MyDayStore store(fake.client, m_clock);
         load(fake, store, {inList(task("a"))});
         fake.service.answer(QStringLiteral("task/a"), taskBody("a", "A", "1"));
+        QSignalSpy changed(&store, &MyDayStore::taskChanged);
         QCOMPARE(runTask(store.updateStatus(store.tasks().first(), QStringLiteral("done"))), std::nullopt);
         QCOMPARE(fake.service.bodies.last(), QByteArray(R"({"status":"done"})"));
         QCOMPARE(ids(store.tasks()), QStringList{"a"});
+        QCOMPARE(changed.count(), 1);
     }
 
     void aRefusedUpdateReturnsTheServiceMessageAndChangesNothing() {
@@ -263,10 +257,12 @@ private slots:
         MyDayStore store(fake.client, m_clock);
         load(fake, store, {inList(task("a"))});
         fake.service.answer(QStringLiteral("task/a"), 400, R"({"err":"Status not found","ECODE":"ITEM_114"})");
+        QSignalSpy changed(&store, &MyDayStore::taskChanged);
         const std::optional<QString> message = runTask(store.updateStatus(store.tasks().first(), "nope"));
         QVERIFY(message && message->contains(QStringLiteral("Status not found")));
         QCOMPARE(store.tasks().first(), inList(task("a")));
         QCOMPARE(store.error(), std::nullopt);
+        QCOMPARE(changed.count(), 0);
     }
 
     void anUpdateOfATaskNoLongerListedChangesNothing() {

@@ -51,14 +51,12 @@ class TasksTabStateTest : public QObject {
     std::optional<NVUser> m_user;
     std::unique_ptr<ListContext> m_context;
     RecordingNotifier m_notifier;
-    int m_badgeUpdates = 0;
 
     std::unique_ptr<TasksTabState> makeState() {
         TasksTabContext context{
             .signedInUser = [this] { return m_user ? &*m_user : nullptr; },
             .activeWorkspaceID = [] { return std::optional(QStringLiteral("w")); },
             .currentContext = [this] { return m_context.get(); },
-            .updateBadge = [this] { ++m_badgeUpdates; },
             .reminders = &m_notifier,
             .webBaseURL = QUrl(QStringLiteral("https://app.norvane.invalid")),
             .clock = [now = m_now] { return now; },
@@ -76,7 +74,6 @@ private slots:
         m_user = user(me, QStringLiteral("Me"));
         m_context.reset();
         m_notifier = RecordingNotifier();
-        m_badgeUpdates = 0;
     }
 
     void requestKeyOfAnAllAbsentFilterIsThreeHyphens() { QCOMPARE(TaskQueryFilters().requestKey(), "-|-|-"); }
@@ -228,19 +225,18 @@ private slots:
                  (QList<AssigneeChoice>{{33, "al@x"}, {other, "ben"}, {me, "Me"}, {44, "User 44"}}));
     }
 
-    void aRowActionReportsItsFailureAsTheRowErrorAndSuccessRedrawsTheBadge() {
+    void aRowActionReportsItsFailureAsTheRowErrorAndSuccessTellsTheStoresWatchers() {
         serve({assigned(task("a"), {user(me)})});
         auto state = makeState();
         runTask(state->refresh());
-        const int badgeAfterRefresh = m_badgeUpdates;
-        QCOMPARE(badgeAfterRefresh, 1);
+        QSignalSpy changed(m_store.get(), &MyDayStore::taskChanged);
         m_fake->service.answer(QStringLiteral("task/a"), 400, R"({"err":"Status not found","ECODE":"X"})");
         runTask(state->updateStatus(m_store->tasks().first(), QStringLiteral("nope")));
         QVERIFY(state->rowError() && state->rowError()->contains(QStringLiteral("Status not found")));
-        QCOMPARE(m_badgeUpdates, badgeAfterRefresh);
+        QCOMPARE(changed.count(), 0);
         m_fake->service.answer(QStringLiteral("task/a"), R"({"id":"a","name":"A"})");
         runTask(state->moveDueDate(m_store->tasks().first(), QuickTimes::DueDateMove::plusOneHour));
-        QCOMPARE(m_badgeUpdates, badgeAfterRefresh + 1);
+        QCOMPARE(changed.count(), 1);
         QCOMPARE(m_fake->service.bodies.last(),
                  QStringLiteral(R"({"due_date":%1,"due_date_time":true})").arg(millis(m_now.addSecs(3600))).toUtf8());
     }

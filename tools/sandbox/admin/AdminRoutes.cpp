@@ -43,6 +43,10 @@ void addAdminRoutes(AdminRoutes& routes, const AdminEnvironment& environment) {
         environment.faults.clear();
         return rules({});
     });
+    routes.add("POST", u"faults/release", [&environment](const RouteCall&) {
+        environment.faults.release();
+        return rules(environment.faults.toJson());
+    });
 
     routes.add("GET", u"requests", [&environment](const RouteCall& call) {
         const QStringList since = call.request.queryValues(u"since");

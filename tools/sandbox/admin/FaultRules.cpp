@@ -32,7 +32,8 @@ QJsonObject FaultRule::toJson() const {
                        {QStringLiteral("delayMs"), delayMs},
                        {QStringLiteral("drop"), drop},
                        {QStringLiteral("dropAfter"), dropAfter},
-                       {QStringLiteral("answerAfter"), answerAfter}};
+                       {QStringLiteral("answerAfter"), answerAfter},
+                       {QStringLiteral("hold"), hold}};
     if (answer) {
         object.insert(QStringLiteral("status"), answer->status);
     }
@@ -52,6 +53,7 @@ std::variant<FaultRule, QString> FaultRules::parse(const QJsonObject& object) {
     rule.drop = fields.boolean(QStringLiteral("drop")).value_or(false);
     rule.dropAfter = fields.boolean(QStringLiteral("dropAfter")).value_or(false);
     rule.answerAfter = fields.boolean(QStringLiteral("answerAfter")).value_or(false);
+    rule.hold = fields.boolean(QStringLiteral("hold")).value_or(false);
     const std::optional<qint64> status = fields.integer(QStringLiteral("status"));
     const std::optional<QString> err = fields.string(QStringLiteral("err"));
     const std::optional<QString> ecode = fields.string(QStringLiteral("ecode"));
@@ -82,8 +84,8 @@ std::variant<FaultRule, QString> FaultRules::parse(const QJsonObject& object) {
     if (rule.answerAfter && !status) {
         return QStringLiteral("a rule with answerAfter needs the status to answer with");
     }
-    if (!status && !rule.drop && !rule.dropAfter && rule.delayMs == 0) {
-        return QStringLiteral("a rule needs a status, drop, dropAfter or delayMs");
+    if (!status && !rule.drop && !rule.dropAfter && rule.delayMs == 0 && !rule.hold) {
+        return QStringLiteral("a rule needs a status, drop, dropAfter, delayMs or hold");
     }
     if (!headers.isUndefined() && !headers.isObject()) {
         return QStringLiteral("headers must be an object of strings");
@@ -158,7 +160,9 @@ std::optional<FaultRule> FaultRules::take(const QByteArray& method, const QStrin
                 --rule.remaining;
             }
             ++rule.applied;
-            return rule;
+            FaultRule taken = rule;
+            taken.releasesAtTake = m_releases;
+            return taken;
         }
     }
     return std::nullopt;
@@ -176,4 +180,18 @@ QJsonArray FaultRules::toJson() const {
 void FaultRules::clear() {
     std::lock_guard lock(m_mutex);
     m_rules.clear();
+    ++m_releases;
+    m_released.notify_all();
+}
+
+void FaultRules::waitUntilReleased(const FaultRule& rule) {
+    std::unique_lock lock(m_mutex);
+    m_released.wait_for(lock, std::chrono::milliseconds(maximumDelayMs),
+                        [this, &rule] { return m_releases != rule.releasesAtTake; });
+}
+
+void FaultRules::release() {
+    std::lock_guard lock(m_mutex);
+    ++m_releases;
+    m_released.notify_all();
 }

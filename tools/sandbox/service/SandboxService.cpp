@@ -85,6 +85,9 @@ ServiceResponse SandboxService::answer(const ServiceRequest& request, std::optio
     if (const std::optional<FaultRule> fault = m_faults.take(request.method, request.path)) {
         faultID = fault->id;
         std::this_thread::sleep_for(std::chrono::milliseconds(fault->delayMs));
+        if (fault->hold) {
+            m_faults.waitUntilReleased(*fault);
+        }
         if (fault->drop) {
             return ServiceResponse::dropped();
         }

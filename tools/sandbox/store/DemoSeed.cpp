@@ -50,6 +50,13 @@ QJsonArray facilitiesStatuses() {
             status("delivered", "#6bc950", nullptr)};
 }
 
+// No status of type "closed", and a last one whose type is none of the others': the list closes
+// with its last status all the same.
+QJsonArray loanStatuses() {
+    return {status("requested", "#d3d3d3", "open"), status("lent out", "#4194f6", "custom"),
+            status("returned", "#6bc950", "done")};
+}
+
 QJsonArray researchStatuses() {
     return {status("open", "#d3d3d3", "open"), status("active", "#e16b16", "custom"),
             status("done", "#6bc950", "closed")};
@@ -353,6 +360,8 @@ QJsonObject northwind(TaskMaker& maker, const QDateTime& now, const QString& web
     QJsonObject planning = list("901500002005", "Q4 planning");
     QJsonObject support = list("901500002006", "Support queue", {{QStringLiteral("statuses"), supportStatuses()}});
     QJsonObject facilities = list("901500002007", "Facilities", {{QStringLiteral("statuses"), facilitiesStatuses()}});
+    // Without tasks of its own, so that adding it changed nobody's tasks.
+    QJsonObject loans = list("901500002008", "Equipment loans", {{QStringLiteral("statuses"), loanStatuses()}});
 
     std::vector<ListSlot> targets{{&inbox, productStatuses(), tagNames(productTags)},
                                   {&ideas, productStatuses(), tagNames(productTags)},
@@ -441,7 +450,7 @@ QJsonObject northwind(TaskMaker& maker, const QDateTime& now, const QString& web
     const QJsonObject operations{{QStringLiteral("id"), QStringLiteral("90150000102")},
                                  {QStringLiteral("name"), QStringLiteral("Operations")},
                                  {QStringLiteral("tags"), operationsTags},
-                                 {QStringLiteral("lists"), QJsonArray{support, facilities}}};
+                                 {QStringLiteral("lists"), QJsonArray{support, facilities, loans}}};
     return {{QStringLiteral("id"), QStringLiteral("9015000001")},
             {QStringLiteral("name"), QStringLiteral("Northwind Studio")},
             {QStringLiteral("color"), QStringLiteral("#7b68ee")},
@@ -503,6 +512,14 @@ std::vector<std::pair<const char*, QString>> hostileListNames(const QString& web
         {"901500006006", QStringLiteral("Long") + QStringLiteral(" name").repeated(59) + QLatin1Char('!')}};
 }
 
+// A text field of the list named with markup, named with markup itself.
+QJsonObject hostileField(const QString& webBase) {
+    QJsonObject named = field(QStringLiteral("901500006001"), "Hostile field", "text");
+    named.insert(QStringLiteral("name"),
+                 QStringLiteral("<b>Field</b> & \"notes\" <img src=\"%1\">").arg(pixel(webBase, "field")));
+    return named;
+}
+
 // Names a client must show exactly as written: markup whose picture points back at the sandbox,
 // an ampersand, right-to-left text, emoji, blanks around a name and a very long one. Only the
 // hostile-names user is a member, so the other demo users see nothing of it.
@@ -511,6 +528,9 @@ QJsonObject hostileNames(const QString& webBase) {
     for (const auto& [id, name] : hostileListNames(webBase)) {
         QJsonObject entry = list(id, "");
         entry.insert(QStringLiteral("name"), name);
+        if (QLatin1String(id) == QLatin1String("901500006001")) {
+            entry.insert(QStringLiteral("fields"), QJsonArray{hostileField(webBase)});
+        }
         lists.append(entry);
     }
     const QJsonObject folder{{QStringLiteral("id"), QStringLiteral("90150000701")},

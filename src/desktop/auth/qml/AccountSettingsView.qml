@@ -119,14 +119,19 @@ Pane {
                 }
 
                 ToolButton {
+                    id: removeAccount
+
                     objectName: "removeButton"
                     icon.source: "image://symbol/minus.circle"
                     display: AbstractButton.IconOnly
                     onClicked: root.accounts.remove(accountRow.accountID)
-                    ToolTip.visible: hovered || visualFocus
-                    ToolTip.text: qsTr("Remove account")
-                    Accessible.name: ToolTip.text
+                    Accessible.name: qsTr("Remove account")
                     Accessible.description: accountRow.menuTitle
+
+                    PlainToolTip {
+                        text: removeAccount.Accessible.name
+                        visible: removeAccount.hovered || removeAccount.visualFocus
+                    }
                 }
             }
         }

@@ -21,11 +21,9 @@ AbstractButton {
     // Buttons take Space; Return and Enter open the menu too.
     Keys.onReturnPressed: root.openMenu()
     Keys.onEnterPressed: root.openMenu()
-    ToolTip.visible: root.hovered || root.visualFocus
-    ToolTip.text: qsTr("Signed in as %1 — click to switch account").arg(root.accounts.activeDisplayName)
     Accessible.role: Accessible.ButtonMenu
     Accessible.name: qsTr("Switch Norvane account")
-    Accessible.description: root.ToolTip.text
+    Accessible.description: qsTr("Signed in as %1 — click to switch account").arg(root.accounts.activeDisplayName)
 
     contentItem: AccountAvatar {
         initials: root.accounts.activeAvatarText
@@ -38,6 +36,12 @@ AbstractButton {
         color: "transparent"
         border.width: 2
         border.color: root.visualFocus ? root.palette.highlight : "transparent"
+    }
+
+    // The display name is the service's: shown as written.
+    PlainToolTip {
+        text: root.Accessible.description
+        visible: root.hovered || root.visualFocus
     }
 
     Menu {

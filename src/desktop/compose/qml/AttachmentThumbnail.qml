@@ -156,19 +156,10 @@ FocusScope {
         onClicked: root.removeRequested()
         Accessible.name: qsTr("Remove %1").arg(root.filename)
 
-        // Names the file, so its text is plain; the attached ToolTip can't be told so.
-        ToolTip {
-            id: removeTip
-
-            objectName: "removeAttachmentTip"
-            visible: removeButton.hovered
+        // Names the file: shown as written.
+        PlainToolTip {
             text: removeButton.Accessible.name
-            contentItem: Label {
-                wrapMode: Text.Wrap
-                textFormat: Text.PlainText
-                color: removeTip.palette.toolTipText
-                text: removeTip.text
-            }
+            visible: removeButton.hovered
         }
     }
 

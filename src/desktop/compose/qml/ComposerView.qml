@@ -150,10 +150,13 @@ ColumnLayout {
             enabled: root.composer.canSubmit
             text: root.bulk ? qsTr("Create Tasks") : qsTr("Create Task")
             onClicked: root.composer.submit()
-            ToolTip.visible: hovered
-            ToolTip.text: root.bulk ? qsTr("Create all tasks (Ctrl+Return)") : qsTr("Create task in Norvane (Ctrl+Return)")
             Accessible.name: text
-            Accessible.description: ToolTip.text
+            Accessible.description: root.bulk ? qsTr("Create all tasks (Ctrl+Return)") : qsTr("Create task in Norvane (Ctrl+Return)")
+
+            PlainToolTip {
+                text: submitButton.Accessible.description
+                visible: submitButton.hovered
+            }
         }
     }
 

@@ -94,15 +94,20 @@ ChipPopover {
         }
 
         Switch {
+            id: remindMe
+
             objectName: "remindMe"
             text: qsTr("Remind me")
             checked: root.dueDate.reminderEnabled
             onToggled: root.dueDate.reminderEnabled = checked
             Keys.onReturnPressed: toggle(), toggled()
-            ToolTip.visible: hovered
-            ToolTip.text: qsTr("Schedules a desktop notification before the due time")
             Accessible.name: text
-            Accessible.description: ToolTip.text
+            Accessible.description: qsTr("Schedules a desktop notification before the due time")
+
+            PlainToolTip {
+                text: remindMe.Accessible.description
+                visible: remindMe.hovered
+            }
         }
 
         RowLayout {

@@ -82,8 +82,6 @@ Button {
     Accessible.name: root.label.startsWith(root.title) ? root.label : qsTr("%1: %2").arg(root.title).arg(root.label)
     Accessible.checkable: root.kind === FieldChipListModel.Checkbox
     Accessible.checked: root.isActive
-    ToolTip.visible: hovered
-    ToolTip.text: root.title
 
     contentItem: Row {
         spacing: 4
@@ -107,5 +105,11 @@ Button {
             color: root.textColor
             text: root.label
         }
+    }
+
+    // A custom field's name is the service's: shown as written.
+    PlainToolTip {
+        text: root.title
+        visible: root.hovered
     }
 }

@@ -20,10 +20,13 @@ ToolButton {
     text: qsTr("Template")
     // Above the button: the footer is the popover's last row.
     onClicked: menu.popup(root, 0, -menu.implicitHeight)
-    ToolTip.visible: hovered
-    ToolTip.text: qsTr("Apply or save a template")
     Accessible.name: text
-    Accessible.description: ToolTip.text
+    Accessible.description: qsTr("Apply or save a template")
+
+    PlainToolTip {
+        text: root.Accessible.description
+        visible: root.hovered
+    }
 
     Menu {
         id: menu

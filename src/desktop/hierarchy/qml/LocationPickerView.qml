@@ -136,6 +136,8 @@ Popup {
             }
 
             ToolButton {
+                id: refreshLists
+
                 objectName: "refreshLists"
                 display: AbstractButton.IconOnly
                 icon.source: "image://symbol/arrow.clockwise"
@@ -145,11 +147,14 @@ Popup {
                 implicitHeight: 32
                 focusPolicy: Qt.StrongFocus
                 text: qsTr("Refresh lists")
-                ToolTip.visible: hovered || visualFocus
-                ToolTip.text: qsTr("Refresh lists from Norvane")
                 Accessible.name: qsTr("Refresh lists")
                 Accessible.description: qsTr("Refresh lists from Norvane")
                 onClicked: root.picker.refresh()
+
+                PlainToolTip {
+                    text: qsTr("Refresh lists from Norvane")
+                    visible: refreshLists.hovered || refreshLists.visualFocus
+                }
             }
         }
 

@@ -83,6 +83,8 @@ ItemDelegate {
         }
 
         ToolButton {
+            id: star
+
             objectName: "bookmarkStar"
             display: AbstractButton.IconOnly
             icon.source: root.isBookmarked ? "image://symbol/star.fill" : "image://symbol/star"
@@ -94,14 +96,17 @@ ItemDelegate {
             focusPolicy: Qt.TabFocus
             activeFocusOnTab: root.current
             text: root.starHelp
-            ToolTip.visible: hovered || visualFocus
-            ToolTip.text: root.starHelp
             Accessible.name: root.starHelp
             Accessible.checkable: true
             Accessible.checked: root.isBookmarked
             onClicked: root.picker.toggleBookmark(root.index)
             Keys.onReturnPressed: root.picker.toggleBookmark(root.index)
             Keys.onEnterPressed: root.picker.toggleBookmark(root.index)
+
+            PlainToolTip {
+                text: root.starHelp
+                visible: star.hovered || star.visualFocus
+            }
         }
     }
 }

@@ -3,6 +3,7 @@ pragma ComponentBehavior: Bound
 import QtQuick
 import QtQuick.Controls
 import QtQuick.Layouts
+import NorvaneBar
 
 // A filter of the Tasks tab: its symbol and the chosen entry, opening the menu of its entries.
 Button {
@@ -22,8 +23,6 @@ Button {
     rightPadding: 8
     onClicked: choiceMenu.popup(root, 0, root.height)
     Accessible.name: qsTr("%1: %2").arg(root.title).arg(root.value)
-    ToolTip.visible: hovered
-    ToolTip.text: root.title
 
     contentItem: RowLayout {
         spacing: 4
@@ -43,6 +42,11 @@ Button {
             color: root.palette.buttonText
             text: root.value
         }
+    }
+
+    PlainToolTip {
+        text: root.title
+        visible: root.hovered
     }
 
     Menu {

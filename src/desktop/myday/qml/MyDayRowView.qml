@@ -31,10 +31,16 @@ Control {
     readonly property bool isSection: root.kind === "section"
     readonly property string details: root.myDay.rowDetails(root.dueDate, root.listName, root.status)
 
+    // The status menu needs the list's statuses: the row asks each time it shows a task, made anew
+    // or reused for another row; the store asks the service once per list.
+    function askForStatuses() {
+        if (!root.isSection)
+            root.myDay.loadStatuses(root.taskID);
+    }
+
     padding: 0
-    // The status menu needs the list's statuses; the store asks once per list.
-    Component.onCompleted: if (!root.isSection)
-        root.myDay.loadStatuses(root.taskID)
+    Component.onCompleted: root.askForStatuses()
+    ListView.onReused: root.askForStatuses()
     opacity: root.myDay.workingTaskIDs.includes(root.taskID) ? 0.5 : 1
     Accessible.role: root.isSection ? Accessible.Heading : Accessible.ListItem
     Accessible.name: root.isSection ? root.title : root.name

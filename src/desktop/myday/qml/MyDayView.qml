@@ -38,6 +38,8 @@ ColumnLayout {
         }
 
         ToolButton {
+            id: refreshTasks
+
             objectName: "refreshTasks"
             display: AbstractButton.IconOnly
             icon.source: "image://symbol/arrow.clockwise"
@@ -46,10 +48,13 @@ ColumnLayout {
             implicitWidth: 32
             implicitHeight: 32
             text: qsTr("Refresh tasks")
-            ToolTip.visible: hovered
-            ToolTip.text: text
             Accessible.name: text
             onClicked: root.myDay.refresh()
+
+            PlainToolTip {
+                text: refreshTasks.text
+                visible: refreshTasks.hovered
+            }
         }
     }
 

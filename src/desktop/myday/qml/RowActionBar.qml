@@ -39,11 +39,15 @@ RowLayout {
         icon.height: 16
         implicitWidth: 32
         implicitHeight: 32
-        ToolTip.visible: hovered || copied
-        ToolTip.text: button.copied ? button.copiedText : button.text
+        // Read out as the new name while it shows.
         Accessible.name: button.copied ? button.copiedText : button.text
         KeyNavigation.right: button.nextItemInFocusChain(true) as Item
         KeyNavigation.left: button.nextItemInFocusChain(false) as Item
+
+        PlainToolTip {
+            text: button.Accessible.name
+            visible: button.hovered || button.copied
+        }
 
         Timer {
             id: copiedFor

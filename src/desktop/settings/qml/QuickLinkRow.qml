@@ -37,6 +37,8 @@ RowLayout {
     }
 
     ToolButton {
+        id: removeButton
+
         objectName: "removeQuickLink" + row.index
         focusPolicy: Qt.StrongFocus
         icon.source: "image://symbol/minus.circle.fill"
@@ -44,8 +46,12 @@ RowLayout {
         icon.height: 16
         display: AbstractButton.IconOnly
         onClicked: row.quickLinks.remove(row.modelData.id)
-        ToolTip.visible: hovered
-        ToolTip.text: qsTr("Remove ") + row.modelData.name
         Accessible.name: qsTr("Remove ") + row.modelData.name
+
+        // The name is the person's own: shown as written.
+        PlainToolTip {
+            text: removeButton.Accessible.name
+            visible: removeButton.hovered
+        }
     }
 }

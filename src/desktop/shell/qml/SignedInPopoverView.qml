@@ -54,13 +54,18 @@ Pane {
             }
 
             ToolButton {
+                id: settingsButton
+
                 objectName: "settingsButton"
                 icon.source: "image://symbol/gearshape"
                 icon.color: palette.buttonText
                 onClicked: root.settingsLauncher.open()
-                ToolTip.visible: hovered
-                ToolTip.text: qsTr("NorvaneBar settings")
-                Accessible.name: ToolTip.text
+                Accessible.name: qsTr("NorvaneBar settings")
+
+                PlainToolTip {
+                    text: settingsButton.Accessible.name
+                    visible: settingsButton.hovered
+                }
             }
 
             AccountSwitcherMenu {

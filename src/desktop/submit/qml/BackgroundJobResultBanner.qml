@@ -72,9 +72,12 @@ Pane {
             icon.source: "image://symbol/xmark"
             icon.color: dismiss.palette.buttonText
             onClicked: root.submit.dismissBanner()
-            ToolTip.visible: hovered
-            ToolTip.text: qsTr("Dismiss")
             Accessible.name: qsTr("Dismiss")
+
+            PlainToolTip {
+                text: dismiss.Accessible.name
+                visible: dismiss.hovered
+            }
         }
     }
 }

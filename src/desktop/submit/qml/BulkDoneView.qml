@@ -23,9 +23,13 @@ ColumnLayout {
     }
 
     ListView {
+        id: createdTasks
+
         objectName: "createdTasks"
         Layout.fillWidth: true
         Layout.fillHeight: true
+        // As tall as its rows, as far as the popover lets it grow; then it scrolls.
+        Layout.preferredHeight: createdTasks.contentHeight
         clip: true
         spacing: 2
         model: root.submit.createdTaskNames
@@ -33,6 +37,8 @@ ColumnLayout {
         keyNavigationEnabled: true
         Accessible.role: Accessible.List
         Accessible.name: root.submit.bulkTitle
+
+        ScrollBar.vertical: ScrollBar {}
 
         delegate: CopyButton {
             id: createdTask

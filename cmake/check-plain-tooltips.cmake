@@ -1,0 +1,26 @@
+# Fails when a QML file under DIR shows a tool tip other than through PlainToolTip.qml: the style's
+# ToolTip, attached or declared, renders its text as rich text, where a name from the service or the
+# settings would show its markup and fetch its pictures.
+# Usage: cmake -DDIR=<folder> -P check-plain-tooltips.cmake
+if(NOT DIR)
+    message(FATAL_ERROR "check-plain-tooltips: DIR is not set")
+endif()
+file(GLOB_RECURSE files "${DIR}/*.qml")
+set(violations "")
+foreach(file IN LISTS files)
+    get_filename_component(name "${file}" NAME)
+    if(name STREQUAL "PlainToolTip.qml")
+        continue()
+    endif()
+    file(STRINGS "${file}" lines)
+    set(number 0)
+    foreach(line IN LISTS lines)
+        math(EXPR number "${number} + 1")
+        if(line MATCHES "(^|[^A-Za-z0-9_])ToolTip([^A-Za-z0-9_]|$)")
+            string(APPEND violations "\n  ${file}:${number}: ${line}")
+        endif()
+    endforeach()
+endforeach()
+if(violations)
+    message(FATAL_ERROR "Tool tips go through PlainToolTip, which shows its text as written:${violations}")
+endif()

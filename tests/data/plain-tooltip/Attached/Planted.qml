@@ -1,0 +1,6 @@
+import QtQuick.Controls
+
+Button {
+    ToolTip.visible: hovered
+    ToolTip.text: "<b>markup</b>"
+}

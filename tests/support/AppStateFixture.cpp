@@ -48,7 +48,7 @@ AppState& AppStateFixture::start() {
     m_app = std::make_unique<AppState>(AppEnvironment{
         .secrets = m_secrets,
         .settingsPath = settingsPath(),
-        .sleeper = m_sleeper.sleeper(),
+        .sleeper = m_waits,
         .clock = m_clock,
         .notificationCenter = m_center,
         .linkActions = &m_linkActions,

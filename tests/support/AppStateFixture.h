@@ -55,6 +55,8 @@ public:
     RecordingNotificationCenter& notificationCenter() { return m_notificationCenter; }
     // The notification center of the central states started from now on, in place of the recording one.
     void useNotificationCenter(NotificationCenter& center) { m_center = &center; }
+    // The waits of the central states started from now on, in place of those that return at once.
+    void useSleeper(Sleeper sleeper) { m_waits = std::move(sleeper); }
     RecordingLinkActions& linkActions() { return m_linkActions; }
     // The clock whose moves ring the alarms. The central state reads the system's time unless
     // useWallClockTime() was called before it started.
@@ -69,6 +71,7 @@ private:
     MemorySecretStore m_memorySecrets;
     SecretStore* m_secrets;
     ClientTesting::RecordingSleeper m_sleeper;
+    Sleeper m_waits = m_sleeper.sleeper();
     RecordingNotificationCenter m_notificationCenter;
     NotificationCenter* m_center = &m_notificationCenter;
     RecordingLinkActions m_linkActions;

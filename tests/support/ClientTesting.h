@@ -3,6 +3,7 @@
 #include "RunTask.h"
 #include "api/NVError.h"
 #include "async/Clock.h"
+#include "async/OneShot.h"
 #include "async/Sleeper.h"
 #include "auth/AuthProvider.h"
 
@@ -11,9 +12,10 @@
 #include <chrono>
 #include <memory>
 #include <optional>
+#include <utility>
 
 // What tests of NorvaneClient share: the failure a request ends with, a sleeper that records its
-// waits and returns at once, a fixed clock, and a provider without a token.
+// waits and returns at once, one that holds them, a fixed clock, and a provider without a token.
 namespace ClientTesting {
 
 namespace detail {
@@ -46,6 +48,35 @@ public:
 
 private:
     std::shared_ptr<QList<std::chrono::milliseconds>> m_waits = std::make_shared<QList<std::chrono::milliseconds>>();
+};
+
+// Holds every wait asked of it until release(): a back-off that lasts as long as the test wants.
+class HeldSleeper {
+public:
+    Sleeper sleeper() const {
+        return [state = m_state](std::chrono::milliseconds) { return wait(state); };
+    }
+    // The waits held now.
+    qsizetype held() const { return m_state->waiting.size(); }
+    // Ends every wait held now; the tasks that waited go on inside this call until they next wait.
+    void release() {
+        const QList<OneShot<bool>> waiting = std::exchange(m_state->waiting, {});
+        for (const OneShot<bool>& wait : waiting) {
+            wait.fulfil(true);
+        }
+    }
+
+private:
+    struct State {
+        QList<OneShot<bool>> waiting;
+    };
+    static QCoro::Task<> wait(std::shared_ptr<State> state) {
+        const OneShot<bool> released;
+        state->waiting.append(released);
+        co_await released;
+    }
+
+    std::shared_ptr<State> m_state = std::make_shared<State>();
 };
 
 inline Clock fixedClock(QDateTime now) {

@@ -1,5 +1,6 @@
 #include "FakeService.h"
 
+#include <QFile>
 #include <QNetworkReply>
 #include <QPointer>
 #include <QTimer>
@@ -105,6 +106,8 @@ QNetworkReply* FakeService::createRequest(Operation, const QNetworkRequest& requ
     paths.append(path);
     queries.append(request.url().query(QUrl::FullyDecoded));
     bodies.append(outgoingData ? outgoingData->readAll() : QByteArray());
+    const auto* file = qobject_cast<QFile*>(outgoingData);
+    bodyFiles.append(file ? file->fileName() : QString());
     inFlight += 1;
     maxInFlight = std::max(maxInFlight, inFlight);
     auto* reply = new FakeReply(this, request, path);

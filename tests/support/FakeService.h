@@ -35,10 +35,12 @@ public:
     void hold(const QString& path) { m_held.append(path); }
     void release(const QString& path);
 
-    // Every request in order: its path relative to the base, its query as sent, and its body.
+    // Every request in order: its path relative to the base, its query as sent, its body, and the
+    // file the body was read from (empty for a body sent from memory).
     QStringList paths;
     QStringList queries;
     QList<QByteArray> bodies;
+    QStringList bodyFiles;
     QStringList aborted;
     int inFlight = 0;
     int maxInFlight = 0;

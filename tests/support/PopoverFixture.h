@@ -1,6 +1,7 @@
 #pragma once
 
 #include "AppStateFixture.h"
+#include "QuickItems.h"
 #include "SandboxDemo.h"
 #include "shell/PopoverPages.h"
 
@@ -45,6 +46,16 @@ struct PopoverFixture {
         return fixture;
     }
 
+    // The same, once the popover has the keyboard, with the sandbox's request log emptied of the
+    // sign-in's requests.
+    static std::unique_ptr<PopoverFixture> activeAgainst(SandboxProcess& sandbox, const QString& listID) {
+        std::unique_ptr<PopoverFixture> fixture = signedInAgainst(sandbox, listID);
+        if (!fixture || !QTest::qWaitForWindowActive(&fixture->popover) || !sandbox.clearRequests()) {
+            return nullptr;
+        }
+        return fixture;
+    }
+
     // Paints the popover and waits a moment: the paths of the pictures of hostile names that were
     // asked for meanwhile. A picture in rich text would be asked for as soon as the text is laid out.
     QStringList picturesFetchedAfterPainting(SandboxProcess& sandbox) {
@@ -60,6 +71,15 @@ struct PopoverFixture {
         app->settings().set(&AppSettings::visibleDefaultFields,
                             QSet<DefaultField>{DefaultField::status, DefaultField::assignee, DefaultField::dueDate,
                                                DefaultField::priority, DefaultField::tags});
+    }
+
+    // The visual item of the popover with this objectName, or null; and the text it shows.
+    QQuickItem* item(const QString& objectName) const {
+        return QuickItems::visualChild(popover.rootObject(), objectName);
+    }
+    QString textOf(const QString& objectName) const {
+        const QQuickItem* found = item(objectName);
+        return found ? found->property("text").toString() : QString();
     }
 
     // The item of the page with this objectName, or null.

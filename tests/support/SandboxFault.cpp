@@ -37,6 +37,13 @@ SandboxFault SandboxFault::dropAnswer(const QString& path, int times) {
     return fault;
 }
 
+SandboxFault SandboxFault::garbleAnswer(const QString& path) {
+    SandboxFault fault = answer(path, 200);
+    fault.bodyText = QStringLiteral("<html>Gateway says hello</html>");
+    fault.answerAfter = true;
+    return fault;
+}
+
 namespace {
 SandboxFault onTaskCreation(SandboxFault fault) {
     fault.method = QStringLiteral("POST");
@@ -88,6 +95,9 @@ QJsonObject SandboxFault::toJson() const {
     }
     if (dropAfter) {
         rule.insert(QStringLiteral("dropAfter"), true);
+    }
+    if (answerAfter) {
+        rule.insert(QStringLiteral("answerAfter"), true);
     }
     if (held) {
         rule.insert(QStringLiteral("hold"), true);

@@ -20,6 +20,7 @@ struct SandboxFault {
     std::optional<int> delayMs;
     bool drop = false;
     bool dropAfter = false;
+    bool answerAfter = false;
     bool held = false;
 
     static SandboxFault answer(const QString& path, int status, int times = 1);
@@ -33,6 +34,9 @@ struct SandboxFault {
     // The request is handled, a task created or a file stored, and then its answer is lost: the
     // connection drops in its place. The same resend applies as above.
     static SandboxFault dropAnswer(const QString& path, int times = 2);
+    // The request is handled, a task created or a file stored, and then answered 200 with a body
+    // that is no JSON in place of its own answer.
+    static SandboxFault garbleAnswer(const QString& path);
     // Once, the creation of a task in any list, and no other request: a list's tasks are read from
     // the same path.
     static SandboxFault taskCreationAnswer(int status);

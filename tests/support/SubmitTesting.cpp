@@ -16,6 +16,7 @@ QString describe(const ForegroundSubmitPhase& phase) {
                 return QStringLiteral("bulkDone %1 created %2 failed").arg(p.created.size()).arg(p.failures.size());
             },
             [](const Creating&) { return QStringLiteral("creating"); },
+            [](const FoundExisting& p) { return QStringLiteral("found ") + p.task.name; },
         },
         phase);
 }

@@ -60,7 +60,8 @@ inline QJsonArray postsEndingWith(const QJsonArray& log, const QString& ending) 
 }
 
 // A phase as a short text, so that sequences compare readably: "creating", "uploading 1/2",
-// "done 1 failed", "failed <message>", "bulkCreating 1/3", "bulkDone 2 created 1 failed".
+// "done 1 failed", "failed <message>", "bulkCreating 1/3", "bulkDone 2 created 1 failed",
+// "found <task name>".
 QString describe(const ForegroundSubmitPhase& phase);
 
 // Writes down the phases it is told; shared, so that a copy handed to a job records into the same

@@ -49,6 +49,11 @@ NVError::NVError(Case failure)
     : m_failure(std::move(failure))
     , m_what(describe(m_failure).toUtf8()) {}
 
+bool NVError::outcomeUnknown() const {
+    const Network* network = as<Network>();
+    return is<Decoding>() || (network && network->requestSent);
+}
+
 QString NVError::errorDescription() const {
     return describe(m_failure);
 }

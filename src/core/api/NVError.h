@@ -29,10 +29,12 @@ public:
         std::optional<int> statusCode;
         bool operator==(const Server&) const = default;
     };
-    // The request got no answer: the transport's error.
+    // The request got no answer: the transport's error. `requestSent` tells that the whole request
+    // had gone out before the connection failed, so that the service may have carried it out.
     struct Network {
         QNetworkReply::NetworkError error = QNetworkReply::UnknownNetworkError;
         QString errorString;
+        bool requestSent = false;
         bool operator==(const Network&) const = default;
     };
     // A 2xx body that isn't the expected record: where and why it failed.
@@ -67,6 +69,11 @@ public:
     template <typename T> bool is() const { return std::holds_alternative<T>(m_failure); }
     // The payload if the failure is of that case, else null.
     template <typename T> const T* as() const { return std::get_if<T>(&m_failure); }
+
+    // Whether the service may have carried out the request although it failed: the request went out
+    // whole and no answer came, or a 2xx answer could not be read. A failed write of this kind may
+    // have changed the service, and sending it again may change it twice.
+    bool outcomeUnknown() const;
 
     // What the user is shown.
     QString errorDescription() const;

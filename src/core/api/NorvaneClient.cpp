@@ -40,12 +40,6 @@ bool isTransportFailure(const QNetworkReply& reply) {
            error < QNetworkReply::ContentAccessDenied || error == QNetworkReply::ProtocolFailure;
 }
 
-void throwIfTransportFailed(const QNetworkReply& reply) {
-    if (isTransportFailure(reply)) {
-        throw NVError(NVError::Network{reply.error(), reply.errorString()});
-    }
-}
-
 // The statuses Qt takes for redirects.
 bool isRedirect(int status) {
     return status == 301 || status == 302 || status == 303 || status == 305 || status == 307 || status == 308;
@@ -78,10 +72,17 @@ NVError redirectFailure(QNetworkReply::NetworkError error, const char* text) {
     return NVError(NVError::Network{error, QCoreApplication::translate("QHttp", text)});
 }
 
-NVError timeoutFailure() {
+NVError timeoutFailure(bool requestSent) {
     // Qt's own words for a timeout.
     return NVError(NVError::Network{QNetworkReply::TimeoutError,
-                                    QCoreApplication::translate("QAbstractSocket", "Socket operation timed out")});
+                                    QCoreApplication::translate("QAbstractSocket", "Socket operation timed out"),
+                                    requestSent});
+}
+
+NVError endedFailure() {
+    // Qt's own words for a request ended on purpose.
+    return NVError(NVError::Network{QNetworkReply::OperationCanceledError,
+                                    QCoreApplication::translate("QNetworkReply", "Operation canceled")});
 }
 
 std::chrono::milliseconds rateLimitWait(std::optional<double> retryAfter) {
@@ -118,6 +119,10 @@ QCoro::Task<QByteArray> NorvaneClient::perform(QByteArray method, QString path, 
 
 QNetworkRequest NorvaneClient::authorizedRequest(const QString& path, const QueryItems& query,
                                                  const QByteArray& contentType) const {
+    // Gone with the sessions: `auth` is not asked.
+    if (!m_session || !m_uploadSession) {
+        throw endedFailure();
+    }
     const std::optional<QString> token = m_auth.authorizationValue();
     if (!token) {
         throw NVError(NVError::NotAuthenticated{});
@@ -152,6 +157,9 @@ QUrl NorvaneClient::endpointURL(const QString& path, const QueryItems& query) co
 }
 
 QCoro::Task<QNetworkReply*> NorvaneClient::exchange(QNetworkAccessManager* session, Request request) const {
+    if (!session) {
+        throw endedFailure();
+    }
     request.request.setAttribute(QNetworkRequest::RedirectPolicyAttribute, QNetworkRequest::ManualRedirectPolicy);
     if (request.method != "GET") {
         // The answer to a write is one record, a round trip's worth of bytes either way: compressing
@@ -186,9 +194,12 @@ QCoro::Task<QNetworkReply*> NorvaneClient::exchange(QNetworkAccessManager* sessi
         QNetworkReply* const running = reply.get();
         co_await running;
         if (watchdog->timedOut()) {
-            throw timeoutFailure();
+            throw timeoutFailure(watchdog->bodySent());
         }
         const std::optional<QUrl> target = redirectTarget(*reply, request.request.url());
+        if (!target && isTransportFailure(*reply)) {
+            throw NVError(NVError::Network{reply->error(), reply->errorString(), watchdog->bodySent()});
+        }
         if (!target) {
             co_return reply.release();
         }
@@ -214,7 +225,6 @@ QCoro::Task<QNetworkReply*> NorvaneClient::exchange(QNetworkAccessManager* sessi
 QCoro::Task<QByteArray> NorvaneClient::send(Request request, bool isRetry) const {
     QCoro::Task<QNetworkReply*> exchanging = exchange(m_session, request);
     const ReplyPointer reply(co_await std::move(exchanging));
-    throwIfTransportFailed(*reply);
     // Built apart from the co_await: GCC 12 destroys a capturing lambda twice when it stands in the
     // same expression as co_await (a double free).
     Retry retry = [this, request] { return send(request, true); };
@@ -301,7 +311,6 @@ QCoro::Task<TaskAttachment> NorvaneClient::uploadAnswer(Request request) const {
     request.deadline = QDeadlineTimer(m_limits.upload);
     QCoro::Task<QNetworkReply*> exchanging = exchange(m_uploadSession, std::move(request));
     const ReplyPointer reply(co_await std::move(exchanging));
-    throwIfTransportFailed(*reply);
     const QVariant status = reply->attribute(QNetworkRequest::HttpStatusCodeAttribute);
     co_return decodeUploadResponse(reply->readAll(), status.isValid() ? std::optional(status.toInt()) : std::nullopt,
                                    UploadRetryPolicy::retryAfter(*reply, m_clock()));

@@ -13,13 +13,14 @@
 #include <QCoroTask>
 #include <QDeadlineTimer>
 #include <QList>
+#include <QNetworkAccessManager>
 #include <QNetworkRequest>
+#include <QPointer>
 #include <QUrl>
 #include <functional>
 #include <optional>
 #include <utility>
 
-class QNetworkAccessManager;
 class QNetworkReply;
 
 // The one gateway to the service's REST API. Every request asks `auth` for the token at its start,
@@ -31,7 +32,12 @@ class QNetworkReply;
 //
 // A transfer that stalls, or an upload attempt that runs past its limit (TransferTimeLimits), ends
 // with NVError::Network and QNetworkReply::TimeoutError, which an upload retries. A request aborted
-// on purpose (QNetworkReply::abort) ends with OperationCanceledError, which nothing retries.
+// on purpose (QNetworkReply::abort) ends with OperationCanceledError, which nothing retries. A
+// Network failure also tells whether the request had gone out whole (NVError::outcomeUnknown).
+//
+// A client whose sessions are gone (the central state that built it has ended, while a task still
+// waited, say in a back-off) sends nothing: each request fails at once with OperationCanceledError,
+// without asking `auth` for a token.
 //
 // Redirects are followed here, one request per hop, not by the session: Qt 6.4 follows a redirect
 // inside the same QNetworkReply, and an answer that still comes for the first hop is then mixed
@@ -120,8 +126,9 @@ private:
 
     // Sends `request` on `session` and follows the redirects it is answered with as Qt would (up
     // to the request's maximum, never from https to http), each hop a reply of its own. The reply
-    // of the last hop, finished; the caller owns it. A hop that stalls, or runs past the request's
-    // deadline, fails with NVError::Network and QNetworkReply::TimeoutError.
+    // of the last hop, finished with an answer; the caller owns it. A hop without an answer fails
+    // with NVError::Network, and one that stalls, or runs past the request's deadline, with
+    // QNetworkReply::TimeoutError; either tells whether the request's body had gone out whole.
     QCoro::Task<QNetworkReply*> exchange(QNetworkAccessManager* session, Request request) const;
 
     // Builds the request for `path` with the token of this moment and sends it; the body of its 2xx
@@ -154,8 +161,8 @@ private:
     }
 
     const AuthProvider& m_auth;
-    QNetworkAccessManager* const m_session;
-    QNetworkAccessManager* const m_uploadSession;
+    const QPointer<QNetworkAccessManager> m_session;
+    const QPointer<QNetworkAccessManager> m_uploadSession;
     const QUrl m_baseURL;
     const Sleeper m_sleeper;
     const Clock m_clock;

@@ -16,9 +16,12 @@ TransferWatchdog::TransferWatchdog(QNetworkReply* reply, std::chrono::millisecon
         m_deadline.start(std::chrono::duration_cast<std::chrono::milliseconds>(deadline.remainingTimeAsDuration()));
     }
     // Any byte moved either way starts the stall limit anew.
-    const auto progressed = [this] { m_stall.start(); };
-    connect(reply, &QNetworkReply::uploadProgress, this, progressed);
-    connect(reply, &QNetworkReply::downloadProgress, this, progressed);
+    connect(reply, &QNetworkReply::uploadProgress, this, [this](qint64 bytesSent, qint64 bytesTotal) {
+        m_stall.start();
+        // Once whole, always whole: a resend that Qt attempts on the same reply starts from 0 again.
+        m_bodySent = m_bodySent || (bytesTotal > 0 && bytesSent == bytesTotal);
+    });
+    connect(reply, &QNetworkReply::downloadProgress, this, [this] { m_stall.start(); });
     connect(reply, &QNetworkReply::finished, this, [this] {
         m_stall.stop();
         m_deadline.stop();

@@ -1,8 +1,7 @@
 #include "submit/AttachmentUploadQueue.h"
 
+#include "async/LoadGuard.h"
 #include "async/StartTask.h"
-
-#include <QPointer>
 
 AttachmentUploadQueue::AttachmentUploadQueue(QObject* parent)
     : QObject(parent) {}
@@ -34,13 +33,14 @@ void AttachmentUploadQueue::finishProcessing() {
 }
 
 QCoro::Task<> AttachmentUploadQueue::process(PendingUpload batch) {
-    const QPointer<AttachmentUploadQueue> self(this);
+    const LoadGuard guard(this);
     QCoro::Task<QList<AttachmentUploadFailure>> uploading =
         AttachmentUploader::uploadAll(batch.taskID, batch.attachments, batch.client, batch.onProgress);
     QList<AttachmentUploadFailure> failures = co_await std::move(uploading);
-    // The job goes on from here until it next waits; the queue may be gone by then.
+    // The job waits for its failures whether the queue lives or not. It goes on from here until it
+    // next waits; the queue may be gone by then.
     batch.continuation.fulfil(std::move(failures));
-    if (self) {
-        self->finishProcessing();
+    if (guard.holds()) {
+        finishProcessing();
     }
 }

@@ -20,7 +20,7 @@ Route routeFor(const StagedAttachment& attachment, std::optional<qint64> size) {
 }
 
 QCoro::Task<QList<AttachmentUploadFailure>> uploadAll(QString taskID, QList<StagedAttachment> attachments,
-                                                      const NorvaneClient& client, Progress onProgress) {
+                                                      NorvaneClient client, Progress onProgress) {
     QList<AttachmentUploadFailure> failures;
     const int total = static_cast<int>(attachments.size());
     for (int index = 0; index < total; ++index) {
@@ -38,7 +38,7 @@ QCoro::Task<QList<AttachmentUploadFailure>> uploadAll(QString taskID, QList<Stag
     co_return failures;
 }
 
-QCoro::Task<> upload(StagedAttachment attachment, QString taskID, const NorvaneClient& client) {
+QCoro::Task<> upload(StagedAttachment attachment, QString taskID, NorvaneClient client) {
     const std::optional<qint64> size =
         attachment.fileSizeBytes ? attachment.fileSizeBytes : AttachmentSizeLimits::fileSize(attachment.fileURL);
     if (size && *size >= refusedSize) {

@@ -28,12 +28,11 @@ enum class Route { memory, streaming };
 Route routeFor(const StagedAttachment& attachment, std::optional<qint64> size);
 
 // Every attachment in order; one that fails becomes a failure with a fresh id and the next goes on.
-// `client` must outlive the task.
 QCoro::Task<QList<AttachmentUploadFailure>> uploadAll(QString taskID, QList<StagedAttachment> attachments,
-                                                      const NorvaneClient& client, Progress onProgress);
+                                                      NorvaneClient client, Progress onProgress);
 
 // One attachment: refused locally from refusedSize up (NVError::Server), AttachmentUploadError
 // when the file is gone, else sent through the client with its own retries.
-QCoro::Task<> upload(StagedAttachment attachment, QString taskID, const NorvaneClient& client);
+QCoro::Task<> upload(StagedAttachment attachment, QString taskID, NorvaneClient client);
 
 } // namespace AttachmentUploader

@@ -1,5 +1,7 @@
 #pragma once
 
+#include "submit/CreateFailure.h"
+
 #include <QString>
 #include <QUuid>
 #include <optional>
@@ -25,6 +27,7 @@ struct BackgroundJobResult {
         QString taskName;
         QString message;
         QUuid retryJobID;
+        CreateFailure failure = CreateFailure::notCreated;
         bool operator==(const CreateFailed&) const = default;
     };
     struct BulkSuccess {

@@ -1,5 +1,6 @@
 #include "submit/BackgroundSubmitQueue.h"
 
+#include "async/LoadGuard.h"
 #include "async/StartTask.h"
 #include "settings/SettingsStore.h"
 #include "storage/StorageProviderRegistry.h"
@@ -59,7 +60,9 @@ void BackgroundSubmitQueue::retry(const QUuid& failedJobID, NorvaneClient client
     QCoro::Task<> running =
         std::visit(Overloaded{
                        [&](const FailedSubmitJobs::CreateTask& failed) {
-                           return runSingleJob(failed.payload, client, std::nullopt, onPhase, forceNotify);
+                           return failed.failure == CreateFailure::answerLost
+                                      ? runLostAnswerRetry(failed.payload, client, onPhase, forceNotify)
+                                      : runSingleJob(failed.payload, client, std::nullopt, onPhase, forceNotify);
                        },
                        [&](const FailedSubmitJobs::UploadAttachments& failed) {
                            return runUploadRetry(failed, client, onPhase, forceNotify);
@@ -74,7 +77,7 @@ void BackgroundSubmitQueue::retry(const QUuid& failedJobID, NorvaneClient client
 
 QCoro::Task<> BackgroundSubmitQueue::runSingleJob(SubmitJobPayload payload, NorvaneClient client,
                                                   std::optional<QUuid> jobID, PhaseHandler onPhase, bool forceNotify) {
-    const QPointer<BackgroundSubmitQueue> self(this);
+    const LoadGuard guard(this);
     const TaskSubmitter submitter(client, m_uploadQueue, m_notifier);
     const TaskSubmitter::Provider provider = m_providers.makeProvider(m_settings.settings());
     const bool usesExternal = provider && !payload.attachments.isEmpty();
@@ -84,21 +87,23 @@ QCoro::Task<> BackgroundSubmitQueue::runSingleJob(SubmitJobPayload payload, Norv
     QList<AttachmentUploadFailure> externalFailures;
     if (usesExternal) {
         tell(onPhase, ForegroundSubmitPhases::Uploading{0, static_cast<int>(payload.attachments.size())});
-        QCoro::Task<TaskSubmitter::PreUpload> uploading = submitter.preUploadToExternal(payload, provider, progress);
-        TaskSubmitter::PreUpload preUpload = co_await std::move(uploading);
-        if (!self) {
+        QCoro::Task<std::optional<TaskSubmitter::PreUpload>> uploading =
+            awaitGuarded(guard, submitter.preUploadToExternal(payload, provider, progress));
+        std::optional<TaskSubmitter::PreUpload> preUpload = co_await std::move(uploading);
+        if (!preUpload) {
             co_return;
         }
-        toCreate = std::move(preUpload.payload);
-        externalFailures = std::move(preUpload.failures);
+        toCreate = std::move(preUpload->payload);
+        externalFailures = std::move(preUpload->failures);
     }
 
     tell(onPhase, ForegroundSubmitPhases::Creating{});
-    QCoro::Task<SubmitJobResult> creating = submitter.createTask(toCreate);
-    SubmitJobResult result = co_await std::move(creating);
-    if (!self) {
+    QCoro::Task<std::optional<SubmitJobResult>> creating = awaitGuarded(guard, submitter.createTask(toCreate));
+    std::optional<SubmitJobResult> created = co_await std::move(creating);
+    if (!created) {
         co_return;
     }
+    SubmitJobResult& result = *created;
     // A failed creation hands on the payload as queued, and drops the failures of the external
     // uploads: a retry starts from the beginning.
     if (result.error) {
@@ -113,39 +118,67 @@ QCoro::Task<> BackgroundSubmitQueue::runSingleJob(SubmitJobPayload payload, Norv
     if (usesExternal) {
         result.failedUploads = externalFailures;
     } else if (!payload.attachments.isEmpty()) {
-        QCoro::Task<QList<AttachmentUploadFailure>> uploading =
-            submitter.uploadAttachments(result.created->id, payload.attachments, progress);
-        result.failedUploads = co_await std::move(uploading);
-        if (!self) {
+        QCoro::Task<std::optional<QList<AttachmentUploadFailure>>> uploading =
+            awaitGuarded(guard, submitter.uploadAttachments(result.created->id, payload.attachments, progress));
+        std::optional<QList<AttachmentUploadFailure>> failures = co_await std::move(uploading);
+        if (!failures) {
             co_return;
         }
+        result.failedUploads = std::move(*failures);
     }
     handleSingleResult(jobID, payload, result, onPhase, forceNotify);
 }
 
+QCoro::Task<> BackgroundSubmitQueue::runLostAnswerRetry(SubmitJobPayload payload, NorvaneClient client,
+                                                        PhaseHandler onPhase, bool forceNotify) {
+    const TaskSubmitter submitter(client, m_uploadQueue, m_notifier);
+    tell(onPhase, ForegroundSubmitPhases::Creating{});
+    QCoro::Task<std::optional<TaskSubmitter::Lookup>> looking =
+        awaitGuarded(LoadGuard(this), submitter.findCreated(payload));
+    const std::optional<TaskSubmitter::Lookup> lookup = co_await std::move(looking);
+    if (!lookup) {
+        co_return;
+    }
+    if (lookup->found) {
+        reportFailedCreate(finishJob(std::nullopt, forceNotify), payload, CreateFailures::taskFoundMessage(),
+                           CreateFailure::taskFound, lookup->found, onPhase);
+        co_return;
+    }
+    if (lookup->error) {
+        // The task may still exist: the next retry looks again.
+        reportFailedCreate(finishJob(std::nullopt, forceNotify), payload,
+                           CreateFailures::described(*lookup->error, CreateFailure::answerLost),
+                           CreateFailure::answerLost, std::nullopt, onPhase);
+        co_return;
+    }
+    QCoro::Task<> running =
+        runSingleJob(std::move(payload), std::move(client), std::nullopt, std::move(onPhase), forceNotify);
+    co_await std::move(running);
+}
+
 QCoro::Task<> BackgroundSubmitQueue::runBulkJob(BulkSubmitJobPayload payload, NorvaneClient client,
                                                 std::optional<QUuid> jobID, PhaseHandler onPhase, bool forceNotify) {
-    const QPointer<BackgroundSubmitQueue> self(this);
     const BulkSubmitter submitter(std::move(client));
-    QCoro::Task<BulkSubmitResult> running = submitter.runBulkJob(payload, onPhase);
-    const BulkSubmitResult result = co_await std::move(running);
-    if (self) {
-        handleBulkResult(jobID, payload, result, onPhase, forceNotify);
+    QCoro::Task<std::optional<BulkSubmitResult>> running =
+        awaitGuarded(LoadGuard(this), submitter.runBulkJob(payload, onPhase));
+    const std::optional<BulkSubmitResult> result = co_await std::move(running);
+    if (result) {
+        handleBulkResult(jobID, payload, *result, onPhase, forceNotify);
     }
 }
 
 QCoro::Task<> BackgroundSubmitQueue::runUploadRetry(FailedSubmitJobs::UploadAttachments job, NorvaneClient client,
                                                     PhaseHandler onPhase, bool forceNotify) {
-    const QPointer<BackgroundSubmitQueue> self(this);
     const TaskSubmitter submitter(std::move(client), m_uploadQueue, m_notifier);
     const TaskSubmitter::Provider provider = m_providers.makeProvider(m_settings.settings());
-    QCoro::Task<QList<AttachmentUploadFailure>> uploading =
-        provider ? submitter.retryUploadsToExternal(job.taskID, job.attachments, provider, onPhase)
-                 : submitter.retryUploads(job.taskID, job.attachments, onPhase);
-    const QList<AttachmentUploadFailure> failures = co_await std::move(uploading);
-    if (!self) {
+    QCoro::Task<std::optional<QList<AttachmentUploadFailure>>> uploading = awaitGuarded(
+        LoadGuard(this), provider ? submitter.retryUploadsToExternal(job.taskID, job.attachments, provider, onPhase)
+                                  : submitter.retryUploads(job.taskID, job.attachments, onPhase));
+    const std::optional<QList<AttachmentUploadFailure>> uploaded = co_await std::move(uploading);
+    if (!uploaded) {
         co_return;
     }
+    const QList<AttachmentUploadFailure>& failures = *uploaded;
     changePendingCount(-1);
     const CreatedTask task{job.taskID, job.taskName, job.taskURL, std::nullopt};
     if (failures.isEmpty()) {
@@ -171,15 +204,7 @@ void BackgroundSubmitQueue::handleSingleResult(const std::optional<QUuid>& jobID
                                                bool forceNotify) {
     const bool isBackgrounded = finishJob(jobID, forceNotify);
     if (result.error) {
-        // The files stay: the retry sends them.
-        const QUuid failedID = storeFailed(FailedSubmitJobs::CreateTask{payload});
-        if (isBackgrounded) {
-            m_notifier.notifyTaskCreateFailed(
-                payload.taskName, *result.error, failedID,
-                showIfUndelivered(BackgroundJobResult::CreateFailed{payload.taskName, *result.error, failedID}));
-        } else {
-            tell(onPhase, ForegroundSubmitPhases::Failed{*result.error, failedID});
-        }
+        reportFailedCreate(isBackgrounded, payload, *result.error, result.failure, std::nullopt, onPhase);
         return;
     }
     if (!result.created) {
@@ -213,12 +238,15 @@ void BackgroundSubmitQueue::handleBulkResult(const std::optional<QUuid>& jobID, 
                                              bool forceNotify) {
     const bool isBackgrounded = finishJob(jobID, forceNotify);
     if (result.error) {
-        const QUuid failedID = storeFailed(FailedSubmitJobs::BulkCreate{payload});
+        const QUuid failedID = storeFailed(FailedSubmitJobs::BulkCreate{remainingLines(payload, result.failures)});
         if (isBackgrounded) {
             // No banner for this one: an undelivered notification leaves the retry in failedJobs only.
             m_notifier.notifyBulkCreateFailed(*result.error, failedID, {});
         } else {
-            tell(onPhase, ForegroundSubmitPhases::Failed{*result.error, failedID});
+            // The error is the first line's, and so is what it may have left behind.
+            const CreateFailure failure =
+                result.failures.isEmpty() ? CreateFailure::notCreated : result.failures.first().failure;
+            tell(onPhase, ForegroundSubmitPhases::Failed{*result.error, failedID, failure});
         }
         return;
     }
@@ -232,11 +260,7 @@ void BackgroundSubmitQueue::handleBulkResult(const std::optional<QUuid>& jobID, 
         }
         return;
     }
-    BulkSubmitJobPayload remaining{payload.listID, {}, payload.fieldTemplate};
-    for (const BulkFailure& failure : result.failures) {
-        remaining.taskNames.append(failure.line);
-    }
-    const QUuid failedID = storeFailed(FailedSubmitJobs::BulkCreate{remaining});
+    const QUuid failedID = storeFailed(FailedSubmitJobs::BulkCreate{remainingLines(payload, result.failures)});
     if (isBackgrounded) {
         m_notifier.notifyBulkComplete(createdCount, result.failures, failedID,
                                       showIfUndelivered(BackgroundJobResult::BulkPartial{
@@ -244,6 +268,39 @@ void BackgroundSubmitQueue::handleBulkResult(const std::optional<QUuid>& jobID, 
     } else {
         tell(onPhase, ForegroundSubmitPhases::BulkDone{result.created, result.failures, failedID});
     }
+}
+
+void BackgroundSubmitQueue::reportFailedCreate(bool isBackgrounded, const SubmitJobPayload& payload,
+                                               const QString& message, CreateFailure failure,
+                                               const std::optional<CreatedTask>& found, const PhaseHandler& onPhase) {
+    // The files stay: the retry sends them.
+    const QUuid failedID = storeFailed(FailedSubmitJobs::CreateTask{payload, failure});
+    if (isBackgrounded) {
+        m_notifier.notifyTaskCreateFailed(
+            payload.taskName, message, failedID,
+            showIfUndelivered(BackgroundJobResult::CreateFailed{payload.taskName, message, failedID, failure}));
+    } else if (found) {
+        tell(onPhase, ForegroundSubmitPhases::FoundExisting{*found, failedID});
+    } else {
+        tell(onPhase, ForegroundSubmitPhases::Failed{message, failedID, failure});
+    }
+}
+
+BulkSubmitJobPayload BackgroundSubmitQueue::remainingLines(const BulkSubmitJobPayload& payload,
+                                                           const QList<BulkFailure>& failures) {
+    if (failures.isEmpty()) {
+        return payload;
+    }
+    BulkSubmitJobPayload remaining = payload;
+    remaining.taskNames.clear();
+    remaining.lostAnswerLines.clear();
+    for (const BulkFailure& failure : failures) {
+        remaining.taskNames.append(failure.line);
+        if (failure.failure == CreateFailure::answerLost && !remaining.lostAnswerLines.contains(failure.line)) {
+            remaining.lostAnswerLines.append(failure.line);
+        }
+    }
+    return remaining;
 }
 
 bool BackgroundSubmitQueue::finishJob(const std::optional<QUuid>& jobID, bool forceNotify) {

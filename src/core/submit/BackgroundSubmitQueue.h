@@ -56,7 +56,9 @@ public:
     void markBackgrounded(const ForegroundSubmitSession& session);
     // Takes the failed job out of failedJobs and runs it again; an unknown id does nothing. A retry
     // has no job id: it reports to `onPhase` unless `forceNotify`, and is never counted as
-    // backgrounded.
+    // backgrounded. A creation whose answer was lost is looked for in its list first: when an open
+    // task of its name is there, nothing is created, and the job is kept under a new id whose retry
+    // creates another task. A task is thus created again only by the person's choice.
     void retry(const QUuid& failedJobID, NorvaneClient client, PhaseHandler onPhase, bool forceNotify);
 
 signals:
@@ -69,6 +71,10 @@ signals:
 private:
     QCoro::Task<> runSingleJob(SubmitJobPayload payload, NorvaneClient client, std::optional<QUuid> jobID,
                                PhaseHandler onPhase, bool forceNotify);
+    // The retry of a creation whose answer was lost: looks for the task, and creates it only when it
+    // isn't there.
+    QCoro::Task<> runLostAnswerRetry(SubmitJobPayload payload, NorvaneClient client, PhaseHandler onPhase,
+                                     bool forceNotify);
     QCoro::Task<> runBulkJob(BulkSubmitJobPayload payload, NorvaneClient client, std::optional<QUuid> jobID,
                              PhaseHandler onPhase, bool forceNotify);
     QCoro::Task<> runUploadRetry(FailedSubmitJobs::UploadAttachments job, NorvaneClient client, PhaseHandler onPhase,
@@ -78,6 +84,15 @@ private:
     void handleBulkResult(const std::optional<QUuid>& jobID, const BulkSubmitJobPayload& payload,
                           const BulkSubmitResult& result, const PhaseHandler& onPhase, bool forceNotify);
 
+    // Keeps a single job whose creation failed for a retry, and tells why: by notification when the
+    // job runs in the background, else as its page's phase, which offers the task `found` when there
+    // is one.
+    void reportFailedCreate(bool isBackgrounded, const SubmitJobPayload& payload, const QString& message,
+                            CreateFailure failure, const std::optional<CreatedTask>& found,
+                            const PhaseHandler& onPhase);
+    // What the retry of a bulk job takes up: the lines that failed, in order, those whose answer was
+    // lost marked to be looked for; the whole payload when no line ran.
+    static BulkSubmitJobPayload remainingLines(const BulkSubmitJobPayload& payload, const QList<BulkFailure>& failures);
     // Ends a job's count and tracking; whether it reports by notification, read before the tracking
     // ends.
     bool finishJob(const std::optional<QUuid>& jobID, bool forceNotify);

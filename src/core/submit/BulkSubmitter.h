@@ -3,13 +3,15 @@
 #include "api/NorvaneClient.h"
 #include "submit/BulkSubmitJobPayload.h"
 #include "submit/BulkSubmitResult.h"
+#include "submit/ExistingTasks.h"
 #include "submit/ForegroundSubmitPhase.h"
 
 #include <QCoroTask>
 
-// Creates one task per line of a bulk job, strictly one after the other, and tells which lines the
-// service refused. A refused line doesn't stop the run; nothing is paced or retried here. Made for
-// each job, and kept alive by it while it runs.
+// Creates one task per line of a bulk job, strictly one after the other, and tells which lines were
+// not created. A refused line doesn't stop the run; nothing is paced or retried here. A line whose
+// earlier creation's answer was lost is looked for in the list first, and not created again when an
+// open task of its name is there. Made for each job, and kept alive by it while it runs.
 class BulkSubmitter {
 public:
     explicit BulkSubmitter(NorvaneClient client);
@@ -19,5 +21,9 @@ public:
     QCoro::Task<BulkSubmitResult> runBulkJob(BulkSubmitJobPayload payload, PhaseHandler onPhase) const;
 
 private:
+    // The list's open tasks when lines whose creation's answer was lost are to be looked for; none
+    // otherwise.
+    QCoro::Task<ExistingTasks> lookUp(BulkSubmitJobPayload payload) const;
+
     NorvaneClient m_client;
 };

@@ -2,6 +2,7 @@
 
 #include "compose/StagedAttachment.h"
 #include "submit/BulkSubmitJobPayload.h"
+#include "submit/CreateFailure.h"
 #include "submit/SubmitJobPayload.h"
 
 #include <QList>
@@ -12,9 +13,11 @@
 // What a retry takes up again.
 namespace FailedSubmitJobs {
 
-// Creation failed; the payload as it was queued, attachments included.
+// Creation failed; the payload as it was queued, attachments included. After a lost answer the retry
+// looks for the task before it creates it.
 struct CreateTask {
     SubmitJobPayload payload;
+    CreateFailure failure = CreateFailure::notCreated;
     bool operator==(const CreateTask&) const = default;
 };
 // The task exists; these of its attachments failed.

@@ -3,6 +3,7 @@
 #include "api/TaskRecords.h"
 #include "submit/AttachmentUploadFailure.h"
 #include "submit/BulkFailure.h"
+#include "submit/CreateFailure.h"
 
 #include <QList>
 #include <QString>
@@ -27,10 +28,12 @@ struct Done {
     std::optional<QUuid> retryJobID;
     bool operator==(const Done&) const = default;
 };
-// Creation failed, of a single task or of a bulk job as a whole.
+// Creation failed, of a single task or of a bulk job as a whole; `failure` tells whether a task may
+// exist nevertheless.
 struct Failed {
     QString message;
     std::optional<QUuid> retryJobID;
+    CreateFailure failure = CreateFailure::notCreated;
     bool operator==(const Failed&) const = default;
 };
 // Task `current` of `total` of a bulk job.
@@ -50,12 +53,20 @@ struct BulkDone {
 struct Creating {
     bool operator==(const Creating&) const = default;
 };
+// After a lost answer, the retry found an open task of that name in the list and created nothing:
+// the person opens it, or creates another one through `retryJobID`.
+struct FoundExisting {
+    CreatedTask task;
+    QUuid retryJobID;
+    bool operator==(const FoundExisting&) const = default;
+};
 
 } // namespace ForegroundSubmitPhases
 
-using ForegroundSubmitPhase = std::variant<ForegroundSubmitPhases::Uploading, ForegroundSubmitPhases::Done,
-                                           ForegroundSubmitPhases::Failed, ForegroundSubmitPhases::BulkCreating,
-                                           ForegroundSubmitPhases::BulkDone, ForegroundSubmitPhases::Creating>;
+using ForegroundSubmitPhase =
+    std::variant<ForegroundSubmitPhases::Uploading, ForegroundSubmitPhases::Done, ForegroundSubmitPhases::Failed,
+                 ForegroundSubmitPhases::BulkCreating, ForegroundSubmitPhases::BulkDone,
+                 ForegroundSubmitPhases::Creating, ForegroundSubmitPhases::FoundExisting>;
 
 // Told each phase of a job on the main thread; may be empty.
 using PhaseHandler = std::function<void(const ForegroundSubmitPhase& phase)>;

@@ -17,11 +17,18 @@ bool hasNonBlankLine(const QString& lines) {
     return std::any_of(split.cbegin(), split.cend(), [](const QString& line) { return !line.trimmed().isEmpty(); });
 }
 
+// A name that submitDraft takes: spaces and tabs alone are blank, while a name of other white space,
+// newlines say, still counts as given.
+bool isGivenName(const QString& name) {
+    return !SpacesAndTabs::trimmed(name).isEmpty();
+}
+
 // A result page: the job behind it has ended.
 bool showsResult(const ForegroundSubmitPhase& phase) {
     return std::holds_alternative<ForegroundSubmitPhases::Done>(phase) ||
            std::holds_alternative<ForegroundSubmitPhases::Failed>(phase) ||
-           std::holds_alternative<ForegroundSubmitPhases::BulkDone>(phase);
+           std::holds_alternative<ForegroundSubmitPhases::BulkDone>(phase) ||
+           std::holds_alternative<ForegroundSubmitPhases::FoundExisting>(phase);
 }
 } // namespace
 
@@ -69,14 +76,14 @@ void SubmitController::submitDraft() {
     const QUuid jobID = QUuid::createUuid();
     const QString listID = context->entry().list.id;
     if (!m_isBulkMode) {
-        // Spaces and tabs only: a name of other white space still counts as given.
-        if (SpacesAndTabs::trimmed(m_draft.name()).isEmpty()) {
+        if (!isGivenName(m_draft.name())) {
             return;
         }
         std::optional<SubmitJobPayload> payload = m_draft.snapshot(listID, visibleFields);
         if (!payload) {
             return;
         }
+        payload->workspaceID = context->entry().workspaceID;
         setForegroundSubmit(ForegroundSubmitSession{jobID, payload->taskName, ForegroundSubmitPhases::Creating{}});
         m_queue.enqueue(std::move(*payload), m_client, jobID, makePhaseHandler(jobID));
         return;
@@ -85,6 +92,7 @@ void SubmitController::submitDraft() {
     if (!payload) {
         return;
     }
+    payload->workspaceID = context->entry().workspaceID;
     const int count = static_cast<int>(payload->taskNames.size());
     setForegroundSubmit(ForegroundSubmitSession{jobID, QString::number(count) + bulkNameSuffix(),
                                                 ForegroundSubmitPhases::BulkCreating{0, count}});
@@ -177,7 +185,7 @@ void SubmitController::setLastBackgroundJobResult(std::optional<BackgroundJobRes
 void SubmitController::updateCanSubmit() {
     bool can = !m_foregroundSubmit && m_location.currentContext() != nullptr;
     if (can) {
-        can = m_isBulkMode ? hasNonBlankLine(m_bulkLines) : !m_draft.name().trimmed().isEmpty();
+        can = m_isBulkMode ? hasNonBlankLine(m_bulkLines) : isGivenName(m_draft.name());
     }
     if (can == m_canSubmit) {
         return;

@@ -42,7 +42,7 @@ public:
     const QString& bulkLines() const { return m_bulkLines; }
     void setBulkLines(const QString& lines);
     // False while a submission is shown and without a list; then it needs a name, or in bulk mode
-    // one line, that isn't blank.
+    // one line, that isn't blank. A name is blank as submitDraft sees it: of spaces and tabs alone.
     bool canSubmit() const { return m_canSubmit; }
 
     // Starts a submission from the composer, one at a time. The draft stays as it is behind the
@@ -52,7 +52,8 @@ public:
     // "Create New Task" on the progress page: the job goes on unseen and reports by notification; the
     // composer is emptied.
     Q_INVOKABLE void backgroundActiveSubmit();
-    // The retry buttons of the result pages: the same session follows the retried job.
+    // The retry buttons of the result pages, and "Create Anyway" beside a task found after a lost
+    // answer: the same session follows the retried job.
     void retryForegroundSubmit(const QUuid& retryJobID);
     // "Back to editing", "Done" and "Open in Norvane" on a result page: the session ends and the
     // composer is emptied, whatever failed.

@@ -18,6 +18,8 @@ struct SubmitJobPayload {
     QList<StagedAttachment> attachments;
     // The local reminder to schedule once the task exists.
     std::optional<QDateTime> reminderFireDate;
+    // The workspace of the list, where a task whose creation's answer was lost is looked for.
+    QString workspaceID;
 
     bool operator==(const SubmitJobPayload&) const = default;
 };

@@ -2,18 +2,21 @@
 
 #include "api/TaskRecords.h"
 #include "submit/AttachmentUploadFailure.h"
+#include "submit/CreateFailure.h"
 
 #include <QList>
 #include <QString>
 #include <optional>
 
-// The outcome of creating one task. `error` means that no task exists; `created` with failed uploads
-// means that the task exists without some of its attachments.
+// The outcome of creating one task. `error` means that creation failed, and `failure` whether a task
+// may exist nevertheless; `created` with failed uploads means that the task exists without some of
+// its attachments.
 struct SubmitJobResult {
     std::optional<CreatedTask> created;
     QList<AttachmentUploadFailure> failedUploads;
-    // Why creation failed.
+    // Why creation failed, as the user reads it.
     std::optional<QString> error;
+    CreateFailure failure = CreateFailure::notCreated;
 
     bool operator==(const SubmitJobResult&) const = default;
 };

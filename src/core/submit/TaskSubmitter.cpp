@@ -3,6 +3,7 @@
 #include "api/Endpoints.h"
 #include "submit/AttachmentUploadError.h"
 #include "submit/AttachmentUploadQueue.h"
+#include "submit/ExistingTasks.h"
 #include "submit/FailureMessage.h"
 #include "submit/SubmitNotifier.h"
 
@@ -35,12 +36,22 @@ QCoro::Task<SubmitJobResult> TaskSubmitter::createTask(SubmitJobPayload payload)
         QCoro::Task<CreatedTask> creating = Endpoints::createTask(m_client, payload.listID, payload.request);
         created = co_await std::move(creating);
     } catch (...) {
-        co_return SubmitJobResult{std::nullopt, {}, FailureMessage::of(std::current_exception())};
+        const CreateFailure failure = CreateFailures::of(std::current_exception());
+        co_return SubmitJobResult{std::nullopt,
+                                  {},
+                                  CreateFailures::described(FailureMessage::of(std::current_exception()), failure),
+                                  failure};
     }
     if (payload.reminderFireDate) {
         m_notifier.scheduleReminder(created.name, created.url, *payload.reminderFireDate);
     }
     co_return SubmitJobResult{created, {}, std::nullopt};
+}
+
+QCoro::Task<TaskSubmitter::Lookup> TaskSubmitter::findCreated(SubmitJobPayload payload) const {
+    QCoro::Task<ExistingTasks> fetching = ExistingTasks::fetch(m_client, payload.workspaceID, payload.listID);
+    const ExistingTasks existing = co_await std::move(fetching);
+    co_return Lookup{existing.named(payload.request.name), existing.error()};
 }
 
 QCoro::Task<TaskSubmitter::ExternalUploads> TaskSubmitter::uploadToProvider(QList<StagedAttachment> attachments,

@@ -36,15 +36,24 @@ public:
         QList<AttachmentUploadFailure> failures;
     };
 
+    // What a look in the list for the task of a lost answer gave: the task, none, or why it couldn't
+    // look.
+    struct Lookup {
+        std::optional<CreatedTask> found;
+        std::optional<QString> error;
+    };
+
     TaskSubmitter(NorvaneClient client, AttachmentUploadQueue& uploadQueue, SubmitNotifier& notifier);
 
     // Progress that tells each (current, total) to `onPhase` as `uploading(current, total)`; none
     // without a handler.
     static AttachmentUploader::Progress uploadingPhases(PhaseHandler onPhase);
 
-    // POSTs the task, once; on success schedules the payload's reminder. A refusal is the result's
-    // error, with no reminder.
+    // POSTs the task, once; on success schedules the payload's reminder. A failure is the result's
+    // error, with no reminder, and tells whether the task may exist nevertheless.
     QCoro::Task<SubmitJobResult> createTask(SubmitJobPayload payload) const;
+    // Looks in the payload's list for an open task of the name it sends.
+    QCoro::Task<Lookup> findCreated(SubmitJobPayload payload) const;
     // Uploads each attachment to `provider` and writes the links of those that made it after the
     // request's description. Links stand in the order of the attachments.
     QCoro::Task<PreUpload> preUploadToExternal(SubmitJobPayload payload, Provider provider,

@@ -29,10 +29,11 @@ SubmitViewModel::Page SubmitViewModel::page() const {
     if (!current) {
         return Composer;
     }
-    return std::visit(Overloaded{[](const Phases::Done&) { return Done; },
-                                 [](const Phases::BulkDone&) { return BulkDone; },
-                                 [](const Phases::Failed&) { return Failed; }, [](const auto&) { return Progress; }},
-                      *current);
+    return std::visit(
+        Overloaded{[](const Phases::Done&) { return Done; }, [](const Phases::BulkDone&) { return BulkDone; },
+                   [](const Phases::Failed&) { return Failed; }, [](const Phases::FoundExisting&) { return Failed; },
+                   [](const auto&) { return Progress; }},
+        *current);
 }
 
 QString SubmitViewModel::progressText() const {
@@ -53,9 +54,12 @@ QString SubmitViewModel::progressText() const {
         *current);
 }
 
-const CreatedTask* SubmitViewModel::doneTask() const {
-    const auto* done = phaseAs<Phases::Done>();
-    return done ? &done->task : nullptr;
+const CreatedTask* SubmitViewModel::shownTask() const {
+    if (const auto* done = phaseAs<Phases::Done>()) {
+        return &done->task;
+    }
+    const auto* found = phaseAs<Phases::FoundExisting>();
+    return found ? &found->task : nullptr;
 }
 
 QString SubmitViewModel::doneTitle() const {
@@ -83,12 +87,12 @@ QStringList SubmitViewModel::failedUploadTexts() const {
 }
 
 QString SubmitViewModel::taskName() const {
-    const CreatedTask* task = doneTask();
+    const CreatedTask* task = shownTask();
     return task ? task->name : QString();
 }
 
 bool SubmitViewModel::hasTaskLink() const {
-    const CreatedTask* task = doneTask();
+    const CreatedTask* task = shownTask();
     return task && task->url && !task->url->isEmpty();
 }
 
@@ -122,7 +126,24 @@ QStringList SubmitViewModel::bulkFailureTexts() const {
     return texts;
 }
 
+QString SubmitViewModel::failureTitle() const {
+    return foundExisting() ? tr("Task may already exist") : tr("Couldn't create task");
+}
+
+QString SubmitViewModel::failureSymbol() const {
+    const auto* failed = phaseAs<Phases::Failed>();
+    if (foundExisting() || (failed && failed->failure != CreateFailure::notCreated)) {
+        return QStringLiteral("exclamationmark.triangle.fill");
+    }
+    return QStringLiteral("xmark.octagon.fill");
+}
+
 QString SubmitViewModel::failureMessage() const {
+    if (const auto* found = phaseAs<Phases::FoundExisting>()) {
+        return tr("An open task named “%1” is already in this list. It was probably created before "
+                  "its answer was lost.")
+            .arg(found->task.name);
+    }
     const auto* failed = phaseAs<Phases::Failed>();
     return failed ? failed->message : QString();
 }
@@ -149,21 +170,27 @@ void SubmitViewModel::retry() {
     }
 }
 
+void SubmitViewModel::createAnyway() {
+    if (const auto* found = phaseAs<Phases::FoundExisting>()) {
+        m_submit.retryForegroundSubmit(found->retryJobID);
+    }
+}
+
 void SubmitViewModel::openInNorvane() {
     if (hasTaskLink()) {
-        m_links.openURL(QUrl(*doneTask()->url));
+        m_links.openURL(QUrl(*shownTask()->url));
     }
     m_submit.leaveSubmitResult();
 }
 
 void SubmitViewModel::copyLink() {
     if (hasTaskLink()) {
-        m_links.copyText(*doneTask()->url);
+        m_links.copyText(*shownTask()->url);
     }
 }
 
 void SubmitViewModel::copyBranchName() {
-    const CreatedTask* task = doneTask();
+    const CreatedTask* task = shownTask();
     if (!task) {
         return;
     }
@@ -229,15 +256,19 @@ QString SubmitViewModel::bannerSymbol() const {
     if (!result) {
         return {};
     }
-    return std::visit(
-        Overloaded{
-            [](const BackgroundJobResult::UploadPartialFailure&) {
-                return QStringLiteral("exclamationmark.triangle.fill");
-            },
-            [](const BackgroundJobResult::BulkPartial&) { return QStringLiteral("exclamationmark.triangle.fill"); },
-            [](const BackgroundJobResult::CreateFailed&) { return QStringLiteral("xmark.circle.fill"); },
-            [](const auto&) { return QStringLiteral("checkmark.circle.fill"); }},
-        result->outcome);
+    return std::visit(Overloaded{[](const BackgroundJobResult::UploadPartialFailure&) {
+                                     return QStringLiteral("exclamationmark.triangle.fill");
+                                 },
+                                 [](const BackgroundJobResult::BulkPartial&) {
+                                     return QStringLiteral("exclamationmark.triangle.fill");
+                                 },
+                                 [](const BackgroundJobResult::CreateFailed& failed) {
+                                     return failed.failure == CreateFailure::notCreated
+                                                ? QStringLiteral("xmark.circle.fill")
+                                                : QStringLiteral("exclamationmark.triangle.fill");
+                                 },
+                                 [](const auto&) { return QStringLiteral("checkmark.circle.fill"); }},
+                      result->outcome);
 }
 
 bool SubmitViewModel::bannerCanRetry() const {

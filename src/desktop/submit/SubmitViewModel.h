@@ -30,8 +30,12 @@ class SubmitViewModel : public QObject {
     Q_PROPERTY(QString bulkFailureTitle READ bulkFailureTitle NOTIFY changed)
     Q_PROPERTY(QStringList createdTaskNames READ createdTaskNames NOTIFY changed)
     Q_PROPERTY(QStringList bulkFailureTexts READ bulkFailureTexts NOTIFY changed)
-    // The failed page's message.
+    // The failed page: its title and mark, its message, and whether it offers the task that a retry
+    // found in the list after a lost answer ("Open in Norvane", "Create Anyway") in place of "Retry".
+    Q_PROPERTY(QString failureTitle READ failureTitle NOTIFY changed)
+    Q_PROPERTY(QString failureSymbol READ failureSymbol NOTIFY changed)
     Q_PROPERTY(QString failureMessage READ failureMessage NOTIFY changed)
+    Q_PROPERTY(bool foundExisting READ foundExisting NOTIFY changed)
     // The result pages offer a retry.
     Q_PROPERTY(bool canRetry READ canRetry NOTIFY changed)
 
@@ -61,7 +65,10 @@ public:
     QString bulkFailureTitle() const;
     QStringList createdTaskNames() const;
     QStringList bulkFailureTexts() const;
+    QString failureTitle() const;
+    QString failureSymbol() const;
     QString failureMessage() const;
+    bool foundExisting() const { return phaseAs<ForegroundSubmitPhases::FoundExisting>() != nullptr; }
     bool canRetry() const;
 
     bool hasBanner() const { return m_submit.lastBackgroundJobResult().has_value(); }
@@ -74,9 +81,12 @@ public:
     Q_INVOKABLE void createNewTask() { m_submit.backgroundActiveSubmit(); }
     // "Retry", "Retry uploads" and "Retry failed".
     Q_INVOKABLE void retry();
+    // "Create Anyway" beside a task found after a lost answer: creates another one.
+    Q_INVOKABLE void createAnyway();
     // "Back to editing", "Create New Task" and "Done" of a result page.
     Q_INVOKABLE void leave() { m_submit.leaveSubmitResult(); }
-    // Opens the created task in the browser, then leaves the page.
+    // Opens the created task, or the one found after a lost answer, in the browser, then leaves the
+    // page.
     Q_INVOKABLE void openInNorvane();
     Q_INVOKABLE void copyLink();
     // The task's Git branch name, in the format of the settings, for the signed-in user.
@@ -99,8 +109,8 @@ private:
         return current ? std::get_if<T>(current) : nullptr;
     }
     std::optional<QUuid> retryJobID() const;
-    // The task of the done page, or null.
-    const CreatedTask* doneTask() const;
+    // The task of the done page, or the one found after a lost answer; null on other pages.
+    const CreatedTask* shownTask() const;
 
     SubmitController& m_submit;
     const AuthController& m_auth;

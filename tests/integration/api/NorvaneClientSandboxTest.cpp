@@ -527,6 +527,9 @@ private slots:
         const auto error = failureOf(client().post<CreatedTask>(
             QStringLiteral("list/") + SandboxDemo::inboxListID + QStringLiteral("/task"), request));
         QVERIFY(error && error->is<NVError::Network>());
+        // The whole request went out: the client can't know whether the task exists.
+        QVERIFY(error->as<NVError::Network>()->requestSent);
+        QVERIFY(error->outcomeUnknown());
         // The service created it; a second send would have created it again.
         qsizetype posts = 0;
         for (const QJsonValue& entry : m_sandbox.requests()) {
@@ -534,6 +537,16 @@ private slots:
         }
         QCOMPARE(posts, 1);
         QCOMPARE(m_sleeper.waits().size(), 0);
+    }
+
+    void aServerErrorAnswersAPostWhoseOutcomeIsKnown() {
+        QVERIFY(addFault(SandboxFault::taskCreationAnswer(503)));
+        CreateTaskRequest request;
+        request.name = QStringLiteral("Refused");
+        const auto error = failureOf(client().post<CreatedTask>(
+            QStringLiteral("list/") + SandboxDemo::inboxListID + QStringLiteral("/task"), request));
+        QVERIFY(error && error->is<NVError::Server>());
+        QVERIFY(!error->outcomeUnknown());
     }
 
     void everyAnswerOfTheSandboxDecodes() {

@@ -1,12 +1,15 @@
 #include "AppStateFixture.h"
 #include "SandboxDemo.h"
+#include "TemporaryFolderTesting.h"
 #include "TestMain.h"
+#include "compose/AttachmentStaging.h"
 
 #include <QTest>
 
 // The central state ends, as when NorvaneBar quits, while its work is under way against
 // norvane-sandbox: every task it started comes to an end, touches nothing that is gone and leaves
-// nothing behind (the sanitizer build checks the last two).
+// nothing behind (the sanitizer build checks the last two), also when a task wakes from a wait after
+// the state has gone.
 class AppStateLifetimeTest : public QObject {
     Q_OBJECT
 
@@ -85,6 +88,30 @@ private slots:
         QVERIFY(std::any_of(requests.begin(), requests.end(), [](const QJsonValue& request) {
             return request[QStringLiteral("path")].toString().endsWith(SandboxDemo::releaseListID);
         }));
+    }
+
+    void endingWhileASubmissionWaitsInABackOffEndsIt() {
+        ClientTesting::HeldSleeper sleeper;
+        m_fixture->useSleeper(sleeper.sleeper());
+        // Every upload is refused with a 503, whose retry waits first.
+        QVERIFY(m_sandbox.addFault(SandboxFault::answer(QStringLiteral("/api/v2/task/*/attachment"), 503, -1)
+                                       .forMethod(QStringLiteral("POST"))));
+        const TemporaryFolderOverride temporary;
+        AppState& app = m_fixture->startSignedIn();
+        QVERIFY(app.currentContext());
+        app.draft().setName(QStringLiteral("Waits in a back-off"));
+        app.draft().appendAttachments({*AttachmentStaging::stage(
+            QUrl::fromLocalFile(temporary.writeOutside(QStringLiteral("notes.txt"), QByteArrayLiteral("bytes"))))});
+        app.submit().submitDraft();
+        QTRY_COMPARE(sleeper.held(), 1);
+        const qsizetype requests = m_sandbox.requests().size();
+
+        m_fixture->stop();
+        // The wait ends after the state: the upload's next attempt finds nothing to send with, and
+        // the job ends there, inside this call, without a request and without waiting again.
+        sleeper.release();
+        QCOMPARE(sleeper.held(), 0);
+        QCOMPARE(m_sandbox.requests().size(), requests);
     }
 };
 

@@ -128,6 +128,20 @@ private slots:
         QCOMPARE(tasksNamed(QStringLiteral("Answered")), 1);
     }
 
+    void anAnswerAfterRuleCreatesTheTaskAndAnswersInItsPlace() {
+        QVERIFY(m_sandbox.addFault(
+            SandboxFault::garbleAnswer(QStringLiteral("/api/v2/list/*/task")).forMethod(QStringLiteral("POST"))));
+        const HttpResult garbled =
+            m_http.postJson(m_sandbox.apiUrl(QStringLiteral("list/%1/task").arg(SandboxDemo::supportListID)),
+                            m_sandbox.token(), QJsonObject{{QStringLiteral("name"), QStringLiteral("Answer garbled")}});
+        QCOMPARE(garbled.status, 200);
+        QCOMPARE(garbled.body, QByteArray("<html>Gateway says hello</html>"));
+        QCOMPARE(tasksNamed(QStringLiteral("Answer garbled")), 1);
+        const QJsonArray log = m_sandbox.requests();
+        QCOMPARE(log[0][QStringLiteral("status")].toInt(), 200);
+        QVERIFY(log[0][QStringLiteral("fault")].isDouble());
+    }
+
     void anUploadWhoseAnswerIsDroppedIsStored() {
         QVERIFY(m_sandbox.addFault(SandboxFault::dropAnswer(QStringLiteral("/api/v2/task/*/attachment"))));
         const HttpResult dropped = upload(1000);
@@ -223,6 +237,9 @@ private slots:
         QTest::newRow("drop and status") << QByteArray(R"({"path": "/x", "status": 500, "drop": true})");
         QTest::newRow("drop after and status") << QByteArray(R"({"path": "/x", "status": 500, "dropAfter": true})");
         QTest::newRow("drop before and after") << QByteArray(R"({"path": "/x", "drop": true, "dropAfter": true})");
+        QTest::newRow("answer after without status") << QByteArray(R"({"path": "/x", "answerAfter": true})");
+        QTest::newRow("answer after and drop")
+            << QByteArray(R"({"path": "/x", "status": 200, "drop": true, "answerAfter": true})");
         QTest::newRow("nothing to do") << QByteArray(R"({"path": "/x"})");
         QTest::newRow("times zero") << QByteArray(R"({"path": "/x", "status": 500, "times": 0})");
         QTest::newRow("delay too long") << QByteArray(R"({"path": "/x", "delayMs": 999999})");

@@ -3,13 +3,11 @@
 // banner for an outcome whose notification could not be delivered.
 #include "AppStateFixture.h"
 #include "SandboxDemo.h"
-#include "SubmitPipeline.h"
-#include "SubmitTesting.h"
+#include "SubmitControllerFixture.h"
 #include "TemporaryFolderTesting.h"
 #include "TestMain.h"
 #include "compose/AttachmentStaging.h"
 #include "storage/StorageProviderRegistry.h"
-#include "submit/SubmitController.h"
 
 #include <QJsonArray>
 #include <QJsonObject>
@@ -45,28 +43,14 @@ class SubmitControllerSandboxTest : public QObject {
     std::optional<TemporaryFolderOverride> m_temporary;
     std::unique_ptr<AppStateFixture> m_fixture;
     StorageProviderRegistry m_providers;
-    std::optional<SubmitPipeline> m_pipeline;
-    std::optional<SubmitController> m_controller;
-    // Every phase the session showed, in order.
-    QStringList m_shown;
+    std::optional<SubmitControllerFixture> m_submission;
 
     AppState& app() { return m_fixture->app(); }
     TaskDraft& draft() { return app().draft(); }
-    SubmitController& controller() { return *m_controller; }
-
-    void build() {
-        m_pipeline.emplace(m_providers, app().settings());
-        m_controller.emplace(draft(), app().settings(), app().location(), app().client(), m_pipeline->queue,
-                             m_pipeline->notifier);
-        m_shown.clear();
-        connect(&*m_controller, &SubmitController::foregroundSubmitChanged, this, [this] {
-            if (const auto& session = m_controller->foregroundSubmit()) {
-                m_shown.append(describe(session->phase));
-            } else {
-                m_shown.append(QStringLiteral("none"));
-            }
-        });
-    }
+    SubmitController& controller() { return m_submission->controller; }
+    SubmitPipeline& pipeline() { return m_submission->pipeline; }
+    // Every phase the session showed, in order.
+    QStringList& shown() { return m_submission->shown; }
 
     void selectSupportList() { QVERIFY(m_fixture->chooseNorthwindList(SandboxDemo::supportListID)); }
 
@@ -74,12 +58,9 @@ class SubmitControllerSandboxTest : public QObject {
         return *AttachmentStaging::stage(QUrl::fromLocalFile(m_temporary->writeOutside(name, "bytes")));
     }
 
-    void waitForJobs() { QTRY_COMPARE_WITH_TIMEOUT(m_pipeline->queue.pendingCount(), 0, 20'000); }
+    void waitForJobs() { QTRY_COMPARE_WITH_TIMEOUT(pipeline().queue.pendingCount(), 0, 20'000); }
 
-    template <typename Phase> const Phase* shownPhase() {
-        const auto& session = controller().foregroundSubmit();
-        return session ? std::get_if<Phase>(&session->phase) : nullptr;
-    }
+    template <typename Phase> const Phase* shownPhase() { return m_submission->shownPhase<Phase>(); }
 
     QJsonArray creates() { return postsEndingWith(m_sandbox.requests(), QStringLiteral("/task")); }
 
@@ -93,12 +74,11 @@ private slots:
         m_fixture->storeToken(SandboxDemo::firstUserID, m_sandbox.token());
         m_fixture->writeSettings({{"activeAccountID", SandboxDemo::firstUserID}});
         m_fixture->startSignedIn();
-        build();
+        m_submission.emplace(app(), m_providers);
     }
 
     void cleanup() {
-        m_controller.reset();
-        m_pipeline.reset();
+        m_submission.reset();
         m_fixture.reset();
         m_temporary.reset();
     }
@@ -110,8 +90,22 @@ private slots:
         QVERIFY(!controller().canSubmit());
         selectSupportList();
         QVERIFY(controller().canSubmit());
-        draft().setName(QStringLiteral(" \t\n "));
+        draft().setName(QStringLiteral(" \t "));
         QVERIFY(!controller().canSubmit());
+    }
+
+    void canSubmitTakesTheNamesThatSubmitDraftTakes() {
+        selectSupportList();
+        // Spaces and tabs alone are blank to both; newlines are not.
+        draft().setName(QStringLiteral(" \t "));
+        QVERIFY(!controller().canSubmit());
+        controller().submitDraft();
+        QVERIFY(!controller().foregroundSubmit());
+        draft().setName(QStringLiteral(" \n\t"));
+        QVERIFY(controller().canSubmit());
+        controller().submitDraft();
+        QVERIFY(controller().foregroundSubmit());
+        waitForJobs();
     }
 
     void inBulkModeOneRealLineAmongBlankOnesTurnsSubmittingOn() {
@@ -146,11 +140,11 @@ private slots:
         controller().submitDraft();
         QCOMPARE(controller().foregroundSubmit()->taskName, QStringLiteral("Mirrored"));
         QTRY_VERIFY(shownPhase<Done>());
-        QCOMPARE(m_shown, (QStringList{QStringLiteral("creating"), QStringLiteral("uploading 1/1"),
+        QCOMPARE(shown(), (QStringList{QStringLiteral("creating"), QStringLiteral("uploading 1/1"),
                                        QStringLiteral("done 0 failed")}));
         QCOMPARE(draft().name(), QStringLiteral("  Mirrored  "));
         QCOMPARE(draft().attachments().size(), 1);
-        QCOMPARE(m_pipeline->notifier.notificationCount(), 0);
+        QCOMPARE(pipeline().notifier.notificationCount(), 0);
     }
 
     void aSecondSubmitWhileASessionIsShownDoesNothing() {
@@ -160,7 +154,7 @@ private slots:
         const QUuid jobID = controller().foregroundSubmit()->jobID;
         controller().submitDraft();
         QCOMPARE(controller().foregroundSubmit()->jobID, jobID);
-        QCOMPARE(m_pipeline->queue.pendingCount(), 1);
+        QCOMPARE(pipeline().queue.pendingCount(), 1);
         waitForJobs();
         QCOMPARE(creates().size(), 1);
     }
@@ -170,14 +164,14 @@ private slots:
         draft().setName(QStringLiteral(" \t "));
         controller().submitDraft();
         QVERIFY(!controller().foregroundSubmit());
-        QCOMPARE(m_pipeline->queue.pendingCount(), 0);
+        QCOMPARE(pipeline().queue.pendingCount(), 0);
     }
 
     void withoutAListNothingStarts() {
         draft().setName(QStringLiteral("Nowhere"));
         controller().submitDraft();
         QVERIFY(!controller().foregroundSubmit());
-        QCOMPARE(m_pipeline->queue.pendingCount(), 0);
+        QCOMPARE(pipeline().queue.pendingCount(), 0);
     }
 
     // Leaving the page.
@@ -195,13 +189,13 @@ private slots:
         QVERIFY(!controller().foregroundSubmit());
         QCOMPARE(draft().name(), QString());
         QVERIFY(draft().attachments().isEmpty());
-        QCOMPARE(m_pipeline->notifier.permissionRequests, 1);
-        QCOMPARE(m_pipeline->queue.backgroundedJobIDs(), QSet<QUuid>{jobID});
+        QCOMPARE(pipeline().notifier.permissionRequests, 1);
+        QCOMPARE(pipeline().queue.backgroundedJobIDs(), QSet<QUuid>{jobID});
 
         waitForJobs();
-        QCOMPARE(m_pipeline->notifier.created.size(), 1);
-        QCOMPARE(m_pipeline->notifier.created[0].taskName, QStringLiteral("Left behind"));
-        QVERIFY(m_pipeline->queue.backgroundedJobIDs().isEmpty());
+        QCOMPARE(pipeline().notifier.created.size(), 1);
+        QCOMPARE(pipeline().notifier.created[0].taskName, QStringLiteral("Left behind"));
+        QVERIFY(pipeline().queue.backgroundedJobIDs().isEmpty());
         QVERIFY(!controller().foregroundSubmit());
     }
 
@@ -213,7 +207,7 @@ private slots:
         controller().backgroundActiveSubmit();
         QVERIFY(!controller().foregroundSubmit());
         QCOMPARE(draft().name(), QString());
-        QCOMPARE(m_pipeline->notifier.notificationCount(), 0);
+        QCOMPARE(pipeline().notifier.notificationCount(), 0);
     }
 
     void movingToTheBackgroundAfterTheJobEndedLeavesNothingCountedThere() {
@@ -241,8 +235,8 @@ private slots:
         controller().leaveSubmitResult();
         waitForJobs();
         QVERIFY(!controller().foregroundSubmit());
-        QCOMPARE(m_shown, (QStringList{QStringLiteral("creating"), QStringLiteral("none")}));
-        QCOMPARE(m_pipeline->notifier.notificationCount(), 0);
+        QCOMPARE(shown(), (QStringList{QStringLiteral("creating"), QStringLiteral("none")}));
+        QCOMPARE(pipeline().notifier.notificationCount(), 0);
         QCOMPARE(creates().size(), 1);
     }
 
@@ -255,7 +249,7 @@ private slots:
         controller().leaveSubmitResult();
         QVERIFY(!controller().foregroundSubmit());
         QCOMPARE(draft().name(), QString());
-        QCOMPARE(m_pipeline->queue.failedJobs().size(), 1);
+        QCOMPARE(pipeline().queue.failedJobs().size(), 1);
     }
 
     // Retrying from the result pages.
@@ -270,7 +264,7 @@ private slots:
         controller().retryForegroundSubmit(*shownPhase<Failed>()->retryJobID);
         QTRY_VERIFY(shownPhase<Done>());
         QCOMPARE(controller().foregroundSubmit()->jobID, jobID);
-        QCOMPARE(m_shown.mid(2), (QStringList{QStringLiteral("creating"), QStringLiteral("done 0 failed")}));
+        QCOMPARE(shown().mid(2), (QStringList{QStringLiteral("creating"), QStringLiteral("done 0 failed")}));
         QCOMPARE(creates().size(), 2);
         QCOMPARE(creates()[1][QStringLiteral("status")].toInt(), 200);
     }
@@ -284,10 +278,10 @@ private slots:
         QCOMPARE(controller().foregroundSubmit()->taskName, QStringLiteral("3 tasks"));
         QTRY_VERIFY(shownPhase<BulkDone>());
         QCOMPARE(shownPhase<BulkDone>()->failures.size(), 1);
-        m_shown.clear();
+        shown().clear();
         controller().retryForegroundSubmit(*shownPhase<BulkDone>()->retryJobID);
         QTRY_VERIFY(shownPhase<BulkDone>());
-        QCOMPARE(m_shown, (QStringList{QStringLiteral("bulkCreating 0/1"), QStringLiteral("bulkCreating 1/1"),
+        QCOMPARE(shown(), (QStringList{QStringLiteral("bulkCreating 0/1"), QStringLiteral("bulkCreating 1/1"),
                                        QStringLiteral("bulkDone 1 created 0 failed")}));
         QCOMPARE(creates().last()[QStringLiteral("json")][QStringLiteral("name")].toString(), QStringLiteral("One"));
     }
@@ -299,13 +293,13 @@ private slots:
         controller().submitDraft();
         QTRY_VERIFY(shownPhase<Failed>());
         const QUuid retryID = *shownPhase<Failed>()->retryJobID;
-        m_pipeline->queue.retry(retryID, app().client(), {}, true);
+        pipeline().queue.retry(retryID, app().client(), {}, true);
         waitForJobs();
         controller().retryForegroundSubmit(retryID);
         QVERIFY(shownPhase<Creating>());
         QTest::qWait(50);
         QVERIFY(shownPhase<Creating>());
-        QCOMPARE(m_pipeline->queue.pendingCount(), 0);
+        QCOMPARE(pipeline().queue.pendingCount(), 0);
     }
 
     void aSingleTaskNamedWithTasksShowsTheBulkLabelOnRetry() {
@@ -314,10 +308,10 @@ private slots:
         draft().setName(QStringLiteral("Sort the tasks"));
         controller().submitDraft();
         QTRY_VERIFY(shownPhase<Failed>());
-        m_shown.clear();
+        shown().clear();
         controller().retryForegroundSubmit(*shownPhase<Failed>()->retryJobID);
         QTRY_VERIFY(shownPhase<Done>());
-        QCOMPARE(m_shown, (QStringList{QStringLiteral("bulkCreating 0/1"), QStringLiteral("creating"),
+        QCOMPARE(shown(), (QStringList{QStringLiteral("bulkCreating 0/1"), QStringLiteral("creating"),
                                        QStringLiteral("done 0 failed")}));
     }
 
@@ -345,7 +339,7 @@ private slots:
     // The banner.
 
     void anUndeliveredOutcomeShowsAsTheBannerWhoseRetryNotifies() {
-        m_pipeline->notifier.delivers = false;
+        pipeline().notifier.delivers = false;
         QVERIFY(m_sandbox.addFault(refusingCreate(200)));
         selectSupportList();
         draft().setName(QStringLiteral("Banner"));
@@ -357,19 +351,19 @@ private slots:
             std::get_if<BackgroundJobResult::CreateFailed>(&controller().lastBackgroundJobResult()->outcome);
         QVERIFY(failed);
         QCOMPARE(failed->taskName, QStringLiteral("Banner"));
-        QVERIFY(m_pipeline->queue.failedJobs().contains(failed->retryJobID));
+        QVERIFY(pipeline().queue.failedJobs().contains(failed->retryJobID));
 
         controller().retryBackgroundResult();
         QVERIFY(!controller().lastBackgroundJobResult());
         waitForJobs();
-        QCOMPARE(m_pipeline->notifier.created.size(), 1);
-        QVERIFY(m_pipeline->notifier.created[0].wantsDelivery);
+        QCOMPARE(pipeline().notifier.created.size(), 1);
+        QVERIFY(pipeline().notifier.created[0].wantsDelivery);
         QCOMPARE(creates().size(), 2);
         // The retry's own outcome was not delivered either, so it stands in the banner now.
         QTRY_VERIFY(controller().lastBackgroundJobResult());
         QCOMPARE(controller().lastBackgroundJobResult()->outcome,
                  BackgroundJobResult::Outcome(
-                     BackgroundJobResult::Success{QStringLiteral("Banner"), m_pipeline->notifier.created[0].taskURL}));
+                     BackgroundJobResult::Success{QStringLiteral("Banner"), pipeline().notifier.created[0].taskURL}));
         controller().dismissBackgroundResult();
         QVERIFY(!controller().lastBackgroundJobResult());
     }

@@ -1,7 +1,7 @@
 // A long run of submissions through the central state against norvane-sandbox, with failures
 // injected at random by its fault rules and every failure retried as the pages and notifications
 // do: in the end each task exists once, each attachment is on its task once, and no pinned file is
-// left. Beside it, the failure the pipeline can't see through: a creation whose answer is lost.
+// left.
 #include "AppStateFixture.h"
 #include "SandboxDemo.h"
 #include "SubmitTesting.h"
@@ -152,11 +152,6 @@ class SubmitSoakTest : public QObject {
 
     QHash<QString, QString> supportListTasks() {
         return SandboxDemo::openTaskNames(m_http, m_sandbox, SandboxDemo::supportListID);
-    }
-
-    int tasksNamed(const QString& name) {
-        const QHash<QString, QString> tasks = supportListTasks();
-        return static_cast<int>(std::count(tasks.cbegin(), tasks.cend(), name));
     }
 
     void startCentralState() {
@@ -406,33 +401,6 @@ private slots:
               jobCount, static_cast<long long>(expectedTasks.size()), static_cast<long long>(expectedFiles.size()),
               m_counts.backgrounded, m_counts.refusedCreates, m_counts.failedUploadAttempts, m_counts.pageRetries,
               m_counts.notificationRetries, static_cast<long long>(elapsed.elapsed()));
-    }
-
-    // A creation that the service carried out but whose answer never came: nothing tells it from a
-    // creation that failed. The request is never sent again by itself, so the job fails with the
-    // task in place, and a retry makes a second task.
-
-    void aCreationWhoseAnswerIsLostFailsWithTheTaskCreatedOnce() {
-        QVERIFY(m_sandbox.addFault(postFault(SandboxFault::dropAnswer(createPattern, 1))));
-        const SoakJob job{false, {QStringLiteral("Answer lost")}, {}, {}, std::nullopt};
-        QVERIFY(submit(job));
-        QVERIFY(waitUntil([&] { return showsResult(); }));
-        QVERIFY(std::holds_alternative<Failed>(*shownPhase()));
-        QCOMPARE(tasksNamed(job.taskNames.first()), 1);
-    }
-
-    void aCreationWhoseAnswerIsLostAndIsRetriedLeavesTwoTasks() {
-        QVERIFY(m_sandbox.addFault(postFault(SandboxFault::dropAnswer(createPattern, 1))));
-        const SoakJob job{false, {QStringLiteral("Answer lost, retried")}, {}, {}, std::nullopt};
-        QVERIFY(submit(job));
-        QVERIFY(waitUntil([&] { return showsResult(); }));
-        const Failed* failed = std::get_if<Failed>(shownPhase());
-        QVERIFY(failed && failed->retryJobID);
-
-        controller().retryForegroundSubmit(*failed->retryJobID);
-        QVERIFY(waitUntil([&] { return showsResult(); }));
-        QVERIFY(std::holds_alternative<Done>(*shownPhase()));
-        QCOMPARE(tasksNamed(job.taskNames.first()), 2);
     }
 };
 

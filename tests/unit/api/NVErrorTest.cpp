@@ -71,6 +71,16 @@ private slots:
                  NVError::Case(NVError::Server{QStringLiteral("GBUSED_004"), QStringLiteral("m"), 413}));
     }
 
+    void onlyAWholeRequestWithoutAnswerOrAnUnreadableSuccessLeavesTheOutcomeUnknown() {
+        QVERIFY(NVError(NVError::Network{QNetworkReply::RemoteHostClosedError, QString(), true}).outcomeUnknown());
+        QVERIFY(NVError(NVError::Decoding{QStringLiteral("$.id"), QStringLiteral("missing")}).outcomeUnknown());
+        QVERIFY(!NVError(NVError::Network{QNetworkReply::ConnectionRefusedError, QString(), false}).outcomeUnknown());
+        QVERIFY(!NVError(NVError::Server{std::nullopt, QStringLiteral("m"), 500}).outcomeUnknown());
+        QVERIFY(!NVError(NVError::RateLimited{}).outcomeUnknown());
+        QVERIFY(!NVError(NVError::Unauthorized{}).outcomeUnknown());
+        QVERIFY(!NVError(NVError::InvalidResponse{}).outcomeUnknown());
+    }
+
     void whatIsTheDescription() {
         try {
             throw NVError(NVError::Unauthorized{QStringLiteral("Token invalid ✓")});

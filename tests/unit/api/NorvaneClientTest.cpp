@@ -10,6 +10,7 @@
 #include <QTcpServer>
 #include <QTemporaryDir>
 #include <QTest>
+#include <memory>
 
 using namespace ClientTesting;
 
@@ -24,6 +25,16 @@ protected:
                                  QIODevice* outgoingData) override {
         requests.append(request);
         return QNetworkAccessManager::createRequest(operation, request, outgoingData);
+    }
+};
+
+// Counts how often it is asked for the token.
+class CountingAuth : public AuthProvider {
+public:
+    mutable int asked = 0;
+    std::optional<QString> authorizationValue() const override {
+        ++asked;
+        return QStringLiteral("pk_1");
     }
 };
 
@@ -115,6 +126,33 @@ private slots:
         QVERIFY(error && error->is<NVError::Network>());
         QCOMPARE(error->as<NVError::Network>()->error, QNetworkReply::ConnectionRefusedError);
         QCOMPARE(error->errorDescription(), QStringLiteral("Couldn't reach Norvane. Check your connection."));
+    }
+
+    void aPostThatNeverConnectedWasNotSentAndLeftNothingBehind() {
+        StaticTokenAuth auth{QStringLiteral("pk_1")};
+        QNetworkAccessManager session;
+        const NorvaneClient client(auth, &session, nullptr, refusingURL());
+        CreateTaskRequest request;
+        request.name = QStringLiteral("Never sent");
+        const auto error = failureOf(client.post<CreatedTask>(QStringLiteral("list/1/task"), request));
+        QVERIFY(error && error->is<NVError::Network>());
+        QVERIFY(!error->as<NVError::Network>()->requestSent);
+        QVERIFY(!error->outcomeUnknown());
+    }
+
+    void aClientWhoseSessionsAreGoneSendsNothingAndAsksForNoToken() {
+        CountingAuth auth;
+        auto session = std::make_unique<RecordingSession>();
+        const NorvaneClient client(auth, session.get(), nullptr, refusingURL());
+        session.reset();
+        for (const auto& error : {failureOf(client.get<UserResponse>(QStringLiteral("user"))),
+                                  failureOf(client.upload(QStringLiteral("task/1/attachment"),
+                                                          QByteArrayLiteral("bytes"), QStringLiteral("a.txt")))}) {
+            QVERIFY(error && error->is<NVError::Network>());
+            QCOMPARE(error->as<NVError::Network>()->error, QNetworkReply::OperationCanceledError);
+            QVERIFY(!error->outcomeUnknown());
+        }
+        QCOMPARE(auth.asked, 0);
     }
 
     void anAnswerThatIsNotHTTPIsAnInvalidResponse() {

@@ -10,6 +10,7 @@
 #include "api/NVError.h"
 
 #include <QLocale>
+#include <QRegularExpression>
 #include <QTest>
 
 using HierarchyTesting::FakeClient;
@@ -26,6 +27,11 @@ StagedAttachment staged(const QString& path, bool isImage = false, bool isVideo 
     attachment.isVideo = isVideo;
     attachment.fileSizeBytes = QFileInfo(path).size();
     return attachment;
+}
+
+// A multipart body written to the temporary folder for one upload attempt.
+bool isBodyFile(const QString& path) {
+    return QRegularExpression(QStringLiteral("/norvanebar-upload-[0-9A-F-]{36}\\.multipart$")).match(path).hasMatch();
 }
 
 StagedAttachment sized(qint64 size, bool isImage, bool isVideo) {
@@ -82,6 +88,33 @@ private slots:
 
     void anImageOfUnknownSizeGoesFromMemory() {
         QCOMPARE(AttachmentUploader::routeFor(sized(0, true, false), std::nullopt), AttachmentUploader::Route::memory);
+    }
+
+    // The route the request takes: read whole into memory, or streamed from a body file.
+
+    void aPNGOfFiveMebibytesExactlyIsSentFromMemory() {
+        StagedAttachment attachment = staged(file(QStringLiteral("exact.png")), true);
+        attachment.fileSizeBytes = 5'242'880;
+        answerUploads(QStringLiteral("T1"));
+        runTask(AttachmentUploader::upload(attachment, QStringLiteral("T1"), m_fake->client));
+        QCOMPARE(m_fake->service.bodyFiles, QStringList{QString()});
+    }
+
+    void aPNGOneByteAboveFiveMebibytesIsStreamedFromABodyFile() {
+        StagedAttachment attachment = staged(file(QStringLiteral("above.png")), true);
+        attachment.fileSizeBytes = 5'242'881;
+        answerUploads(QStringLiteral("T1"));
+        runTask(AttachmentUploader::upload(attachment, QStringLiteral("T1"), m_fake->client));
+        QCOMPARE(m_fake->service.bodyFiles.size(), 1);
+        QVERIFY2(isBodyFile(m_fake->service.bodyFiles.first()), qPrintable(m_fake->service.bodyFiles.first()));
+    }
+
+    void aSmallVideoIsStreamedFromABodyFile() {
+        StagedAttachment attachment = staged(file(QStringLiteral("clip.mov")), false, true);
+        answerUploads(QStringLiteral("T1"));
+        runTask(AttachmentUploader::upload(attachment, QStringLiteral("T1"), m_fake->client));
+        QCOMPARE(m_fake->service.bodyFiles.size(), 1);
+        QVERIFY2(isBodyFile(m_fake->service.bodyFiles.first()), qPrintable(m_fake->service.bodyFiles.first()));
     }
 
     // The size limit.
@@ -217,6 +250,31 @@ private slots:
                                       QStringLiteral("B 1/1"), QStringLiteral("B done")}));
         QCOMPARE(m_fake->service.maxInFlight, 1);
         QVERIFY(!queue.isProcessing());
+    }
+
+    void theQueueMeasuresFilesStagedWithoutASizeToChooseTheirRoute() {
+        AttachmentUploadQueue queue;
+        answerUploads(QStringLiteral("T1"));
+        // Sparse: as large as the limit on disk without the bytes.
+        const QString hugePath = file(QStringLiteral("huge.bin"), QByteArray());
+        QFile huge(hugePath);
+        QVERIFY(huge.open(QIODevice::ReadWrite) && huge.resize(998'579'897));
+        huge.close();
+        QList<StagedAttachment> batch{staged(file(QStringLiteral("pasted.png")), true),
+                                      staged(file(QStringLiteral("large.bin"), QByteArray(5'242'881, 'x'))),
+                                      staged(hugePath)};
+        for (StagedAttachment& attachment : batch) {
+            attachment.fileSizeBytes.reset();
+        }
+
+        const auto failures = runTask(queue.enqueue(QStringLiteral("T1"), batch, m_fake->client, {}));
+
+        QCOMPARE(m_fake->service.paths.size(), 2);
+        QCOMPARE(m_fake->service.bodyFiles.first(), QString());
+        QVERIFY2(isBodyFile(m_fake->service.bodyFiles.last()), qPrintable(m_fake->service.bodyFiles.last()));
+        QCOMPARE(failures.size(), 1);
+        QCOMPARE(failures[0].attachment, batch[2]);
+        QCOMPARE(failures[0].message, QStringLiteral("Attachment exceeds Norvane's size limit (998.6 MB)."));
     }
 
     void aFailedBatchDoesNotHoldUpTheNext() {

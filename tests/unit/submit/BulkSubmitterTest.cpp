@@ -72,6 +72,46 @@ private slots:
         QCOMPARE(m_fake->service.paths.size(), 3);
     }
 
+    void aLineOfALostAnswerIsLookedForOnceAndCreatedOnlyWhenAbsent() {
+        m_fake->service.answer(QStringLiteral("team/W1/task"),
+                               R"({"tasks":[{"id":"T9","name":"Found"},{"id":"T8","name":"Other"}],"last_page":true})");
+        m_fake->service.answer(createPath, created);
+        BulkSubmitJobPayload payload = lines({"Found", "Absent", "Fresh"});
+        payload.workspaceID = QStringLiteral("W1");
+        payload.lostAnswerLines = {QStringLiteral("Found"), QStringLiteral("Absent")};
+        const BulkSubmitResult result = runTask(BulkSubmitter(m_fake->client).runBulkJob(payload, {}));
+        QCOMPARE(result.created.size(), 2);
+        QCOMPARE(result.failures.size(), 1);
+        QCOMPARE(result.failures[0].line, QStringLiteral("Found"));
+        QCOMPARE(result.failures[0].failure, CreateFailure::taskFound);
+        QCOMPARE(m_fake->service.paths, (QStringList{QStringLiteral("team/W1/task"), createPath, createPath}));
+        QVERIFY(m_fake->service.queries.first().contains(QStringLiteral("list_ids[]=L1")));
+    }
+
+    void whenTheListCantBeReadTheLinesOfLostAnswersWaitAndTheOthersAreCreated() {
+        m_fake->service.answer(QStringLiteral("team/W1/task"), 500, R"({"err":"Search is down"})");
+        m_fake->service.answer(createPath, created);
+        BulkSubmitJobPayload payload = lines({"Lost", "Fresh"});
+        payload.workspaceID = QStringLiteral("W1");
+        payload.lostAnswerLines = {QStringLiteral("Lost")};
+        const BulkSubmitResult result = runTask(BulkSubmitter(m_fake->client).runBulkJob(payload, {}));
+        QCOMPARE(result.created.size(), 1);
+        QCOMPARE(result.failures.size(), 1);
+        QCOMPARE(result.failures[0].line, QStringLiteral("Lost"));
+        QCOMPARE(result.failures[0].failure, CreateFailure::answerLost);
+        QVERIFY(
+            result.failures[0].message.startsWith(QStringLiteral("Search is down\nThe task may have been created")));
+        QCOMPARE(m_fake->service.paths.count(createPath), 1);
+    }
+
+    void anUnreadableAnswerToALineIsALostAnswer() {
+        m_fake->service.answer(createPath, R"({"name":"no id"})");
+        const BulkSubmitResult result = runTask(BulkSubmitter(m_fake->client).runBulkJob(lines({"One"}), {}));
+        QCOMPARE(result.failures.size(), 1);
+        QCOMPARE(result.failures[0].failure, CreateFailure::answerLost);
+        QVERIFY(result.failures[0].message.contains(QStringLiteral("The task may have been created")));
+    }
+
     void theLinesGoOutOneAtATime() {
         m_fake->service.answer(createPath, created);
         runTask(BulkSubmitter(m_fake->client).runBulkJob(lines({"One", "Two", "Three", "Four"}), {}));

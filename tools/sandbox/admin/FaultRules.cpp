@@ -32,6 +32,7 @@ QJsonObject FaultRule::toJson() const {
                        {QStringLiteral("delayMs"), delayMs},
                        {QStringLiteral("drop"), drop},
                        {QStringLiteral("dropAfter"), dropAfter},
+                       {QStringLiteral("answerAfter"), answerAfter},
                        {QStringLiteral("hold"), hold}};
     if (answer) {
         object.insert(QStringLiteral("status"), answer->status);
@@ -51,6 +52,7 @@ std::variant<FaultRule, QString> FaultRules::parse(const QJsonObject& object) {
     rule.delayMs = static_cast<int>(fields.integer(QStringLiteral("delayMs")).value_or(0));
     rule.drop = fields.boolean(QStringLiteral("drop")).value_or(false);
     rule.dropAfter = fields.boolean(QStringLiteral("dropAfter")).value_or(false);
+    rule.answerAfter = fields.boolean(QStringLiteral("answerAfter")).value_or(false);
     rule.hold = fields.boolean(QStringLiteral("hold")).value_or(false);
     const std::optional<qint64> status = fields.integer(QStringLiteral("status"));
     const std::optional<QString> err = fields.string(QStringLiteral("err"));
@@ -78,6 +80,9 @@ std::variant<FaultRule, QString> FaultRules::parse(const QJsonObject& object) {
     }
     if (rule.dropAfter && (status || rule.drop)) {
         return QStringLiteral("a rule with dropAfter neither answers with a status nor drops before handling");
+    }
+    if (rule.answerAfter && !status) {
+        return QStringLiteral("a rule with answerAfter needs the status to answer with");
     }
     if (!status && !rule.drop && !rule.dropAfter && rule.delayMs == 0 && !rule.hold) {
         return QStringLiteral("a rule needs a status, drop, dropAfter, delayMs or hold");

@@ -24,6 +24,9 @@ struct FaultRule {
     // The request is handled as without the rule, and then the connection is dropped instead of
     // sending the answer: a change made whose confirmation is lost on the way.
     bool dropAfter = false;
+    // The request is handled as without the rule, and then the rule's answer is sent in place of
+    // its own: a change made whose confirmation can't be read.
+    bool answerAfter = false;
     // The request waits until the held requests are released (or 60 s have passed), then goes on
     // as the rest of the rule says.
     bool hold = false;
@@ -41,11 +44,12 @@ struct FaultRule {
 // A rule: {"method": "GET", "path": "/api/v2/team/*/task", "times": 1,
 //          "status": 429, "headers": {"Retry-After": "1"}, "err": "...", "ecode": "...",
 //          "body": <any JSON>, "bodyText": "...", "contentType": "...", "delayMs": 200, "drop": true,
-//          "dropAfter": true, "hold": true}
+//          "dropAfter": true, "answerAfter": true, "hold": true}
 // `path` is a glob over the decoded path: `*` stays within a segment, `**` crosses segments.
 // `times` defaults to 1; a negative number never runs out. A rule delays, then drops the connection
 // or answers with `status`; a rule with a delay alone lets the request go on afterwards. With
 // `dropAfter` the request goes on and is handled, and the connection is dropped in place of its
+// answer; with `answerAfter` it is handled, and the rule's `status` and body are sent in place of its
 // answer. With `hold` the request waits, after its delay, until POST /_sandbox/faults/release (or
 // the rules are cleared), at most 60 s.
 class FaultRules {

@@ -91,6 +91,10 @@ ServiceResponse SandboxService::answer(const ServiceRequest& request, std::optio
         if (fault->drop) {
             return ServiceResponse::dropped();
         }
+        if (fault->answer && fault->answerAfter) {
+            route(request);
+            return *fault->answer;
+        }
         if (fault->answer) {
             request.discardBody();
             return *fault->answer;

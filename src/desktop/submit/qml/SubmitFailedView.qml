@@ -3,7 +3,8 @@ import QtQuick.Controls
 import QtQuick.Layouts
 import NorvaneBar
 
-// Creation failed: why, a retry where the job was kept, and the way back.
+// Creation failed: why, a retry where the job was kept, and the way back. After a lost answer whose
+// retry found the task in the list, the task is offered instead: open it, or create another one.
 ColumnLayout {
     id: root
 
@@ -13,8 +14,8 @@ ColumnLayout {
 
     ResultHeading {
         Layout.fillWidth: true
-        symbol: "xmark.octagon.fill"
-        title: qsTr("Couldn't create task")
+        symbol: root.submit.failureSymbol
+        title: root.submit.failureTitle
     }
 
     Label {
@@ -51,6 +52,24 @@ ColumnLayout {
             highlighted: true
             text: qsTr("Retry")
             onClicked: root.submit.retry()
+            Accessible.name: text
+        }
+
+        Button {
+            objectName: "createAnyway"
+            visible: root.submit.foundExisting
+            text: qsTr("Create Anyway")
+            onClicked: root.submit.createAnyway()
+            Accessible.name: text
+        }
+
+        Button {
+            objectName: "openInNorvane"
+            visible: root.submit.foundExisting
+            enabled: root.submit.hasTaskLink
+            highlighted: true
+            text: qsTr("Open in Norvane")
+            onClicked: root.submit.openInNorvane()
             Accessible.name: text
         }
     }

@@ -216,15 +216,15 @@ private slots:
         controller().submitDraft();
         QTRY_VERIFY(shownPhase<Done>());
         controller().backgroundActiveSubmit();
-        QVERIFY(m_pipeline->queue.backgroundedJobIDs().isEmpty());
+        QVERIFY(pipeline().queue.backgroundedJobIDs().isEmpty());
 
         QVERIFY(m_sandbox.addFault(refusingCreate()));
         draft().setName(QStringLiteral("Already refused"));
         controller().submitDraft();
         QTRY_VERIFY(shownPhase<Failed>());
         controller().backgroundActiveSubmit();
-        QVERIFY(m_pipeline->queue.backgroundedJobIDs().isEmpty());
-        QCOMPARE(m_pipeline->queue.pendingCount(), 0);
+        QVERIFY(pipeline().queue.backgroundedJobIDs().isEmpty());
+        QCOMPARE(pipeline().queue.pendingCount(), 0);
     }
 
     void aPhaseThatArrivesAfterTheSessionEndedIsIgnored() {

@@ -219,14 +219,16 @@ private slots:
         QTRY_VERIFY(editor->height() > oneLine);
         const qreal threeLines = editor->height();
         type(QStringLiteral("\n4\n5\n6\n7\n8\n9\n10"));
+        // The layout gives whole pixels, the cap may fall between two.
         const qreal capped = editor->property("maximumHeight").toReal();
+        const auto atTheCap = [&] { return qAbs(editor->height() - capped) < 1; };
         QVERIFY(capped > threeLines);
-        QTRY_COMPARE(editor->height(), capped);
+        QTRY_VERIFY(atTheCap());
         QVERIFY2(area->height() > capped, qPrintable(QStringLiteral("%1 <= %2").arg(area->height()).arg(capped)));
         const qreal tenLines = area->height();
         type(QStringLiteral("\n11\n12"));
         QTRY_VERIFY(area->height() > tenLines);
-        QCOMPARE(editor->height(), capped);
+        QVERIFY(atTheCap());
         QCOMPARE(app().draft().descriptionText(), QStringLiteral("first\nsecond\nthird\n4\n5\n6\n7\n8\n9\n10\n11\n12"));
     }
 

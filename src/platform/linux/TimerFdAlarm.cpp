@@ -38,19 +38,19 @@ void TimerFdAlarm::disarm() {
 }
 
 void TimerFdAlarm::setTimer(const std::optional<QDateTime>& instant) const {
-    itimerspec spec{};
+    itimerspec expiry{};
     int flags = 0;
     if (instant) {
         const qint64 milliseconds = std::max<qint64>(instant->toMSecsSinceEpoch(), 0);
-        spec.it_value.tv_sec = static_cast<time_t>(milliseconds / millisecondsPerSecond);
-        spec.it_value.tv_nsec = static_cast<long>(milliseconds % millisecondsPerSecond * nanosecondsPerMillisecond);
+        expiry.it_value.tv_sec = static_cast<time_t>(milliseconds / millisecondsPerSecond);
+        expiry.it_value.tv_nsec = static_cast<long>(milliseconds % millisecondsPerSecond * nanosecondsPerMillisecond);
         // A value of zero would stop the timer; the first nanosecond of 1970 has passed just as well.
         if (milliseconds == 0) {
-            spec.it_value.tv_nsec = 1;
+            expiry.it_value.tv_nsec = 1;
         }
         flags = TFD_TIMER_ABSTIME | TFD_TIMER_CANCEL_ON_SET;
     }
-    timerfd_settime(m_fd, flags, &spec, nullptr);
+    timerfd_settime(m_fd, flags, &expiry, nullptr);
 }
 
 void TimerFdAlarm::readTimer() {

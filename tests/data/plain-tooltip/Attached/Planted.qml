@@ -2,5 +2,5 @@ import QtQuick.Controls
 
 Button {
     ToolTip.visible: hovered
-    ToolTip.text: "<b>markup</b>"
+    ToolTip.text: qsTr("<b>markup</b>")
 }

@@ -5,6 +5,6 @@ Button {
 
     ToolTip {
         visible: button.hovered
-        text: "<b>markup</b>"
+        text: qsTr("<b>markup</b>")
     }
 }

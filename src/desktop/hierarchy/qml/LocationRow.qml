@@ -22,7 +22,6 @@ ItemDelegate {
 
     readonly property bool isSelected: root.listID.length > 0 && root.listID === root.picker.selectedListID
     readonly property bool isBookmarked: root.picker.bookmarkedListIDs.includes(root.listID)
-    readonly property string starHelp: root.isBookmarked ? qsTr("Remove from bookmarks") : qsTr("Add to bookmarks")
 
     signal chosen
 
@@ -82,31 +81,13 @@ ItemDelegate {
             }
         }
 
-        ToolButton {
-            id: star
-
+        BookmarkStar {
             objectName: "bookmarkStar"
-            display: AbstractButton.IconOnly
-            icon.source: root.isBookmarked ? "image://symbol/star.fill" : "image://symbol/star"
-            icon.color: root.highlighted ? root.palette.highlightedText : root.palette.buttonText
-            icon.width: 16
-            icon.height: 16
-            implicitWidth: 32
-            implicitHeight: 32
-            focusPolicy: Qt.TabFocus
-            activeFocusOnTab: root.current
-            text: root.starHelp
-            Accessible.name: root.starHelp
-            Accessible.checkable: true
-            Accessible.checked: root.isBookmarked
-            onClicked: root.picker.toggleBookmark(root.index)
-            Keys.onReturnPressed: root.picker.toggleBookmark(root.index)
-            Keys.onEnterPressed: root.picker.toggleBookmark(root.index)
-
-            PlainToolTip {
-                text: root.starHelp
-                visible: star.hovered || star.visualFocus
-            }
+            bookmarked: root.isBookmarked
+            help: root.isBookmarked ? qsTr("Remove from bookmarks") : qsTr("Add to bookmarks")
+            tint: root.highlighted ? root.palette.highlightedText : root.palette.buttonText
+            tabStop: root.current
+            onToggleBookmark: root.picker.toggleBookmark(root.index)
         }
     }
 }

@@ -20,11 +20,11 @@ Loader {
     sourceComponent: ToolTip {
         id: tip
 
+        property bool below
+
         objectName: "plainToolTip"
-        parent: root.parent
-        y: root.below ? root.parent.height + 3 : -tip.implicitHeight - 3
+        y: tip.below ? tip.parent.height + 3 : -tip.implicitHeight - 3
         visible: true
-        text: root.text
 
         contentItem: Text {
             objectName: "plainToolTipText"
@@ -34,5 +34,22 @@ Loader {
             color: tip.palette.toolTipText
             text: tip.text
         }
+    }
+
+    // The tip stands by the control the loader is declared in, and says the loader's text.
+    Binding {
+        target: root.item
+        property: "parent"
+        value: root.parent
+    }
+    Binding {
+        target: root.item
+        property: "text"
+        value: root.text
+    }
+    Binding {
+        target: root.item
+        property: "below"
+        value: root.below
     }
 }

@@ -41,12 +41,14 @@ def settings_tabs(ui, out, prefix):
     time.sleep(0.5)
 
 
-def add_second_account(ui, out, token):
+def add_account(ui, token, name):
+    """Adds the account of `token` on the settings window's Account tab; it becomes the active one."""
     tray_menu("Down", "Down", "Down", "Return")
+    press(ui, "Account")  # the window opens on the tab it last showed
     click_on(ui, "Personal API token")
     type_text(token)
     keys("Return")
-    shown(ui, "Ben Carter")
+    shown(ui, name)
     keys("Escape")
     time.sleep(0.5)
 
@@ -67,6 +69,7 @@ def settings_road(sandbox, out, app):
     app.toggle()
     app.wait_popover(False)
     quick_links(ui, out)
-    add_second_account(ui, out, sandbox.tokens[1][0])
+    token, _, name = sandbox.tokens[1]
+    add_account(ui, token, name)
     settings_tabs(ui, out, "S")
     account_menu(ui, out, app)

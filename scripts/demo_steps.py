@@ -13,8 +13,11 @@ from accessibility import Atspi, application, find, has_state, pump_until  # noq
 SETTLE = 1.0
 
 
-def screenshot(out, name):
-    subprocess.run(["xdotool", "mousemove", "640", "700"], check=True)  # off the icon
+def screenshot(out, name, pointer_stays=False):
+    """A picture of the whole screen; the pointer moves off the icon first unless it `pointer_stays`
+    where it rests, as on a control whose tool tip the picture shows."""
+    if not pointer_stays:
+        subprocess.run(["xdotool", "mousemove", "640", "700"], check=True)
     time.sleep(SETTLE)
     path = os.path.join(out, name)
     subprocess.run(["maim", path], check=True)
@@ -58,13 +61,19 @@ def focus(ui, name):
     time.sleep(0.2)
 
 
+def hover(ui, name, *then):
+    """Rests the pointer on the middle of the control of this accessible name, and does `then` there
+    (xdotool's words, such as "click", "1")."""
+    node = pump_until(lambda: find(ui, None, name), what=f'"{name}"')
+    box = node.get_extents(Atspi.CoordType.SCREEN)
+    subprocess.run(["xdotool", "mousemove", str(box.x + box.width // 2), str(box.y + box.height // 2), *then],
+                   check=True)
+
+
 def click_on(ui, name):
     """Clicks the middle of the control of this accessible name, which also gives its window the
     keyboard."""
-    node = pump_until(lambda: find(ui, None, name), what=f'"{name}"')
-    box = node.get_extents(Atspi.CoordType.SCREEN)
-    subprocess.run(["xdotool", "mousemove", str(box.x + box.width // 2), str(box.y + box.height // 2), "click", "1"],
-                   check=True)
+    hover(ui, name, "click", "1")
     time.sleep(0.2)
 
 

@@ -7,10 +7,12 @@ sections, a search with matches and one without, a filter chip's menu, a task's 
 keyboard, a task marked complete, and the tray icon with the count of tasks due; then the composer's
 road (demo_compose.py: the location picker, every field chip, templates, the attachment strip and the
 created task's request) and the settings' (demo_settings.py: the tray menu's quick links, a second
-account, each tab of the settings window, the account menu). It saves a screenshot of each step. Then the desktop turns dark, as its Settings portal tells, and the key pages
-of the same road are shown again in dark: the composer with text and files, a task being created and
-created, three in bulk, a refused one, the banner of a job in the background once no
-notification server is left, and each tab of the settings window.
+account, each tab of the settings window, the account menu) and the tool tips of names with markup
+(demo_tooltips.py: a custom field, an account and a quick link). It saves a screenshot of each step.
+Then the desktop turns dark, as its Settings portal tells, and the key pages of the same road are
+shown again in dark: the composer with text and files, a task being created and created, three in
+bulk, a refused one, the banner of a job in the background once no notification server is left,
+the three tool tips, and each tab of the settings window.
 Run inside a desktop session with an accessibility bus, through which it presses the buttons.
 
 usage: headless_demo.py NORVANEBAR NORVANE_SANDBOX OUTPUT_FOLDER"""
@@ -32,6 +34,7 @@ from norvanebar_app import NorvaneBar, click, popover_window_id, wait_until, xem
 sys.path.insert(0, os.path.dirname(__file__))
 from demo_compose import compose_road  # noqa: E402
 from demo_settings import settings_road, settings_tabs  # noqa: E402
+from demo_tooltips import dark_tips, light_tips, quick_link  # noqa: E402
 from demo_steps import SETTLE, focus, norvanebar, paste, screenshot, shown, submit, type_into_popover  # noqa: E402
 
 
@@ -276,7 +279,8 @@ def main(binary, sandbox_binary, out):
     try:
         # The tray icon counts the tasks due by today's end.
         write_profile(os.environ["XDG_CONFIG_HOME"], sandbox, showDueCountBadge=True,
-                      visibleDefaultFields=["status", "assignee", "dueDate", "priority", "tags"])
+                      visibleDefaultFields=["status", "assignee", "dueDate", "priority", "tags"],
+                      bookmarks=[quick_link(sandbox)])
         token, _, name = sandbox.tokens[0]
         print(f"norvane-sandbox: {sandbox.web} (demo token of {name}: {token})")
         # Pasted pictures are staged in the temporary folder; the demo keeps its own.
@@ -323,9 +327,9 @@ def main(binary, sandbox_binary, out):
                 create_tasks(sandbox, out)
                 compose_road(sandbox, out, sample_files(out))
                 settings_road(sandbox, out, again)
+                light_tips(norvanebar(), out, sandbox, again)
                 dark_road(sandbox, out, portal)
-                again.toggle()
-                again.wait_popover(False)
+                dark_tips(norvanebar(), out, sandbox, again)
                 settings_tabs(norvanebar(), out, "D")
             except Exception:
                 screenshot(out, "failed-step.png")

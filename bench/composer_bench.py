@@ -17,7 +17,7 @@ import tempfile
 import time
 import urllib.request
 
-sys.path.insert(0, os.path.join(os.path.dirname(__file__), "..", "tests", "e2e"))
+sys.path.insert(0, os.path.join(os.path.dirname(__file__), "..", "tests", "harness"))
 from demo_sandbox import Sandbox, write_profile  # noqa: E402
 from tray_bench import Subject, ratio, summary  # noqa: E402
 

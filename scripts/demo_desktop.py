@@ -7,7 +7,7 @@ import os
 import subprocess
 import sys
 
-sys.path.insert(0, os.path.join(os.path.dirname(__file__), "..", "tests", "e2e"))
+sys.path.insert(0, os.path.join(os.path.dirname(__file__), "..", "tests", "harness"))
 from demo_sandbox import Sandbox, write_profile  # noqa: E402
 
 

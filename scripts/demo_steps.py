@@ -6,7 +6,7 @@ import subprocess
 import sys
 import time
 
-sys.path.insert(0, os.path.join(os.path.dirname(__file__), "..", "tests", "e2e"))
+sys.path.insert(0, os.path.join(os.path.dirname(__file__), "..", "tests", "harness"))
 from accessibility import Atspi, application, find, has_state, pump_until  # noqa: E402
 
 # The sandbox answers in milliseconds; this is only for the page to be drawn before its picture.

@@ -25,7 +25,7 @@ import time
 
 import dbus
 
-sys.path.insert(0, os.path.join(os.path.dirname(__file__), "..", "tests", "e2e"))
+sys.path.insert(0, os.path.join(os.path.dirname(__file__), "..", "tests", "harness"))
 from accessibility import Atspi, application, find, has_state, press, pump_until  # noqa: E402
 from demo_sandbox import Sandbox, write_profile  # noqa: E402
 from desktop_settings import DARK, LIGHT, SettingsPortal  # noqa: E402

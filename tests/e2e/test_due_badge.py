@@ -11,7 +11,7 @@ import unittest
 
 import dbus
 
-sys.path.insert(0, os.path.dirname(__file__))
+sys.path.insert(0, os.path.join(os.path.dirname(os.path.abspath(__file__)), "..", "harness"))
 from demo_sandbox import Sandbox, write_profile  # noqa: E402
 from norvanebar_app import NorvaneBar, wait_until  # noqa: E402
 

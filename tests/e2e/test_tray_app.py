@@ -13,7 +13,7 @@ import tempfile
 import time
 import unittest
 
-sys.path.insert(0, os.path.dirname(__file__))
+sys.path.insert(0, os.path.join(os.path.dirname(os.path.abspath(__file__)), "..", "harness"))
 from norvanebar_app import (NorvaneBar, click, other_window, popover_window_id, wait_until,  # noqa: E402
                             window_geometry, xembed_icon_window)
 

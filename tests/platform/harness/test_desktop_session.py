@@ -16,7 +16,7 @@ import xml.etree.ElementTree as ElementTree
 import dbus
 import dbus.bus
 
-sys.path.insert(0, os.path.dirname(os.path.abspath(__file__)))
+sys.path.insert(0, os.path.join(os.path.dirname(os.path.dirname(os.path.dirname(os.path.abspath(__file__)))), "harness"))
 from session_helpers import SignalCatcher, bus, name_has_owner, read_json_lines, selection_owner  # noqa: E402
 
 SESSION_DIR = os.environ.get("NORVANEBAR_SESSION_DIR", "")

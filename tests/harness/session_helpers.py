@@ -9,7 +9,7 @@ import dbus
 import dbus.mainloop.glib
 from gi.repository import GLib
 
-HARNESS = os.path.join(os.path.dirname(os.path.dirname(os.path.dirname(os.path.abspath(__file__)))), "harness")
+HARNESS = os.path.dirname(os.path.abspath(__file__))
 
 dbus.mainloop.glib.DBusGMainLoop(set_as_default=True)
 

@@ -9,7 +9,7 @@ import dbus
 
 from norvanebar_app import wait_until
 
-PORTAL = os.path.join(os.path.dirname(__file__), "..", "harness", "settings_portal.py")
+PORTAL = os.path.join(os.path.dirname(__file__), "settings_portal.py")
 BUS_NAME = "org.freedesktop.portal.Desktop"
 OBJECT_PATH = "/org/freedesktop/portal/desktop"
 TEST_INTERFACE = "org.norvanebar.Test.Settings"

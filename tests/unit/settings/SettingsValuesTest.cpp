@@ -4,10 +4,10 @@
 #include "recording/RecordingQuality.h"
 #include "settings/Bookmark.h"
 #include "settings/DefaultField.h"
+#include "settings/HotKeyPreset.h"
 #include "settings/SavedLocation.h"
 #include "settings/StorageProviderKind.h"
 #include "settings/StoredAccount.h"
-#include "shell/HotKeyPreset.h"
 #include "json/JsonEncoding.h"
 
 #include <QJsonDocument>

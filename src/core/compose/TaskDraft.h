@@ -2,8 +2,8 @@
 
 #include "api/TaskRequests.h"
 #include "async/Clock.h"
-#include "compose/CustomValue.h"
 #include "compose/StagedAttachment.h"
+#include "settings/CustomValue.h"
 #include "settings/DefaultField.h"
 #include "submit/BulkSubmitJobPayload.h"
 #include "submit/SubmitJobPayload.h"

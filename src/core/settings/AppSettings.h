@@ -1,6 +1,5 @@
 #pragma once
 
-#include "compose/TaskTemplate.h"
 #include "recording/FacecamStyle.h"
 #include "recording/RecordingQuality.h"
 #include "settings/Bookmark.h"
@@ -9,6 +8,7 @@
 #include "settings/SavedLocation.h"
 #include "settings/StorageProviderKind.h"
 #include "settings/StoredAccount.h"
+#include "settings/TaskTemplate.h"
 #include "json/JsonDecoding.h"
 
 #include <QJsonObject>

@@ -1,5 +1,4 @@
 #include "TestMain.h"
-#include "compose/TaskTemplate.h"
 #include "recording/FacecamStyle.h"
 #include "recording/RecordingQuality.h"
 #include "settings/Bookmark.h"
@@ -8,6 +7,7 @@
 #include "settings/SavedLocation.h"
 #include "settings/StorageProviderKind.h"
 #include "settings/StoredAccount.h"
+#include "settings/TaskTemplate.h"
 #include "json/JsonEncoding.h"
 
 #include <QJsonDocument>

@@ -36,7 +36,12 @@ AppState::AppState(AppEnvironment environment, QObject* parent)
     , m_hierarchy(m_client)
     , m_myDay(m_client, environment.clock)
     , m_location(m_settings, m_hierarchy, m_client)
-    , m_auth(m_tokenProvider, m_settings, m_client, m_hierarchy, m_location, m_myDay, m_draft)
+    , m_auth(m_tokenProvider, m_settings, m_client,
+             {.forgetHierarchy = [this] { m_location.forgetHierarchy(); },
+              .loadWorkspaces = [this] { return m_hierarchy.loadWorkspaces(false); },
+              .restoreLastLocation = [this] { return m_location.restoreLastLocation(); },
+              .emptyTasks = [this] { m_myDay.emptyTasks(); },
+              .resetDraft = [this](qint64 lead) { m_draft.reset(lead); }})
     , m_templates(m_settings, m_hierarchy, m_location, m_draft)
     , m_dayChange(environment.clock, environment.wallClockAlarms())
     , m_notifications(*environment.notificationCenter, *environment.linkActions, environment.remindersPath,

@@ -1,3 +1,6 @@
+# The core's boundaries, which the build enforces: no window system, and one layer order of its
+# features.
+
 # Keeps src/core free of the window system, at configure time for what it links and at build
 # time for what its sources include or use.
 function(norvanebar_enforce_core_boundary target)
@@ -7,14 +10,27 @@ function(norvanebar_enforce_core_boundary target)
             message(FATAL_ERROR "${target} must not link ${library}: the core knows nothing of the window system")
         endif()
     endforeach()
-    set(stamp "${CMAKE_CURRENT_BINARY_DIR}/core-boundary.stamp")
+    norvanebar_check_sources(${target} boundary ${PROJECT_SOURCE_DIR}/cmake/check-core-boundary.cmake
+                             "Checking that ${target} stays free of the window system")
+endfunction()
+
+# Keeps the feature folders of src/core in the one layer order of check-layer-order.cmake: each
+# includes only itself and the features before it.
+function(norvanebar_enforce_layer_order target)
+    norvanebar_check_sources(${target} layers ${PROJECT_SOURCE_DIR}/cmake/check-layer-order.cmake
+                             "Checking that the features of ${target} keep their layer order")
+endfunction()
+
+# Runs the check <script> on the folder of the calling CMakeLists before <target> builds, and again
+# whenever a source there changes; a refusal fails the build.
+function(norvanebar_check_sources target check script comment)
+    set(stamp "${CMAKE_CURRENT_BINARY_DIR}/${target}-${check}.stamp")
     file(GLOB_RECURSE sources CONFIGURE_DEPENDS "${CMAKE_CURRENT_SOURCE_DIR}/*.h" "${CMAKE_CURRENT_SOURCE_DIR}/*.cpp")
     add_custom_command(
         OUTPUT "${stamp}"
-        COMMAND ${CMAKE_COMMAND} -DDIR=${CMAKE_CURRENT_SOURCE_DIR} -DSTAMP=${stamp}
-                -P ${PROJECT_SOURCE_DIR}/cmake/check-core-boundary.cmake
-        DEPENDS ${sources} ${PROJECT_SOURCE_DIR}/cmake/check-core-boundary.cmake
-        COMMENT "Checking that ${target} stays free of the window system")
-    add_custom_target(${target}_boundary DEPENDS "${stamp}")
-    add_dependencies(${target} ${target}_boundary)
+        COMMAND ${CMAKE_COMMAND} -DDIR=${CMAKE_CURRENT_SOURCE_DIR} -DSTAMP=${stamp} -P ${script}
+        DEPENDS ${sources} ${script}
+        COMMENT "${comment}")
+    add_custom_target(${target}_${check} DEPENDS "${stamp}")
+    add_dependencies(${target} ${target}_${check})
 endfunction()

@@ -1,11 +1,11 @@
 #pragma once
 
 #include "RunTask.h"
+#include "api/AuthProvider.h"
 #include "api/NVError.h"
 #include "async/Clock.h"
 #include "async/OneShot.h"
 #include "async/Sleeper.h"
-#include "auth/AuthProvider.h"
 
 #include <QCoroTask>
 #include <QList>

@@ -1,12 +1,12 @@
 #pragma once
 
+#include "api/AuthProvider.h"
 #include "api/NVError.h"
 #include "api/TaskAttachment.h"
 #include "api/TransferTimeLimits.h"
 #include "async/Background.h"
 #include "async/Clock.h"
 #include "async/Sleeper.h"
-#include "auth/AuthProvider.h"
 #include "json/JsonDecoding.h"
 #include "json/JsonEncoding.h"
 

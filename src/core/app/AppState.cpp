@@ -35,8 +35,13 @@ AppState::AppState(AppEnvironment environment, QObject* parent)
                environment.clock)
     , m_hierarchy(m_client)
     , m_myDay(m_client, environment.clock)
-    , m_location(m_settings, m_hierarchy, m_client, m_draft)
-    , m_auth(m_tokenProvider, m_settings, m_client, m_hierarchy, m_location, m_myDay, m_draft)
+    , m_location(m_settings, m_hierarchy, m_client)
+    , m_auth(m_tokenProvider, m_settings, m_client,
+             {.forgetHierarchy = [this] { m_location.forgetHierarchy(); },
+              .loadWorkspaces = [this] { return m_hierarchy.loadWorkspaces(false); },
+              .restoreLastLocation = [this] { return m_location.restoreLastLocation(); },
+              .emptyTasks = [this] { m_myDay.emptyTasks(); },
+              .resetDraft = [this](qint64 lead) { m_draft.reset(lead); }})
     , m_templates(m_settings, m_hierarchy, m_location, m_draft)
     , m_dayChange(environment.clock, environment.wallClockAlarms())
     , m_notifications(*environment.notificationCenter, *environment.linkActions, environment.remindersPath,
@@ -50,6 +55,8 @@ AppState::AppState(AppEnvironment environment, QObject* parent)
                  m_myDay.clock())
     , m_badge(m_submitQueue, m_dueCount, m_settings) {
     m_draft.setReminderLeadMinutes(m_settings.settings().defaultReminderLeadMinutes);
+    // The status, tags and custom values of one list mean nothing in another.
+    connect(&m_location, &LocationMemory::otherListSelected, &m_draft, &TaskDraft::clearListSpecificValues);
     // "Retry" on a notification: the outcome comes back as a notification.
     m_notifications.setRetryHandler(
         [this](const QUuid& jobID) { m_submitQueue.retry(jobID, m_client, PhaseHandler(), true); });

@@ -2,9 +2,9 @@
 
 #include "async/LoadGuard.h"
 #include "async/StartTask.h"
+#include "auth/AccountNavigation.h"
 #include "auth/PersonalTokenError.h"
 #include "auth/StaticTokenAuth.h"
-#include "hierarchy/AccountNavigation.h"
 
 #include <algorithm>
 
@@ -30,16 +30,12 @@ QCoro::Task<UserResponse> fetchUser(const NorvaneClient& client) {
 } // namespace
 
 AuthController::AuthController(PersonalTokenProvider& tokenProvider, SettingsStore& settings,
-                               const NorvaneClient& client, HierarchyStore& hierarchy, LocationMemory& location,
-                               MyDayStore& myDay, TaskDraft& draft, QObject* parent)
+                               const NorvaneClient& client, AccountContent content, QObject* parent)
     : QObject(parent)
     , m_tokenProvider(tokenProvider)
     , m_settings(settings)
     , m_client(client)
-    , m_hierarchy(hierarchy)
-    , m_location(location)
-    , m_myDay(myDay)
-    , m_draft(draft) {}
+    , m_content(std::move(content)) {}
 
 void AuthController::setAuthState(AuthState state) {
     if (m_authState == state) {
@@ -84,7 +80,7 @@ QCoro::Task<std::optional<QString>> AuthController::validateAndLoad(qint64 gener
         co_return describe(error);
     }
     if (m_lastSignedInUserID && *m_lastSignedInUserID != user.id) {
-        m_location.forgetHierarchy();
+        m_content.forgetHierarchy();
         m_settings.modify([userID = user.id](AppSettings& changed) { AccountNavigation::restore(changed, userID); });
     }
     m_lastSignedInUserID = user.id;
@@ -95,11 +91,11 @@ QCoro::Task<std::optional<QString>> AuthController::validateAndLoad(qint64 gener
         co_return std::nullopt;
     }
     setAuthState({AuthState::SignedIn{user}});
-    QCoro::Task<bool> workspacesLoad = awaitGuarded(guard, m_hierarchy.loadWorkspaces(false));
+    QCoro::Task<bool> workspacesLoad = awaitGuarded(guard, m_content.loadWorkspaces());
     if (!co_await std::move(workspacesLoad)) {
         co_return std::nullopt;
     }
-    QCoro::Task<> restoring = m_location.restoreLastLocation();
+    QCoro::Task<> restoring = m_content.restoreLastLocation();
     co_await std::move(restoring);
     co_return std::nullopt;
 }
@@ -172,9 +168,9 @@ QCoro::Task<> AuthController::switchAccount(qint64 userID, bool force) {
     const qint64 generation = m_authValidation.raise();
     m_tokenProvider.setCached(std::nullopt);
     setAuthState({AuthState::Validating{}});
-    m_location.forgetHierarchy();
-    m_myDay.emptyTasks();
-    m_draft.reset(m_settings.settings().defaultReminderLeadMinutes);
+    m_content.forgetHierarchy();
+    m_content.emptyTasks();
+    m_content.resetDraft(m_settings.settings().defaultReminderLeadMinutes);
     const LoadGuard guard(this, m_authValidation, generation);
     QCoro::Task<std::optional<std::optional<QString>>> reading = awaitGuarded(guard, m_tokenProvider.readToken(userID));
     const std::optional<std::optional<QString>> token = co_await std::move(reading);
@@ -219,9 +215,9 @@ void AuthController::signOut() {
     m_lastSignedInUserID.reset();
     m_tokenProvider.setCached(std::nullopt);
     setAuthState({AuthState::SignedOut{}});
-    m_location.forgetHierarchy();
-    m_myDay.emptyTasks();
-    m_draft.reset(m_settings.settings().defaultReminderLeadMinutes);
+    m_content.forgetHierarchy();
+    m_content.emptyTasks();
+    m_content.resetDraft(m_settings.settings().defaultReminderLeadMinutes);
 }
 
 void AuthController::removeStoredAccount(qint64 userID) {

@@ -1,13 +1,10 @@
 #pragma once
 
 #include "api/NorvaneClient.h"
+#include "auth/AccountContent.h"
 #include "auth/AuthState.h"
 #include "auth/AuthValidationGeneration.h"
 #include "auth/PersonalTokenProvider.h"
-#include "compose/TaskDraft.h"
-#include "hierarchy/HierarchyStore.h"
-#include "hierarchy/LocationMemory.h"
-#include "myday/MyDayStore.h"
 #include "settings/SettingsStore.h"
 
 #include <QCoroTask>
@@ -24,8 +21,7 @@ class AuthController : public QObject {
 public:
     // Everything given must outlive this object.
     AuthController(PersonalTokenProvider& tokenProvider, SettingsStore& settings, const NorvaneClient& client,
-                   HierarchyStore& hierarchy, LocationMemory& location, MyDayStore& myDay, TaskDraft& draft,
-                   QObject* parent = nullptr);
+                   AccountContent content, QObject* parent = nullptr);
 
     const AuthState& authState() const { return m_authState; }
     const AuthValidationGeneration& authValidation() const { return m_authValidation; }
@@ -63,10 +59,7 @@ private:
     PersonalTokenProvider& m_tokenProvider;
     SettingsStore& m_settings;
     const NorvaneClient& m_client;
-    HierarchyStore& m_hierarchy;
-    LocationMemory& m_location;
-    MyDayStore& m_myDay;
-    TaskDraft& m_draft;
+    AccountContent m_content;
     AuthState m_authState;
     AuthValidationGeneration m_authValidation;
     std::optional<qint64> m_lastSignedInUserID;

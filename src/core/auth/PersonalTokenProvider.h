@@ -1,7 +1,7 @@
 #pragma once
 
+#include "api/AuthProvider.h"
 #include "async/LatestWins.h"
-#include "auth/AuthProvider.h"
 #include "auth/KeychainStore.h"
 
 #include <QMutex>

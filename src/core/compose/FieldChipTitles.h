@@ -2,7 +2,7 @@
 
 #include "api/FieldRecords.h"
 #include "api/UserRecords.h"
-#include "compose/CustomValue.h"
+#include "settings/CustomValue.h"
 
 #include <QDateTime>
 #include <QList>

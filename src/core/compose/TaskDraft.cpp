@@ -1,14 +1,11 @@
 #include "compose/TaskDraft.h"
 
-#include "compose/AttachmentStaging.h"
-
-#include <QRegularExpression>
 #include <QtNumeric>
 #include <algorithm>
 
-// Names, descriptions and bulk lines are trimmed with QString::trimmed: it drops what QChar::isSpace
-// calls space, that is U+0009 to U+000D, U+0085 and every Unicode separator (Zs, Zl, Zp), so white
-// space and newlines of every kind.
+// Names and descriptions are trimmed with QString::trimmed: it drops what QChar::isSpace calls space,
+// that is U+0009 to U+000D, U+0085 and every Unicode separator (Zs, Zl, Zp), so white space and
+// newlines of every kind.
 
 TaskDraft::TaskDraft(Clock clock, QObject* parent)
     : QObject(parent)
@@ -144,38 +141,4 @@ std::optional<QDateTime> TaskDraft::reminderFireDate() const {
         return std::nullopt;
     }
     return candidate;
-}
-
-std::optional<SubmitJobPayload> TaskDraft::snapshot(const QString& listID,
-                                                    const QSet<DefaultField>& visibleFields) const {
-    // Every submission pins, since a foreground one may be moved to the background at any moment.
-    // All files are tried even after a failure.
-    QList<StagedAttachment> pinned;
-    for (const StagedAttachment& attachment : m_attachments) {
-        if (std::optional<StagedAttachment> copy = AttachmentStaging::pinForBackgroundJob(attachment)) {
-            pinned.append(std::move(*copy));
-        }
-    }
-    if (pinned.size() != m_attachments.size()) {
-        return std::nullopt;
-    }
-    return SubmitJobPayload{listID, m_name.trimmed(), buildRequest(visibleFields), std::move(pinned),
-                            reminderFireDate()};
-}
-
-std::optional<BulkSubmitJobPayload> TaskDraft::bulkSnapshot(const QString& listID, const QString& lines,
-                                                            const QSet<DefaultField>& visibleFields) const {
-    // Every character of the Unicode newline set breaks a line: LF, VT, FF, CR, NEL, LS and PS. A
-    // CRLF gives an empty piece between its two halves, dropped below like any blank line.
-    static const QRegularExpression newline(QStringLiteral("[\\x{000A}-\\x{000D}\\x{0085}\\x{2028}\\x{2029}]"));
-    QList<QString> taskNames;
-    for (const QString& piece : lines.split(newline)) {
-        if (QString name = piece.trimmed(); !name.isEmpty()) {
-            taskNames.append(std::move(name));
-        }
-    }
-    if (taskNames.isEmpty()) {
-        return std::nullopt;
-    }
-    return BulkSubmitJobPayload{listID, std::move(taskNames), buildRequest(visibleFields)};
 }

@@ -2,11 +2,9 @@
 
 #include "api/TaskRequests.h"
 #include "async/Clock.h"
-#include "compose/CustomValue.h"
 #include "compose/StagedAttachment.h"
+#include "settings/CustomValue.h"
 #include "settings/DefaultField.h"
-#include "submit/BulkSubmitJobPayload.h"
-#include "submit/SubmitJobPayload.h"
 
 #include <QDateTime>
 #include <QList>
@@ -74,13 +72,6 @@ public:
     // When the local reminder should fire: the due time less the lead, if a reminder is wanted, the
     // due date carries a time and that moment is still ahead. Hidden due dates count too.
     std::optional<QDateTime> reminderFireDate() const;
-    // A frozen job creating the task, with private copies of the files and the reminder instant of
-    // this moment. Nothing when any file can't be copied; the copies that were made are left behind.
-    std::optional<SubmitJobPayload> snapshot(const QString& listID, const QSet<DefaultField>& visibleFields) const;
-    // A frozen job creating one task per non-blank line, each trimmed, all with the draft's fields;
-    // nothing when no line is left. Attachments and the reminder stay out.
-    std::optional<BulkSubmitJobPayload> bulkSnapshot(const QString& listID, const QString& lines,
-                                                     const QSet<DefaultField>& visibleFields) const;
 
 signals:
     void nameChanged();

@@ -1,10 +1,10 @@
 #pragma once
 
 #include "compose/TaskDraft.h"
-#include "compose/TaskTemplate.h"
 #include "hierarchy/HierarchyStore.h"
 #include "hierarchy/LocationMemory.h"
 #include "settings/SettingsStore.h"
+#include "settings/TaskTemplate.h"
 
 #include <QCoroTask>
 #include <QObject>

@@ -1,8 +1,8 @@
 #pragma once
 
-#include "compose/TaskTemplate.h"
 #include "hierarchy/ListEntry.h"
 #include "settings/SettingsStore.h"
+#include "settings/TaskTemplate.h"
 
 #include <QString>
 #include <QUuid>

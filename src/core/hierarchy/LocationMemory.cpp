@@ -6,12 +6,11 @@
 #include <algorithm>
 
 LocationMemory::LocationMemory(SettingsStore& settings, HierarchyStore& hierarchy, const NorvaneClient& client,
-                               TaskDraft& draft, QObject* parent)
+                               QObject* parent)
     : QObject(parent)
     , m_settings(settings)
     , m_hierarchy(hierarchy)
     , m_client(client)
-    , m_draft(draft)
     , m_activeWorkspaceID(activeWorkspaceID()) {
     connect(&m_settings, &SettingsStore::settingsChanged, this, &LocationMemory::updateActiveWorkspaceID);
     connect(&m_hierarchy, &HierarchyStore::workspacesChanged, this, &LocationMemory::updateActiveWorkspaceID);
@@ -67,7 +66,7 @@ void LocationMemory::selectLocation(const ListEntry& entry) {
     if (sameList) {
         return;
     }
-    m_draft.clearListSpecificValues();
+    emit otherListSelected();
     auto* context = new ListContext(entry, this);
     setCurrentContext(context);
     // A newer selection leaves the load to finish on its own context, unseen.

@@ -1,7 +1,6 @@
 #pragma once
 
 #include "api/NorvaneClient.h"
-#include "compose/TaskDraft.h"
 #include "hierarchy/HierarchyStore.h"
 #include "hierarchy/ListContext.h"
 #include "settings/SettingsStore.h"
@@ -19,7 +18,7 @@ class LocationMemory : public QObject {
 
 public:
     // Everything given must outlive this object.
-    LocationMemory(SettingsStore& settings, HierarchyStore& hierarchy, const NorvaneClient& client, TaskDraft& draft,
+    LocationMemory(SettingsStore& settings, HierarchyStore& hierarchy, const NorvaneClient& client,
                    QObject* parent = nullptr);
 
     // The tree the lists are chosen from.
@@ -30,9 +29,9 @@ public:
     // else the first known one. activeWorkspaceIDChanged tells each change, from whichever source.
     std::optional<QString> activeWorkspaceID() const;
 
-    // Aims the composer at a list and remembers it as the last location. Another list clears the
-    // draft's list-specific values and gets a new context, loaded in the background; the same list
-    // keeps its context.
+    // Aims the composer at a list and remembers it as the last location. Another list is told
+    // (otherListSelected) and gets a new context, loaded in the background; the same list keeps its
+    // context.
     void selectLocation(const ListEntry& entry);
     // Selects the remembered list once its workspace's entries are known. A workspace that is gone
     // leaves the memory as it is; a list that is gone leaves its workspace preferred.
@@ -41,6 +40,9 @@ public:
     void forgetHierarchy();
 
 signals:
+    // Another list than the current one was chosen, so what the composer set for the old list no
+    // longer applies. Told before the new list's context takes over.
+    void otherListSelected();
     void currentContextChanged();
     void activeWorkspaceIDChanged();
 
@@ -51,7 +53,6 @@ private:
     SettingsStore& m_settings;
     HierarchyStore& m_hierarchy;
     const NorvaneClient& m_client;
-    TaskDraft& m_draft;
     QPointer<ListContext> m_currentContext;
     // As last told.
     std::optional<QString> m_activeWorkspaceID;

@@ -1,14 +1,14 @@
 #pragma once
 
-#include "compose/TaskTemplate.h"
 #include "recording/FacecamStyle.h"
 #include "recording/RecordingQuality.h"
 #include "settings/Bookmark.h"
 #include "settings/DefaultField.h"
+#include "settings/HotKeyPreset.h"
 #include "settings/SavedLocation.h"
 #include "settings/StorageProviderKind.h"
 #include "settings/StoredAccount.h"
-#include "shell/HotKeyPreset.h"
+#include "settings/TaskTemplate.h"
 #include "json/JsonDecoding.h"
 
 #include <QJsonObject>

@@ -5,6 +5,7 @@
 #include "hierarchy/LocationMemory.h"
 #include "settings/SettingsStore.h"
 #include "submit/BackgroundSubmitQueue.h"
+#include "submit/DraftSnapshot.h"
 #include "submit/SubmitNotifier.h"
 #include "support/SpacesAndTabs.h"
 
@@ -79,7 +80,7 @@ void SubmitController::submitDraft() {
         if (!isGivenName(m_draft.name())) {
             return;
         }
-        std::optional<SubmitJobPayload> payload = m_draft.snapshot(listID, visibleFields);
+        std::optional<SubmitJobPayload> payload = DraftSnapshot::snapshot(m_draft, listID, visibleFields);
         if (!payload) {
             return;
         }
@@ -88,7 +89,8 @@ void SubmitController::submitDraft() {
         m_queue.enqueue(std::move(*payload), m_client, jobID, makePhaseHandler(jobID));
         return;
     }
-    std::optional<BulkSubmitJobPayload> payload = m_draft.bulkSnapshot(listID, m_bulkLines, visibleFields);
+    std::optional<BulkSubmitJobPayload> payload =
+        DraftSnapshot::bulkSnapshot(m_draft, listID, m_bulkLines, visibleFields);
     if (!payload) {
         return;
     }

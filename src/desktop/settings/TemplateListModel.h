@@ -1,6 +1,6 @@
 #pragma once
 
-#include "compose/TaskTemplate.h"
+#include "settings/TaskTemplate.h"
 
 #include <QAbstractListModel>
 #include <QList>

@@ -1,8 +1,8 @@
 #pragma once
 
-#include "compose/TaskTemplate.h"
 #include "hierarchy/LocationPickerViewModel.h"
 #include "settings/SettingsStore.h"
+#include "settings/TaskTemplate.h"
 #include "settings/TemplateListModel.h"
 
 #include <QObject>

@@ -86,6 +86,31 @@ private slots:
         QCOMPARE(app.settings().settings().lastLocation->listName, QStringLiteral("Renamed inbox"));
     }
 
+    void anotherListClearsWhatTheDraftSetForTheOldListAndTheSameListKeepsIt() {
+        AppState& app = startSignedIn();
+        runTask(app.hierarchy().loadEntries(SandboxDemo::northwindID, false));
+        app.selectLocation(*app.hierarchy().entry(SandboxDemo::inboxListID));
+        waitForContext(app.currentContext());
+        TaskDraft& draft = app.draft();
+        draft.setName(QStringLiteral("Kept"));
+        draft.setPriority(2);
+        draft.setStatus(QStringLiteral("in progress"));
+        draft.setAssignees({42});
+        draft.setTags({QStringLiteral("a")});
+        draft.setCustomValue(CustomValue::text(QStringLiteral("x")), QStringLiteral("cf-1"));
+        app.selectLocation(*app.hierarchy().entry(SandboxDemo::inboxListID));
+        QCOMPARE(draft.status(), std::optional(QStringLiteral("in progress")));
+        QCOMPARE(draft.custom().size(), 1);
+        app.selectLocation(*app.hierarchy().entry(SandboxDemo::supportListID));
+        QCOMPARE(draft.name(), QStringLiteral("Kept"));
+        QCOMPARE(draft.priority(), std::optional(2));
+        QCOMPARE(draft.status(), std::nullopt);
+        QVERIFY(draft.assignees().isEmpty());
+        QVERIFY(draft.tags().isEmpty());
+        QVERIFY(draft.custom().isEmpty());
+        waitForContext(app.currentContext());
+    }
+
     void selectingAListUnderNoFolderGivesThePathOfTheSpaceAlone() {
         AppState& app = startSignedIn();
         runTask(app.hierarchy().loadEntries(SandboxDemo::northwindID, false));

@@ -1,53 +1,19 @@
 #include "compose/TaskDraft.h"
-#include "TemporaryFolderTesting.h"
+#include "DraftTesting.h"
 #include "TestMain.h"
 #include "json/JsonEncoding.h"
 
 #include <QFile>
-#include <QFileInfo>
-#include <QRegularExpression>
 #include <QSignalSpy>
 #include <QTemporaryDir>
 #include <QTest>
 #include <limits>
 
+using namespace DraftTesting;
+
 namespace {
-const QDateTime now(QDate(2026, 3, 10), QTime(12, 0), Qt::UTC);
-
-Clock fixedClock() {
-    return [] { return now; };
-}
-
-const QSet<DefaultField> allFields{DefaultField::status, DefaultField::assignee, DefaultField::dueDate,
-                                   DefaultField::priority, DefaultField::tags};
-
 QByteArray body(const CreateTaskRequest& request) {
     return Json::serialize(request.toJson());
-}
-
-StagedAttachment attachment(const QString& filename) {
-    return {QUuid::createUuid(), QUrl::fromLocalFile(QStringLiteral("/nowhere/") + filename), filename};
-}
-
-// An attachment whose file holds its own name.
-StagedAttachment stagedFile(const QTemporaryDir& folder, const QString& filename) {
-    const QByteArray bytes = filename.toUtf8();
-    const QString path = writtenFile(folder.filePath(filename), bytes);
-    return {QUuid::createUuid(), QUrl::fromLocalFile(path), filename, false, false, bytes.size()};
-}
-
-// A draft with every field set and a due time two hours ahead of the clock.
-void fill(TaskDraft& draft) {
-    draft.setName(QStringLiteral("Write report"));
-    draft.setDescriptionText(QStringLiteral("Line one\nline two"));
-    draft.setStatus(QStringLiteral("in progress"));
-    draft.setAssignees({42});
-    draft.setPriority(2);
-    draft.setDueDate(now.addSecs(2 * 3600));
-    draft.setReminderEnabled(true);
-    draft.setTags({QStringLiteral("b"), QStringLiteral("a")});
-    draft.setCustom({{QStringLiteral("cf-1"), CustomValue::text(QStringLiteral("x"))}});
-    draft.setAttachments({attachment(QStringLiteral("a.png"))});
 }
 
 // Makes the change twice and expects one notification.
@@ -274,120 +240,6 @@ private slots:
             draft.setReminderLeadMinutes(lead);
             QCOMPARE(draft.reminderFireDate(), std::nullopt);
         }
-    }
-
-    // Snapshots.
-
-    void aSnapshotPinsCopiesWithNewIdsInTheTemporaryFolder() {
-        QTemporaryDir staged;
-        const TemporaryFolderOverride temporary;
-        TaskDraft draft(fixedClock());
-        const QList<StagedAttachment> originals{stagedFile(staged, QStringLiteral("first.png")),
-                                                stagedFile(staged, QStringLiteral("second clip.mov"))};
-        draft.setAttachments(originals);
-        const std::optional<SubmitJobPayload> payload = draft.snapshot(QStringLiteral("L1"), allFields);
-        QVERIFY(payload);
-        QCOMPARE(payload->attachments.size(), originals.size());
-        QCOMPARE(temporary.fileNames().size(), originals.size());
-        for (qsizetype i = 0; i < originals.size(); ++i) {
-            const StagedAttachment& original = originals.at(i);
-            const StagedAttachment& copy = payload->attachments.at(i);
-            QCOMPARE_NE(copy.id, original.id);
-            QCOMPARE(copy.filename, original.filename);
-            const QString copyName = QFileInfo(copy.fileURL.toLocalFile()).fileName();
-            QVERIFY(temporary.fileNames().contains(copyName));
-            const QRegularExpression pinnedName(
-                QStringLiteral("^norvanebar-job-[0-9A-F]{8}(-[0-9A-F]{4}){3}-[0-9A-F]{12}-") +
-                QRegularExpression::escape(original.filename) + QLatin1Char('$'));
-            QVERIFY2(pinnedName.match(copyName).hasMatch(), qPrintable(copyName));
-            QCOMPARE(fileContents(copy.fileURL.toLocalFile()), original.filename.toUtf8());
-        }
-        QCOMPARE(draft.attachments(), originals);
-    }
-
-    void oneVanishedAttachmentGivesNoSnapshot() {
-        QTemporaryDir staged;
-        const TemporaryFolderOverride temporary;
-        TaskDraft draft(fixedClock());
-        draft.setName(QStringLiteral("Task"));
-        const StagedAttachment gone = stagedFile(staged, QStringLiteral("gone.png"));
-        draft.setAttachments(
-            {stagedFile(staged, QStringLiteral("a.png")), gone, stagedFile(staged, QStringLiteral("b.png"))});
-        QVERIFY(QFile::remove(gone.fileURL.toLocalFile()));
-        QCOMPARE(draft.snapshot(QStringLiteral("L1"), allFields), std::nullopt);
-        // The other two were copied all the same, and their copies are left behind.
-        QCOMPARE(temporary.fileNames().size(), 2);
-    }
-
-    void aSnapshotCarriesTheTrimmedNameTheRequestAndTheReminder() {
-        const TemporaryFolderOverride temporary;
-        TaskDraft draft(fixedClock());
-        fill(draft);
-        draft.setAttachments({});
-        draft.setName(QStringLiteral(" \tWrite report\n"));
-        const QSet<DefaultField> visible{DefaultField::status, DefaultField::tags};
-        QCOMPARE(draft.snapshot(QStringLiteral("L1"), visible), (SubmitJobPayload{QStringLiteral("L1"),
-                                                                                  QStringLiteral("Write report"),
-                                                                                  draft.buildRequest(visible),
-                                                                                  {},
-                                                                                  now.addSecs(105 * 60)}));
-    }
-
-    void laterEditsDoNotReachASnapshot() {
-        QTemporaryDir staged;
-        const TemporaryFolderOverride temporary;
-        QDateTime clockTime = now;
-        TaskDraft draft([&clockTime] { return clockTime; });
-        fill(draft);
-        const StagedAttachment original = stagedFile(staged, QStringLiteral("notes.txt"));
-        draft.setAttachments({original});
-        const CreateTaskRequest request = draft.buildRequest(allFields);
-        const std::optional<SubmitJobPayload> payload = draft.snapshot(QStringLiteral("L1"), allFields);
-        QVERIFY(payload);
-
-        draft.setName(QStringLiteral("Next task"));
-        draft.setTags({QStringLiteral("other")});
-        draft.removeAttachment(original.id);
-        QVERIFY(QFile::remove(original.fileURL.toLocalFile()));
-        clockTime = now.addDays(1);
-        draft.reset(0);
-
-        QCOMPARE(payload->taskName, QStringLiteral("Write report"));
-        QCOMPARE(payload->request, request);
-        QCOMPARE(payload->reminderFireDate, now.addSecs(105 * 60));
-        QCOMPARE(payload->attachments.size(), 1);
-        QCOMPARE(fileContents(payload->attachments.at(0).fileURL.toLocalFile()), QByteArray("notes.txt"));
-    }
-
-    // Bulk snapshots.
-
-    void blankLinesOnlyGiveNoBulkPayload() {
-        TaskDraft draft(fixedClock());
-        QCOMPARE(draft.bulkSnapshot(QStringLiteral("L1"), QStringLiteral(" \n\t\r\n\u2028 \u3000\n"), allFields),
-                 std::nullopt);
-        QCOMPARE(draft.bulkSnapshot(QStringLiteral("L1"), QString(), allFields), std::nullopt);
-    }
-
-    void eachKindOfNewlineBreaksALineAndCrlfBreaksOnce() {
-        TaskDraft draft(fixedClock());
-        const std::optional<BulkSubmitJobPayload> payload = draft.bulkSnapshot(
-            QStringLiteral("L1"), QStringLiteral("a\r\nb\rc\nd\u0085e\u2028f\u2029g\vh\fi\r\n"), allFields);
-        QVERIFY(payload);
-        QCOMPARE(payload->taskNames, QList<QString>({QStringLiteral("a"), QStringLiteral("b"), QStringLiteral("c"),
-                                                     QStringLiteral("d"), QStringLiteral("e"), QStringLiteral("f"),
-                                                     QStringLiteral("g"), QStringLiteral("h"), QStringLiteral("i")}));
-    }
-
-    void bulkLinesAreTrimmedKeepTheirOrderAndShareTheDraftsFields() {
-        TaskDraft draft(fixedClock());
-        fill(draft);
-        QSet<DefaultField> visible{DefaultField::tags};
-        const std::optional<BulkSubmitJobPayload> payload = draft.bulkSnapshot(
-            QStringLiteral("L1"), QStringLiteral("  second \u00a0\n\n\tfirst\r\n  \nthird part"), visible);
-        QCOMPARE(payload, (BulkSubmitJobPayload{
-                              QStringLiteral("L1"),
-                              {QStringLiteral("second"), QStringLiteral("first"), QStringLiteral("third part")},
-                              draft.buildRequest(visible)}));
     }
 
     // Notifications, attachments, reset.

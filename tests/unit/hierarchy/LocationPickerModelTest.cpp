@@ -42,8 +42,7 @@ struct Picker {
     QTemporaryDir folder;
     SettingsStore settings{folder.filePath(QStringLiteral("settings.json"))};
     HierarchyStore hierarchy{fake.client};
-    TaskDraft draft;
-    LocationMemory location{settings, hierarchy, fake.client, draft};
+    LocationMemory location{settings, hierarchy, fake.client};
     LocationPickerModel model{settings, location, QUrl(webBase)};
 
     // Workspace w is known with these entries.
@@ -321,8 +320,7 @@ private slots:
         QTemporaryDir folder;
         SettingsStore settings(folder.filePath(QStringLiteral("settings.json")));
         HierarchyStore hierarchy(fake.client);
-        TaskDraft draft;
-        LocationMemory location(settings, hierarchy, fake.client, draft);
+        LocationMemory location(settings, hierarchy, fake.client);
         LocationPickerModel model(settings, location, QUrl());
         model.toggleBookmark(tree().first());
         QVERIFY(settings.settings().bookmarks.isEmpty());

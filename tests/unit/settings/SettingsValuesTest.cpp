@@ -1,13 +1,13 @@
 #include "TestMain.h"
-#include "compose/TaskTemplate.h"
 #include "recording/FacecamStyle.h"
 #include "recording/RecordingQuality.h"
 #include "settings/Bookmark.h"
 #include "settings/DefaultField.h"
+#include "settings/HotKeyPreset.h"
 #include "settings/SavedLocation.h"
 #include "settings/StorageProviderKind.h"
 #include "settings/StoredAccount.h"
-#include "shell/HotKeyPreset.h"
+#include "settings/TaskTemplate.h"
 #include "json/JsonEncoding.h"
 
 #include <QJsonDocument>

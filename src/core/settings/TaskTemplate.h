@@ -1,6 +1,6 @@
 #pragma once
 
-#include "compose/CustomValue.h"
+#include "settings/CustomValue.h"
 #include "json/JsonDecoding.h"
 
 #include <QJsonObject>

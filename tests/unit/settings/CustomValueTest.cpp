@@ -1,4 +1,4 @@
-#include "compose/CustomValue.h"
+#include "settings/CustomValue.h"
 #include "TestMain.h"
 #include "json/JsonEncoding.h"
 

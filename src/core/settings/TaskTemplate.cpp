@@ -1,4 +1,4 @@
-#include "compose/TaskTemplate.h"
+#include "settings/TaskTemplate.h"
 
 #include "json/JsonEncoding.h"
 

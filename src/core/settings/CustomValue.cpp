@@ -1,4 +1,4 @@
-#include "compose/CustomValue.h"
+#include "settings/CustomValue.h"
 
 #include "settings/SettingsDate.h"
 #include "support/DoubleText.h"

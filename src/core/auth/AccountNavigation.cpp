@@ -1,4 +1,4 @@
-#include "hierarchy/AccountNavigation.h"
+#include "auth/AccountNavigation.h"
 
 namespace AccountNavigation {
 namespace {

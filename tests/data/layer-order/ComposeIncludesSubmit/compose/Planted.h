@@ -1,0 +1,3 @@
+#include "compose/StagedAttachment.h"
+#include "hierarchy/ListEntry.h"
+#include "submit/SubmitJobPayload.h"

@@ -1,0 +1,2 @@
+#include "shell/StatusItemBadgeModel.h"
+#include "support/Overloaded.h"

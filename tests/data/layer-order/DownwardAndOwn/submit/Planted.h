@@ -1,0 +1,2 @@
+#include "storage/ExternalStorageProvider.h"
+#include "compose/StagedAttachment.h"

@@ -1,0 +1,2 @@
+#include "recording/FacecamStyle.h"
+#include "auth/AccountLabels.h"

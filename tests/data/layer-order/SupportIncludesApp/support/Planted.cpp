@@ -1,0 +1,3 @@
+#include "support/Overloaded.h"
+
+#include "app/AppState.h"

@@ -1,6 +1,6 @@
 #pragma once
 
-#include "myday/MyDayRowModel.h"
+#include "myday/MyDayQmlTypes.h"
 #include "myday/TasksTabState.h"
 #include "platform/LinkActions.h"
 #include "settings/SettingsStore.h"
@@ -18,7 +18,7 @@ class MyDayViewModel : public QObject {
     Q_OBJECT
     QML_ELEMENT
     QML_UNCREATABLE("The app builds the popover's view models.")
-    Q_PROPERTY(QObject* rows READ rows CONSTANT)
+    Q_PROPERTY(MyDayRowModel* rows READ rows CONSTANT)
     Q_PROPERTY(QString searchText READ searchText WRITE setSearchText NOTIFY searchTextChanged)
     Q_PROPERTY(Content content READ content NOTIFY contentChanged)
     Q_PROPERTY(bool isLoading READ isLoading NOTIFY contentChanged)
@@ -61,7 +61,7 @@ public:
                    QObject* parent = nullptr);
 
     TasksTabState& state() { return m_state; }
-    QObject* rows() { return &m_rows; }
+    MyDayRowModel* rows() { return &m_rows; }
     MyDayRowModel& rowModel() { return m_rows; }
 
     const QString& searchText() const { return m_state.searchText(); }

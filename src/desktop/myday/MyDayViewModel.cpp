@@ -26,12 +26,13 @@ QString assigneeText(const TaskAssigneeFilter& filter) {
                       filter.value);
 }
 
-template <typename T> QStringList labels(const QList<T>& values) {
-    QStringList texts;
-    for (const T value : values) {
-        texts.append(QuickTimes::label(value));
-    }
-    return texts;
+// The quick time of a menu entry: the enums list the entries in the order of QuickTimes' lists.
+QuickTimes::ReminderTime reminderTime(MyDayViewModel::Reminder reminder) {
+    return QuickTimes::reminderTimes.at(static_cast<qsizetype>(reminder));
+}
+
+QuickTimes::DueDateMove dueDateMove(MyDayViewModel::DueDateMove move) {
+    return QuickTimes::dueDateMoves.at(static_cast<qsizetype>(move));
 }
 } // namespace
 
@@ -174,14 +175,6 @@ QStringList MyDayViewModel::workingTaskIDs() const {
     return ids;
 }
 
-QStringList MyDayViewModel::reminderLabels() {
-    return labels(QuickTimes::reminderTimes);
-}
-
-QStringList MyDayViewModel::dueDateMoveLabels() {
-    return labels(QuickTimes::dueDateMoves);
-}
-
 QString MyDayViewModel::remindMeTitle() {
     return QuickTimes::remindMeTitle();
 }
@@ -288,10 +281,17 @@ void MyDayViewModel::complete(const QString& taskID) {
     }
 }
 
-void MyDayViewModel::moveDueDate(const QString& taskID, int move) {
-    const NVTaskSummary* found = task(taskID);
-    if (found && move >= 0 && move < QuickTimes::dueDateMoves.size()) {
-        startTask(this, m_state.moveDueDate(*found, QuickTimes::dueDateMoves.at(move)));
+QString MyDayViewModel::reminderLabel(Reminder reminder) {
+    return QuickTimes::label(reminderTime(reminder));
+}
+
+QString MyDayViewModel::dueDateMoveLabel(DueDateMove move) {
+    return QuickTimes::label(dueDateMove(move));
+}
+
+void MyDayViewModel::moveDueDate(const QString& taskID, DueDateMove move) {
+    if (const NVTaskSummary* found = task(taskID)) {
+        startTask(this, m_state.moveDueDate(*found, dueDateMove(move)));
     }
 }
 
@@ -301,10 +301,9 @@ void MyDayViewModel::updateStatus(const QString& taskID, const QString& status) 
     }
 }
 
-void MyDayViewModel::remind(const QString& taskID, int time) {
-    const NVTaskSummary* found = task(taskID);
-    if (found && time >= 0 && time < QuickTimes::reminderTimes.size()) {
-        m_state.remind(*found, QuickTimes::reminderTimes.at(time));
+void MyDayViewModel::remind(const QString& taskID, Reminder reminder) {
+    if (const NVTaskSummary* found = task(taskID)) {
+        m_state.remind(*found, reminderTime(reminder));
     }
 }
 

@@ -44,9 +44,7 @@ class MyDayViewModel : public QObject {
     Q_PROPERTY(QList<QString> workingTaskIDs READ workingTaskIDs NOTIFY workingChanged)
     // Grows each time statuses of a list arrive, so that statusesOf() is read again.
     Q_PROPERTY(int statusesRevision READ statusesRevision NOTIFY statusesChanged)
-    // The entries of "Remind me" and "Move due date…", in order, and their titles.
-    Q_PROPERTY(QList<QString> reminderLabels READ reminderLabels CONSTANT)
-    Q_PROPERTY(QList<QString> dueDateMoveLabels READ dueDateMoveLabels CONSTANT)
+    // The titles of the "Remind me" and "Move due date…" menus.
     Q_PROPERTY(QString remindMeTitle READ remindMeTitle CONSTANT)
     Q_PROPERTY(QString moveDueDateTitle READ moveDueDateTitle CONSTANT)
 
@@ -54,6 +52,12 @@ public:
     // What stands below the filters.
     enum Content { Rows, Loading, Failed, Empty, NoMatch };
     Q_ENUM(Content)
+    // The entries of a row's "Remind me" menu, in its order.
+    enum class Reminder { In30Minutes, In1Hour, In3Hours, TomorrowMorning };
+    Q_ENUM(Reminder)
+    // The entries of a row's "Move due date…" menu, in its order.
+    enum class DueDateMove { PlusOneHour, ThisEvening, Tomorrow9AM, NextMonday };
+    Q_ENUM(DueDateMove)
 
     // `context` is the rest of the program as the tab needs it (myDayContext); the owner tells
     // state() when the account, the workspace or the current list may have changed (followAppState).
@@ -84,8 +88,6 @@ public:
     int listIndex() const;
     QStringList workingTaskIDs() const;
     int statusesRevision() const { return m_statusesRevision; }
-    static QStringList reminderLabels();
-    static QStringList dueDateMoveLabels();
     static QString remindMeTitle();
     static QString moveDueDateTitle();
 
@@ -114,10 +116,14 @@ public:
     Q_INVOKABLE QVariantList statusesOf(const QString& taskID) const;
     Q_INVOKABLE void loadStatuses(const QString& taskID);
 
+    // The text of a menu entry: "In 30 minutes", …; "+1 hour", ….
+    Q_INVOKABLE static QString reminderLabel(MyDayViewModel::Reminder reminder);
+    Q_INVOKABLE static QString dueDateMoveLabel(MyDayViewModel::DueDateMove move);
+
     Q_INVOKABLE void complete(const QString& taskID);
-    Q_INVOKABLE void moveDueDate(const QString& taskID, int move);
+    Q_INVOKABLE void moveDueDate(const QString& taskID, MyDayViewModel::DueDateMove move);
     Q_INVOKABLE void updateStatus(const QString& taskID, const QString& status);
-    Q_INVOKABLE void remind(const QString& taskID, int time);
+    Q_INVOKABLE void remind(const QString& taskID, MyDayViewModel::Reminder reminder);
     Q_INVOKABLE void copyLink(const QString& taskID);
     Q_INVOKABLE void copyBranchName(const QString& taskID);
     Q_INVOKABLE void openInNorvane(const QString& taskID);

@@ -94,15 +94,15 @@ RowLayout {
             objectName: "remindMenu"
 
             Repeater {
-                model: root.myDay.reminderLabels
+                model: [MyDayViewModel.In30Minutes, MyDayViewModel.In1Hour, MyDayViewModel.In3Hours,
+                    MyDayViewModel.TomorrowMorning]
 
                 PlainMenuItem {
-                    required property int index
-                    required property string modelData
+                    required property int modelData
 
-                    label: modelData
+                    label: root.myDay.reminderLabel(modelData)
                     owner: remindMenu
-                    onTriggered: root.myDay.remind(root.taskID, index)
+                    onTriggered: root.myDay.remind(root.taskID, modelData)
                 }
             }
         }
@@ -178,15 +178,15 @@ RowLayout {
                 title: root.myDay.moveDueDateTitle
 
                 Repeater {
-                    model: root.myDay.dueDateMoveLabels
+                    model: [MyDayViewModel.PlusOneHour, MyDayViewModel.ThisEvening, MyDayViewModel.Tomorrow9AM,
+                        MyDayViewModel.NextMonday]
 
                     PlainMenuItem {
-                        required property int index
-                        required property string modelData
+                        required property int modelData
 
-                        label: modelData
+                        label: root.myDay.dueDateMoveLabel(modelData)
                         owner: moveMenu
-                        onTriggered: root.myDay.moveDueDate(root.taskID, index)
+                        onTriggered: root.myDay.moveDueDate(root.taskID, modelData)
                     }
                 }
             }

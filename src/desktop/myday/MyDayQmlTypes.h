@@ -11,3 +11,9 @@ struct MyDayRowModelForeign {
     QML_NAMED_ELEMENT(MyDayRowModel)
     QML_UNCREATABLE("The Tasks tab's view model fills it.")
 };
+
+struct StatusChoiceForeign {
+    Q_GADGET
+    QML_FOREIGN(StatusChoice)
+    QML_VALUE_TYPE(statusChoice)
+};

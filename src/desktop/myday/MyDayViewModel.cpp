@@ -3,12 +3,10 @@
 #include "async/StartTask.h"
 #include "compose/BranchNameFormatter.h"
 #include "myday/DueDate.h"
-#include "support/NorvaneColor.h"
 #include "support/Overloaded.h"
 
 #include <QDateTime>
 #include <QLocale>
-#include <QVariantMap>
 
 namespace {
 // The fixed entries at the head of the assignee menu, in order.
@@ -44,6 +42,7 @@ MyDayViewModel::MyDayViewModel(MyDayStore& store, TasksTabContext context, LinkA
     , m_links(links)
     , m_settings(settings) {
     m_rows.setRows(m_state.rows());
+    m_rows.setListStatuses(store.statusesByListID());
     connect(&m_state, &TasksTabState::rowsChanged, this, [this] {
         m_rows.setRows(m_state.rows());
         emit filtersChanged();
@@ -65,10 +64,8 @@ MyDayViewModel::MyDayViewModel(MyDayStore& store, TasksTabContext context, LinkA
          {&MyDayStore::isLoadingChanged, &MyDayStore::loadingMessageChanged, &MyDayStore::errorChanged}) {
         connect(&store, changed, this, &MyDayViewModel::contentChanged);
     }
-    connect(&store, &MyDayStore::statusesByListIDChanged, this, [this] {
-        ++m_statusesRevision;
-        emit statusesChanged();
-    });
+    connect(&store, &MyDayStore::statusesByListIDChanged, this,
+            [this] { m_rows.setListStatuses(m_state.store().statusesByListID()); });
 }
 
 MyDayViewModel::Content MyDayViewModel::content() const {
@@ -253,19 +250,6 @@ QString MyDayViewModel::rowDetails(const QString& dueDate, const QString& listNa
         }
     }
     return parts.join(QStringLiteral(" · "));
-}
-
-QVariantList MyDayViewModel::statusesOf(const QString& taskID) const {
-    const NVTaskSummary* found = task(taskID);
-    QVariantList statuses;
-    if (!found || !found->list) {
-        return statuses;
-    }
-    for (const NVStatus& status : m_state.store().statusesByListID().value(found->list->id)) {
-        statuses.append(QVariantMap{{QStringLiteral("name"), status.status},
-                                    {QStringLiteral("color"), NorvaneColor::nameOf(status.color)}});
-    }
-    return statuses;
 }
 
 void MyDayViewModel::loadStatuses(const QString& taskID) {

@@ -7,7 +7,6 @@
 
 #include <QObject>
 #include <QStringList>
-#include <QVariantList>
 #include <QtQml/qqmlregistration.h>
 
 // What the Tasks tab shows and does: the header's refresh, the search, the three filter chips, the
@@ -42,8 +41,6 @@ class MyDayViewModel : public QObject {
     Q_PROPERTY(int listIndex READ listIndex NOTIFY filtersChanged)
     // The ids of the tasks whose row runs an action; their actions are off meanwhile.
     Q_PROPERTY(QList<QString> workingTaskIDs READ workingTaskIDs NOTIFY workingChanged)
-    // Grows each time statuses of a list arrive, so that statusesOf() is read again.
-    Q_PROPERTY(int statusesRevision READ statusesRevision NOTIFY statusesChanged)
     // The titles of the "Remind me" and "Move due date…" menus.
     Q_PROPERTY(QString remindMeTitle READ remindMeTitle CONSTANT)
     Q_PROPERTY(QString moveDueDateTitle READ moveDueDateTitle CONSTANT)
@@ -87,7 +84,6 @@ public:
     QStringList listChoices() const;
     int listIndex() const;
     QStringList workingTaskIDs() const;
-    int statusesRevision() const { return m_statusesRevision; }
     static QString remindMeTitle();
     static QString moveDueDateTitle();
 
@@ -111,9 +107,8 @@ public:
     // The line under a task's name: its due date as the locale writes it, its list and its status,
     // those that it has.
     Q_INVOKABLE QString rowDetails(const QString& dueDate, const QString& listName, const QString& status) const;
-    // The statuses of the task's list as {name, color}; empty until they are known. loadStatuses
-    // asks for them once the row shows.
-    Q_INVOKABLE QVariantList statusesOf(const QString& taskID) const;
+    // Asks for the statuses of the task's list, once the row shows; they come as the row's
+    // listStatuses.
     Q_INVOKABLE void loadStatuses(const QString& taskID);
 
     // The text of a menu entry: "In 30 minutes", …; "+1 hour", ….
@@ -134,7 +129,6 @@ signals:
     void rowErrorChanged();
     void filtersChanged();
     void workingChanged();
-    void statusesChanged();
 
 private:
     // The task of a shown row, or null.
@@ -147,5 +141,4 @@ private:
     const SettingsStore& m_settings;
     MyDayRowModel m_rows;
     bool m_shown = false;
-    int m_statusesRevision = 0;
 };

@@ -10,8 +10,10 @@ import NorvaneBar
 RowLayout {
     id: root
 
-    required property MyDayViewModel myDay
-    required property string taskID
+    // The row it acts for: its task, and the statuses of the task's list as they arrive.
+    required property MyDayRowView row
+    readonly property MyDayViewModel myDay: root.row.myDay
+    readonly property string taskID: root.row.taskID
 
     signal closed
 
@@ -119,23 +121,21 @@ RowLayout {
         Menu {
             id: statusMenu
 
-            readonly property var statuses: root.myDay.statusesRevision >= 0 ? root.myDay.statusesOf(root.taskID) : []
-
             objectName: "statusMenu"
 
             PlainMenuItem {
                 objectName: "loadingStatuses"
-                visible: statusMenu.statuses.length === 0
+                visible: root.row.listStatuses.length === 0
                 height: visible ? implicitHeight : 0
                 enabled: false
                 label: qsTr("Loading statuses…")
             }
 
             Repeater {
-                model: statusMenu.statuses
+                model: root.row.listStatuses
 
                 PlainMenuItem {
-                    required property var modelData
+                    required property statusChoice modelData
 
                     label: modelData.name
                     dotColor: modelData.color

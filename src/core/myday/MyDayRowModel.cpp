@@ -3,6 +3,7 @@
 #include "support/NorvaneColor.h"
 
 #include <QStringList>
+#include <utility>
 
 MyDayRowModel::MyDayRowModel(QObject* parent)
     : QAbstractListModel(parent) {}
@@ -38,6 +39,28 @@ void MyDayRowModel::setRows(const QList<MyDayRow>& rows) {
             emit dataChanged(index(static_cast<int>(row)), index(static_cast<int>(row)));
         }
     }
+}
+
+void MyDayRowModel::setListStatuses(const QHash<QString, QList<NVStatus>>& statusesByListID) {
+    const QHash<QString, QList<NVStatus>> old = std::exchange(m_statusesByListID, statusesByListID);
+    for (qsizetype row = 0; row < m_rows.size(); ++row) {
+        const auto& list = m_rows[row].node.task.list;
+        if (m_rows[row].kind == MyDayRow::Kind::task && list &&
+            old.value(list->id) != statusesByListID.value(list->id)) {
+            const QModelIndex changed = index(static_cast<int>(row));
+            emit dataChanged(changed, changed, {ListStatusesRole});
+        }
+    }
+}
+
+QList<StatusChoice> MyDayRowModel::listStatuses(const MyDayRow& row) const {
+    QList<StatusChoice> choices;
+    if (row.kind == MyDayRow::Kind::task && row.node.task.list) {
+        for (const NVStatus& status : m_statusesByListID.value(row.node.task.list->id)) {
+            choices.append({status.status, NorvaneColor::nameOf(status.color)});
+        }
+    }
+    return choices;
 }
 
 int MyDayRowModel::rowCount(const QModelIndex& parent) const {
@@ -79,6 +102,8 @@ QVariant MyDayRowModel::data(const QModelIndex& index, int role) const {
         return task.url.value_or(QString());
     case DepthRole:
         return row.node.depth;
+    case ListStatusesRole:
+        return QVariant::fromValue(listStatuses(row));
     default:
         return {};
     }
@@ -88,5 +113,5 @@ QHash<int, QByteArray> MyDayRowModel::roleNames() const {
     return {{KindRole, "kind"},       {TitleRole, "title"},       {TaskIDRole, "taskID"},
             {NameRole, "name"},       {StatusRole, "status"},     {StatusColorRole, "statusColor"},
             {DueDateRole, "dueDate"}, {ListNameRole, "listName"}, {AssigneesRole, "assignees"},
-            {URLRole, "url"},         {DepthRole, "depth"}};
+            {URLRole, "url"},         {DepthRole, "depth"},       {ListStatusesRole, "listStatuses"}};
 }

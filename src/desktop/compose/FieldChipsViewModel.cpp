@@ -9,7 +9,6 @@
 #include "support/Overloaded.h"
 
 #include <QCoreApplication>
-#include <QVariantMap>
 #include <algorithm>
 
 namespace {
@@ -123,6 +122,10 @@ bool FieldChipsViewModel::hasContextTags() const {
     return m_context && !m_context->tags().isEmpty();
 }
 
+QList<ChipMenuEntry> FieldChipsViewModel::tagEntries() const {
+    return menuEntries(ComposerFieldItem::defaultField(DefaultField::tags).id());
+}
+
 Chip FieldChipsViewModel::chip(const ComposerFieldItem& item) const {
     const FieldChipTitles::DateContext dates{.now = m_clock()};
     const auto* standard = std::get_if<DefaultField>(&item.field);
@@ -232,17 +235,14 @@ QList<FieldChipsViewModel::Entry> FieldChipsViewModel::entries(const QString& ch
     QList<Entry> result;
     TaskDraft& draft = m_draft;
     if (chipID == ComposerFieldItem::defaultField(DefaultField::status).id()) {
-        result.append({tr("Default status"), false, false, {}, [&draft] { draft.setStatus(std::nullopt); }});
+        result.append({{tr("Default status"), false, false, {}}, [&draft] { draft.setStatus(std::nullopt); }});
         for (const NVStatus& status : m_context ? m_context->statuses() : QList<NVStatus>{}) {
-            result.append({status.status, draft.status() == status.status, true, tint(status.color),
+            result.append({{status.status, draft.status() == status.status, true, tint(status.color)},
                            [&draft, name = status.status] { draft.setStatus(name); }});
         }
     } else if (chipID == ComposerFieldItem::defaultField(DefaultField::assignee).id()) {
         for (const Member& member : m_context ? m_context->members() : QList<Member>{}) {
-            result.append({FieldChipTitles::memberEntry(member),
-                           draft.assignees().contains(member.id),
-                           true,
-                           {},
+            result.append({{FieldChipTitles::memberEntry(member), draft.assignees().contains(member.id), true, {}},
                            [&draft, id = member.id] {
                                QSet<qint64> assignees = draft.assignees();
                                if (!assignees.remove(id)) {
@@ -251,24 +251,25 @@ QList<FieldChipsViewModel::Entry> FieldChipsViewModel::entries(const QString& ch
                                draft.setAssignees(assignees);
                            }});
         }
-        result.append({tr("Clear assignees"), false, false, {}, [&draft] { draft.setAssignees({}); }});
+        result.append({{tr("Clear assignees"), false, false, {}}, [&draft] { draft.setAssignees({}); }});
     } else if (chipID == ComposerFieldItem::defaultField(DefaultField::priority).id()) {
         for (const Priority& priority : Priorities::all()) {
-            result.append({priority.name, draft.priority() == priority.value, true, priority.color.name(),
+            result.append({{priority.name, draft.priority() == priority.value, true, priority.color.name()},
                            [&draft, value = priority.value] { draft.setPriority(value); }});
         }
         if (draft.priority()) {
-            result.append({tr("No priority"), false, false, {}, [&draft] { draft.setPriority(std::nullopt); }});
+            result.append({{tr("No priority"), false, false, {}}, [&draft] { draft.setPriority(std::nullopt); }});
         }
     } else if (chipID == ComposerFieldItem::defaultField(DefaultField::tags).id()) {
         for (const NVTag& tag : m_context ? m_context->tags() : QList<NVTag>{}) {
-            result.append({tag.name, draft.tags().contains(tag.name), true, tint(tag.tagBg), [&draft, name = tag.name] {
-                               QSet<QString> tags = draft.tags();
-                               if (!tags.remove(name)) {
-                                   tags.insert(name);
-                               }
-                               draft.setTags(tags);
-                           }});
+            result.append(
+                {{tag.name, draft.tags().contains(tag.name), true, tint(tag.tagBg)}, [&draft, name = tag.name] {
+                     QSet<QString> tags = draft.tags();
+                     if (!tags.remove(name)) {
+                         tags.insert(name);
+                     }
+                     draft.setTags(tags);
+                 }});
         }
     } else if (const std::optional<CustomField> field = customField(chipID)) {
         result = customEntries(*field);
@@ -287,7 +288,7 @@ QList<FieldChipsViewModel::Entry> FieldChipsViewModel::customEntries(const Custo
         const auto* chosen = std::get_if<CustomValue::Option>(&current);
         for (const Option& option : optionsOf(field)) {
             result.append(
-                {FieldChipTitles::optionName(option), chosen && chosen->id == option.id, true, tint(option.color),
+                {{FieldChipTitles::optionName(option), chosen && chosen->id == option.id, true, tint(option.color)},
                  [&app, id = field.id, option = option.id] { app.setCustomValue(CustomValue::option(option), id); }});
         }
     } else if (field.type == u"labels") {
@@ -295,7 +296,7 @@ QList<FieldChipsViewModel::Entry> FieldChipsViewModel::customEntries(const Custo
         const auto* labels = std::get_if<CustomValue::Labels>(&current);
         const QSet<QString> chosen = labels ? labels->ids : QSet<QString>{};
         for (const Option& option : optionsOf(field)) {
-            result.append({FieldChipTitles::optionName(option), chosen.contains(option.id), true, tint(option.color),
+            result.append({{FieldChipTitles::optionName(option), chosen.contains(option.id), true, tint(option.color)},
                            [&app, chosen, id = field.id, option = option.id] {
                                QSet<QString> ids = chosen;
                                if (!ids.remove(option)) {
@@ -307,17 +308,15 @@ QList<FieldChipsViewModel::Entry> FieldChipsViewModel::customEntries(const Custo
     } else {
         return result;
     }
-    result.append({tr("Clear"), false, false, {}, [&app, cleared, id = field.id] { app.setCustomValue(cleared, id); }});
+    result.append(
+        {{tr("Clear"), false, false, {}}, [&app, cleared, id = field.id] { app.setCustomValue(cleared, id); }});
     return result;
 }
 
-QVariantList FieldChipsViewModel::menuEntries(const QString& chipID) const {
-    QVariantList result;
+QList<ChipMenuEntry> FieldChipsViewModel::menuEntries(const QString& chipID) const {
+    QList<ChipMenuEntry> result;
     for (const Entry& entry : entries(chipID)) {
-        result.append(QVariantMap{{QStringLiteral("label"), entry.label},
-                                  {QStringLiteral("checked"), entry.checked},
-                                  {QStringLiteral("checkable"), entry.checkable},
-                                  {QStringLiteral("tint"), entry.tint}});
+        result.append(entry.shown);
     }
     return result;
 }

@@ -1,13 +1,13 @@
 #pragma once
 
 #include "app/AppState.h"
+#include "compose/ChipMenuEntry.h"
 #include "compose/ComposerFieldItem.h"
 #include "compose/DueDateViewModel.h"
 #include "compose/FieldChipListModel.h"
 
 #include <QObject>
 #include <QPointer>
-#include <QVariantList>
 #include <QtQml/qqmlregistration.h>
 #include <functional>
 
@@ -26,6 +26,8 @@ class FieldChipsViewModel : public QObject {
     Q_PROPERTY(bool showCustomFields READ showCustomFields WRITE setShowCustomFields NOTIFY showCustomFieldsChanged)
     // Whether the list's space has tags to choose from.
     Q_PROPERTY(bool hasContextTags READ hasContextTags NOTIFY chipsChanged)
+    // The tags popover's list: the space's tags, the chosen ones checked.
+    Q_PROPERTY(QList<ChipMenuEntry> tagEntries READ tagEntries NOTIFY chipsChanged)
     Q_PROPERTY(DueDateViewModel* dueDate READ dueDate CONSTANT)
 
 public:
@@ -37,11 +39,11 @@ public:
     bool showCustomFields() const { return m_showCustomFields; }
     void setShowCustomFields(bool show);
     bool hasContextTags() const;
+    QList<ChipMenuEntry> tagEntries() const;
     DueDateViewModel* dueDate() { return &m_dueDate; }
 
-    // The entries of a chip's menu, or of the tags popover's list: each a map of "label", "checked",
-    // "checkable" and "tint" ("#rrggbb" or empty).
-    Q_INVOKABLE QVariantList menuEntries(const QString& chipID) const;
+    // The entries of a chip's menu, or of the tags popover's list, as they are now.
+    Q_INVOKABLE QList<ChipMenuEntry> menuEntries(const QString& chipID) const;
     // Does what the entry at that position of menuEntries(chipID) says.
     Q_INVOKABLE void chooseEntry(const QString& chipID, int index);
     Q_INVOKABLE void toggleCheckbox(const QString& chipID);
@@ -63,10 +65,7 @@ signals:
 
 private:
     struct Entry {
-        QString label;
-        bool checked = false;
-        bool checkable = true;
-        QString tint;
+        ChipMenuEntry shown;
         std::function<void()> choose;
     };
 

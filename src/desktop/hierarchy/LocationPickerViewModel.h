@@ -1,7 +1,7 @@
 #pragma once
 
+#include "hierarchy/HierarchyQmlTypes.h"
 #include "hierarchy/LocationPickerModel.h"
-#include "hierarchy/LocationRowModel.h"
 
 #include <QObject>
 #include <QStringList>
@@ -19,7 +19,7 @@ class LocationPickerViewModel : public QObject {
     Q_PROPERTY(QString locationTitle READ locationTitle NOTIFY selectedListIDChanged)
     // The list marked with a check mark; empty for none.
     Q_PROPERTY(QString selectedListID READ selectedListID WRITE setSelectedListID NOTIFY selectedListIDChanged)
-    Q_PROPERTY(QObject* rows READ rows CONSTANT)
+    Q_PROPERTY(LocationRowModel* rows READ rows CONSTANT)
     Q_PROPERTY(QString searchText READ searchText WRITE setSearchText NOTIFY searchTextChanged)
     Q_PROPERTY(QStringList workspaceNames READ workspaceNames NOTIFY workspacesChanged)
     // The shown workspace's position among them, or -1.
@@ -50,7 +50,7 @@ public:
     QString locationTitle() const;
     QString selectedListID() const;
     void setSelectedListID(const QString& listID);
-    QObject* rows() { return &m_rows; }
+    LocationRowModel* rows() { return &m_rows; }
     const QString& searchText() const { return m_model.searchText(); }
     void setSearchText(const QString& text) { m_model.setSearchText(text); }
     QStringList workspaceNames() const;

@@ -3,12 +3,10 @@
 #include "async/StartTask.h"
 #include "compose/BranchNameFormatter.h"
 #include "myday/DueDate.h"
-#include "support/NorvaneColor.h"
 #include "support/Overloaded.h"
 
 #include <QDateTime>
 #include <QLocale>
-#include <QVariantMap>
 
 namespace {
 // The fixed entries at the head of the assignee menu, in order.
@@ -26,12 +24,13 @@ QString assigneeText(const TaskAssigneeFilter& filter) {
                       filter.value);
 }
 
-template <typename T> QStringList labels(const QList<T>& values) {
-    QStringList texts;
-    for (const T value : values) {
-        texts.append(QuickTimes::label(value));
-    }
-    return texts;
+// The quick time of a menu entry: the enums list the entries in the order of QuickTimes' lists.
+QuickTimes::ReminderTime reminderTime(MyDayViewModel::Reminder reminder) {
+    return QuickTimes::reminderTimes.at(static_cast<qsizetype>(reminder));
+}
+
+QuickTimes::DueDateMove dueDateMove(MyDayViewModel::DueDateMove move) {
+    return QuickTimes::dueDateMoves.at(static_cast<qsizetype>(move));
 }
 } // namespace
 
@@ -43,6 +42,7 @@ MyDayViewModel::MyDayViewModel(MyDayStore& store, TasksTabContext context, LinkA
     , m_links(links)
     , m_settings(settings) {
     m_rows.setRows(m_state.rows());
+    m_rows.setListStatuses(store.statusesByListID());
     connect(&m_state, &TasksTabState::rowsChanged, this, [this] {
         m_rows.setRows(m_state.rows());
         emit filtersChanged();
@@ -64,10 +64,8 @@ MyDayViewModel::MyDayViewModel(MyDayStore& store, TasksTabContext context, LinkA
          {&MyDayStore::isLoadingChanged, &MyDayStore::loadingMessageChanged, &MyDayStore::errorChanged}) {
         connect(&store, changed, this, &MyDayViewModel::contentChanged);
     }
-    connect(&store, &MyDayStore::statusesByListIDChanged, this, [this] {
-        ++m_statusesRevision;
-        emit statusesChanged();
-    });
+    connect(&store, &MyDayStore::statusesByListIDChanged, this,
+            [this] { m_rows.setListStatuses(m_state.store().statusesByListID()); });
 }
 
 MyDayViewModel::Content MyDayViewModel::content() const {
@@ -174,14 +172,6 @@ QStringList MyDayViewModel::workingTaskIDs() const {
     return ids;
 }
 
-QStringList MyDayViewModel::reminderLabels() {
-    return labels(QuickTimes::reminderTimes);
-}
-
-QStringList MyDayViewModel::dueDateMoveLabels() {
-    return labels(QuickTimes::dueDateMoves);
-}
-
 QString MyDayViewModel::remindMeTitle() {
     return QuickTimes::remindMeTitle();
 }
@@ -262,19 +252,6 @@ QString MyDayViewModel::rowDetails(const QString& dueDate, const QString& listNa
     return parts.join(QStringLiteral(" · "));
 }
 
-QVariantList MyDayViewModel::statusesOf(const QString& taskID) const {
-    const NVTaskSummary* found = task(taskID);
-    QVariantList statuses;
-    if (!found || !found->list) {
-        return statuses;
-    }
-    for (const NVStatus& status : m_state.store().statusesByListID().value(found->list->id)) {
-        statuses.append(QVariantMap{{QStringLiteral("name"), status.status},
-                                    {QStringLiteral("color"), NorvaneColor::nameOf(status.color)}});
-    }
-    return statuses;
-}
-
 void MyDayViewModel::loadStatuses(const QString& taskID) {
     const NVTaskSummary* found = task(taskID);
     if (found && found->list) {
@@ -288,10 +265,17 @@ void MyDayViewModel::complete(const QString& taskID) {
     }
 }
 
-void MyDayViewModel::moveDueDate(const QString& taskID, int move) {
-    const NVTaskSummary* found = task(taskID);
-    if (found && move >= 0 && move < QuickTimes::dueDateMoves.size()) {
-        startTask(this, m_state.moveDueDate(*found, QuickTimes::dueDateMoves.at(move)));
+QString MyDayViewModel::reminderLabel(Reminder reminder) {
+    return QuickTimes::label(reminderTime(reminder));
+}
+
+QString MyDayViewModel::dueDateMoveLabel(DueDateMove move) {
+    return QuickTimes::label(dueDateMove(move));
+}
+
+void MyDayViewModel::moveDueDate(const QString& taskID, DueDateMove move) {
+    if (const NVTaskSummary* found = task(taskID)) {
+        startTask(this, m_state.moveDueDate(*found, dueDateMove(move)));
     }
 }
 
@@ -301,10 +285,9 @@ void MyDayViewModel::updateStatus(const QString& taskID, const QString& status) 
     }
 }
 
-void MyDayViewModel::remind(const QString& taskID, int time) {
-    const NVTaskSummary* found = task(taskID);
-    if (found && time >= 0 && time < QuickTimes::reminderTimes.size()) {
-        m_state.remind(*found, QuickTimes::reminderTimes.at(time));
+void MyDayViewModel::remind(const QString& taskID, Reminder reminder) {
+    if (const NVTaskSummary* found = task(taskID)) {
+        m_state.remind(*found, reminderTime(reminder));
     }
 }
 

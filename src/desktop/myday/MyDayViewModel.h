@@ -1,13 +1,12 @@
 #pragma once
 
-#include "myday/MyDayRowModel.h"
+#include "myday/MyDayQmlTypes.h"
 #include "myday/TasksTabState.h"
 #include "platform/LinkActions.h"
 #include "settings/SettingsStore.h"
 
 #include <QObject>
 #include <QStringList>
-#include <QVariantList>
 #include <QtQml/qqmlregistration.h>
 
 // What the Tasks tab shows and does: the header's refresh, the search, the three filter chips, the
@@ -18,7 +17,7 @@ class MyDayViewModel : public QObject {
     Q_OBJECT
     QML_ELEMENT
     QML_UNCREATABLE("The app builds the popover's view models.")
-    Q_PROPERTY(QObject* rows READ rows CONSTANT)
+    Q_PROPERTY(MyDayRowModel* rows READ rows CONSTANT)
     Q_PROPERTY(QString searchText READ searchText WRITE setSearchText NOTIFY searchTextChanged)
     Q_PROPERTY(Content content READ content NOTIFY contentChanged)
     Q_PROPERTY(bool isLoading READ isLoading NOTIFY contentChanged)
@@ -42,11 +41,7 @@ class MyDayViewModel : public QObject {
     Q_PROPERTY(int listIndex READ listIndex NOTIFY filtersChanged)
     // The ids of the tasks whose row runs an action; their actions are off meanwhile.
     Q_PROPERTY(QList<QString> workingTaskIDs READ workingTaskIDs NOTIFY workingChanged)
-    // Grows each time statuses of a list arrive, so that statusesOf() is read again.
-    Q_PROPERTY(int statusesRevision READ statusesRevision NOTIFY statusesChanged)
-    // The entries of "Remind me" and "Move due date…", in order, and their titles.
-    Q_PROPERTY(QList<QString> reminderLabels READ reminderLabels CONSTANT)
-    Q_PROPERTY(QList<QString> dueDateMoveLabels READ dueDateMoveLabels CONSTANT)
+    // The titles of the "Remind me" and "Move due date…" menus.
     Q_PROPERTY(QString remindMeTitle READ remindMeTitle CONSTANT)
     Q_PROPERTY(QString moveDueDateTitle READ moveDueDateTitle CONSTANT)
 
@@ -54,6 +49,12 @@ public:
     // What stands below the filters.
     enum Content { Rows, Loading, Failed, Empty, NoMatch };
     Q_ENUM(Content)
+    // The entries of a row's "Remind me" menu, in its order.
+    enum class Reminder { In30Minutes, In1Hour, In3Hours, TomorrowMorning };
+    Q_ENUM(Reminder)
+    // The entries of a row's "Move due date…" menu, in its order.
+    enum class DueDateMove { PlusOneHour, ThisEvening, Tomorrow9AM, NextMonday };
+    Q_ENUM(DueDateMove)
 
     // `context` is the rest of the program as the tab needs it (myDayContext); the owner tells
     // state() when the account, the workspace or the current list may have changed (followAppState).
@@ -61,7 +62,7 @@ public:
                    QObject* parent = nullptr);
 
     TasksTabState& state() { return m_state; }
-    QObject* rows() { return &m_rows; }
+    MyDayRowModel* rows() { return &m_rows; }
     MyDayRowModel& rowModel() { return m_rows; }
 
     const QString& searchText() const { return m_state.searchText(); }
@@ -83,9 +84,6 @@ public:
     QStringList listChoices() const;
     int listIndex() const;
     QStringList workingTaskIDs() const;
-    int statusesRevision() const { return m_statusesRevision; }
-    static QStringList reminderLabels();
-    static QStringList dueDateMoveLabels();
     static QString remindMeTitle();
     static QString moveDueDateTitle();
 
@@ -109,15 +107,18 @@ public:
     // The line under a task's name: its due date as the locale writes it, its list and its status,
     // those that it has.
     Q_INVOKABLE QString rowDetails(const QString& dueDate, const QString& listName, const QString& status) const;
-    // The statuses of the task's list as {name, color}; empty until they are known. loadStatuses
-    // asks for them once the row shows.
-    Q_INVOKABLE QVariantList statusesOf(const QString& taskID) const;
+    // Asks for the statuses of the task's list, once the row shows; they come as the row's
+    // listStatuses.
     Q_INVOKABLE void loadStatuses(const QString& taskID);
 
+    // The text of a menu entry: "In 30 minutes", …; "+1 hour", ….
+    Q_INVOKABLE static QString reminderLabel(MyDayViewModel::Reminder reminder);
+    Q_INVOKABLE static QString dueDateMoveLabel(MyDayViewModel::DueDateMove move);
+
     Q_INVOKABLE void complete(const QString& taskID);
-    Q_INVOKABLE void moveDueDate(const QString& taskID, int move);
+    Q_INVOKABLE void moveDueDate(const QString& taskID, MyDayViewModel::DueDateMove move);
     Q_INVOKABLE void updateStatus(const QString& taskID, const QString& status);
-    Q_INVOKABLE void remind(const QString& taskID, int time);
+    Q_INVOKABLE void remind(const QString& taskID, MyDayViewModel::Reminder reminder);
     Q_INVOKABLE void copyLink(const QString& taskID);
     Q_INVOKABLE void copyBranchName(const QString& taskID);
     Q_INVOKABLE void openInNorvane(const QString& taskID);
@@ -128,7 +129,6 @@ signals:
     void rowErrorChanged();
     void filtersChanged();
     void workingChanged();
-    void statusesChanged();
 
 private:
     // The task of a shown row, or null.
@@ -141,5 +141,4 @@ private:
     const SettingsStore& m_settings;
     MyDayRowModel m_rows;
     bool m_shown = false;
-    int m_statusesRevision = 0;
 };

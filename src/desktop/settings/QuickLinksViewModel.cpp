@@ -2,8 +2,6 @@
 
 #include "settings/QuickLinks.h"
 
-#include <QVariantMap>
-
 QuickLinksViewModel::QuickLinksViewModel(SettingsStore& settings, const ServiceAddresses& addresses, QObject* parent)
     : QObject(parent)
     , m_settings(settings)
@@ -19,12 +17,10 @@ QuickLinksViewModel::QuickLinksViewModel(SettingsStore& settings, const ServiceA
     });
 }
 
-QVariantList QuickLinksViewModel::links() const {
-    QVariantList links;
+QList<QuickLink> QuickLinksViewModel::links() const {
+    QList<QuickLink> links;
     for (const Bookmark& bookmark : m_shown) {
-        links.append(QVariantMap{{QStringLiteral("id"), bookmark.id.toString(QUuid::WithoutBraces)},
-                                 {QStringLiteral("name"), bookmark.name},
-                                 {QStringLiteral("urlString"), bookmark.urlString}});
+        links.append({bookmark.id.toString(QUuid::WithoutBraces), bookmark.name, bookmark.urlString});
     }
     return links;
 }

@@ -1,10 +1,11 @@
 #pragma once
 
 #include "app/ServiceAddresses.h"
+#include "settings/QuickLink.h"
 #include "settings/SettingsStore.h"
 
+#include <QList>
 #include <QObject>
-#include <QVariantList>
 #include <QtQml/qqmlregistration.h>
 
 // The "Quick Links" section: the bookmarks of the tray menu, each removable, and the fields of a new
@@ -13,8 +14,8 @@ class QuickLinksViewModel : public QObject {
     Q_OBJECT
     QML_ELEMENT
     QML_UNCREATABLE("The settings window builds its view models.")
-    // Each link as {id, name, urlString}, in stored order.
-    Q_PROPERTY(QVariantList links READ links NOTIFY linksChanged)
+    // The links in stored order.
+    Q_PROPERTY(QList<QuickLink> links READ links NOTIFY linksChanged)
     Q_PROPERTY(QString newName READ newName WRITE setNewName NOTIFY newLinkChanged)
     Q_PROPERTY(QString newURL READ newURL WRITE setNewURL NOTIFY newLinkChanged)
     Q_PROPERTY(bool canAdd READ canAdd NOTIFY newLinkChanged)
@@ -23,7 +24,7 @@ class QuickLinksViewModel : public QObject {
 public:
     QuickLinksViewModel(SettingsStore& settings, const ServiceAddresses& addresses, QObject* parent = nullptr);
 
-    QVariantList links() const;
+    QList<QuickLink> links() const;
     const QString& newName() const { return m_newName; }
     void setNewName(const QString& name);
     const QString& newURL() const { return m_newURL; }

@@ -16,7 +16,7 @@ class TemplateSettingsViewModel : public QObject {
     Q_OBJECT
     QML_ELEMENT
     QML_UNCREATABLE("The settings window builds its view models.")
-    Q_PROPERTY(QObject* rows READ rows CONSTANT)
+    Q_PROPERTY(TemplateListModel* rows READ rows CONSTANT)
     Q_PROPERTY(bool isEmpty READ isEmpty NOTIFY isEmptyChanged)
     Q_PROPERTY(LocationPickerViewModel* picker READ picker CONSTANT)
     // Whether the sheet is open, and what it starts with when it opens.
@@ -33,7 +33,7 @@ public:
                               QObject* parent = nullptr);
 
     TemplateListModel& templates() { return m_rows; }
-    QObject* rows() { return &m_rows; }
+    TemplateListModel* rows() { return &m_rows; }
     bool isEmpty() const { return m_rows.rowCount() == 0; }
     LocationPickerViewModel* picker() { return &m_picker; }
     bool isEditing() const { return m_editing.has_value(); }

@@ -68,9 +68,9 @@ class ComposerRoadTest : public QObject {
         if (!QTest::qWaitFor([&] { return (menu = target->findChild<QObject*>(QStringLiteral("chipMenu"))); })) {
             return false;
         }
-        const QVariantList entries = chips().menuEntries(chipID);
+        const QList<ChipMenuEntry> entries = chips().menuEntries(chipID);
         for (int index = 0; index < entries.size(); ++index) {
-            if (entries.at(index).toMap().value(QStringLiteral("label")) == label) {
+            if (entries.at(index).label == label) {
                 return keys().chooseInMenu(menu, index);
             }
         }

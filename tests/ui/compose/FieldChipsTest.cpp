@@ -134,6 +134,35 @@ private slots:
         QCOMPARE(draft().status(), std::nullopt);
     }
 
+    void eachEntryOfAChipsMenuShowsItsLabelTintAndCheckMark() {
+        chooseFromMenu(QStringLiteral("default-status"), 3);
+        QQuickItem* target = chip(QStringLiteral("default-status"));
+        QVERIFY(tabToChip(target));
+        key(Qt::Key_Space);
+        QPointer<QObject> menu;
+        QTRY_VERIFY((menu = target->findChild<QObject*>(QStringLiteral("chipMenu"))));
+        QVERIFY(KeyboardDriver::waitForMenu(menu));
+        const QList<ChipMenuEntry> entries = chips().menuEntries(QStringLiteral("default-status"));
+        QVERIFY(entries.size() > 3);
+        QCOMPARE(entries.first().label, QStringLiteral("Default status"));
+        QVERIFY(!entries.first().checkable);
+        QCOMPARE(entries.at(2).label, QStringLiteral("in progress"));
+        QVERIFY(entries.at(2).checked);
+        QCOMPARE(entries.at(2).tint, QStringLiteral("#4194f6"));
+        QCOMPARE(menu->property("count").toInt(), entries.size());
+        for (int index = 0; index < entries.size(); ++index) {
+            QQuickItem* shown = nullptr;
+            QMetaObject::invokeMethod(menu, "itemAt", Q_RETURN_ARG(QQuickItem*, shown), Q_ARG(int, index));
+            QVERIFY(shown);
+            QCOMPARE(shown->property("label").toString(), entries.at(index).label);
+            QCOMPARE(shown->property("dotColor").toString(), entries.at(index).tint);
+            QCOMPARE(shown->property("checkable").toBool(), entries.at(index).checkable);
+            QCOMPARE(shown->property("checked").toBool(), entries.at(index).checked);
+        }
+        key(Qt::Key_Escape);
+        QTRY_VERIFY(!menu);
+    }
+
     void aPaleStatusTintsTheSymbolAndLeavesTheTextInThePalettesColour() {
         chooseFromMenu(QStringLiteral("default-status"), 2);
         QCOMPARE(draft().status(), QStringLiteral("to do"));

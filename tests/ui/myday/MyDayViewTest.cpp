@@ -7,6 +7,7 @@
 #include "TestMain.h"
 
 #include <QJsonArray>
+#include <QJsonObject>
 #include <QQuickItem>
 #include <QTest>
 #include <QUrlQuery>
@@ -110,6 +111,34 @@ class MyDayViewTest : public QObject {
     const NVTaskSummary* taskOf(const QString& taskID) {
         const int row = rowOf(taskID);
         return row >= 0 ? &rows()[row].node.task : nullptr;
+    }
+
+    // The statuses of the task's list as its row hands them to the view; empty until known.
+    QList<StatusChoice> statusesOf(const QString& taskID) {
+        const MyDayRowModel& model = myDay().rowModel();
+        return model.data(model.index(rowOf(taskID)), MyDayRowModel::ListStatusesRole).value<QList<StatusChoice>>();
+    }
+
+    // The labels of a menu's entries, in order.
+    static QStringList entryLabels(QObject* menu) {
+        QStringList labels;
+        for (int index = 0; index < menu->property("count").toInt(); ++index) {
+            QQuickItem* entry = nullptr;
+            QMetaObject::invokeMethod(menu, "itemAt", Q_RETURN_ARG(QQuickItem*, entry), Q_ARG(int, index));
+            labels.append(entry ? entry->property("label").toString() : QString());
+        }
+        return labels;
+    }
+
+    // What the first request that changed the task sent; empty while there is none.
+    QJsonObject sentChange(const QString& taskID) {
+        for (const QJsonValue& request : m_sandbox.requests()) {
+            if (request[QStringLiteral("method")] == QStringLiteral("PUT") &&
+                request[QStringLiteral("path")] == QStringLiteral("/api/v2/task/") + taskID) {
+                return request[QStringLiteral("json")].toObject();
+            }
+        }
+        return {};
     }
 
     // The search answers with no tasks, however often it is asked.
@@ -336,12 +365,31 @@ private slots:
         waitForRows();
         openFirstRowByKeyboard();
         const QString taskID = rows().at(myDay().nextTaskRow(-1, 1)).node.task.id;
-        QTRY_VERIFY(!myDay().statusesOf(taskID).isEmpty());
+        QTRY_VERIFY(!statusesOf(taskID).isEmpty());
         click(QStringLiteral("changeStatus"));
         QTRY_VERIFY(item(QStringLiteral("loadingStatuses")));
         QVERIFY(!item(QStringLiteral("loadingStatuses"))->isVisible());
-        const QString first = myDay().statusesOf(taskID).first().toMap().value(QStringLiteral("name")).toString();
+        const QString first = statusesOf(taskID).first().name;
         QVERIFY(QuickItems::accessibleNames(popover().contentItem()).contains(first));
+    }
+
+    void statusesThatArriveWhileTheActionsAreOpenFillTheStatusMenu() {
+        // The lists' statuses wait for the test, however often the rows ask.
+        SandboxFault held = SandboxFault::hold(QStringLiteral("/api/v2/list/*")).forMethod(QStringLiteral("GET"));
+        held.times = -1;
+        QVERIFY(m_sandbox.addFault(held));
+        showTasksTab();
+        waitForRows();
+        openFirstRowByKeyboard();
+        const QString taskID = rows().at(myDay().nextTaskRow(-1, 1)).node.task.id;
+        click(QStringLiteral("changeStatus"));
+        QTRY_VERIFY(item(QStringLiteral("loadingStatuses")) && item(QStringLiteral("loadingStatuses"))->isVisible());
+        QVERIFY(statusesOf(taskID).isEmpty());
+        QVERIFY(m_sandbox.releaseHeld());
+        QTRY_VERIFY(!statusesOf(taskID).isEmpty());
+        QTRY_VERIFY(!item(QStringLiteral("loadingStatuses"))->isVisible());
+        const QString first = statusesOf(taskID).first().name;
+        QTRY_VERIFY(QuickItems::accessibleNames(popover().contentItem()).contains(first));
     }
 
     void aReusedRowAsksForTheStatusesOfItsTask() {
@@ -402,7 +450,7 @@ private slots:
         QVERIFY(reused);
         QVERIFY2(!asked().contains(task.list->id), "no item was made for a task of its list on the way back");
         QVERIFY(madeFor.contains(reused) && madeFor.value(reused) != task.id);
-        QTRY_VERIFY(!myDay().statusesOf(task.id).isEmpty());
+        QTRY_VERIFY(!statusesOf(task.id).isEmpty());
 
         // Its status menu lists them.
         click(reused);
@@ -411,8 +459,55 @@ private slots:
         QVERIFY(menu);
         QTRY_VERIFY(menu->property("opened").toBool());
         QVERIFY(!item(QStringLiteral("loadingStatuses"))->isVisible());
-        const QString first = myDay().statusesOf(task.id).first().toMap().value(QStringLiteral("name")).toString();
+        const QString first = statusesOf(task.id).first().name;
         QVERIFY(QuickItems::accessibleNames(popover().contentItem()).contains(first));
+    }
+
+    void remindMeOffersItsTimesAndKeepsAReminderAtTheOneChosen() {
+        showTasksTab();
+        waitForRows();
+        openFirstRowByKeyboard();
+        const NVTaskSummary task = rows().at(myDay().nextTaskRow(-1, 1)).node.task;
+        click(QStringLiteral("remindMe"));
+        QObject* menu = item(QStringLiteral("remindMe"))->findChild<QObject*>(QStringLiteral("remindMenu"));
+        QVERIFY(KeyboardDriver::waitForMenu(menu, 3));
+        QCOMPARE(entryLabels(menu), (QStringList{QStringLiteral("In 30 minutes"), QStringLiteral("In 1 hour"),
+                                                 QStringLiteral("In 3 hours"), QStringLiteral("Tomorrow morning")}));
+        const QDateTime before = QDateTime::currentDateTimeUtc();
+        QVERIFY(KeyboardDriver(popover()).chooseInMenu(menu, 1));
+        const QDateTime after = QDateTime::currentDateTimeUtc();
+        const ReminderSchedule& reminders = m_fixture->app->notifications().reminders();
+        QTRY_COMPARE(reminders.reminders().size(), 1);
+        const Reminder reminder = reminders.reminders().first();
+        QCOMPARE(reminder.taskName, task.name);
+        QVERIFY2(reminder.fireDate >= before.addSecs(3600) && reminder.fireDate <= after.addSecs(3600),
+                 qPrintable(reminder.fireDate.toString(Qt::ISODateWithMs)));
+    }
+
+    void moveDueDateOffersItsMovesAndSendsTheOneChosen() {
+        showTasksTab();
+        waitForRows();
+        openFirstRowByKeyboard();
+        const QString taskID = rows().at(myDay().nextTaskRow(-1, 1)).node.task.id;
+        QVERIFY(m_sandbox.clearRequests());
+        click(QStringLiteral("moreActions"));
+        QObject* more = item(QStringLiteral("moreActions"))->findChild<QObject*>(QStringLiteral("moreMenu"));
+        QVERIFY(KeyboardDriver::waitForMenu(more, 2));
+        // Down to "Move due date…", whose entries Right opens.
+        for (int presses = 0; presses < 5 && more->property("currentIndex").toInt() != 1; ++presses) {
+            key(Qt::Key_Down);
+        }
+        QCOMPARE(more->property("currentIndex").toInt(), 1);
+        key(Qt::Key_Right);
+        QObject* menu = more->findChild<QObject*>(QStringLiteral("moveDueDateMenu"));
+        QVERIFY(KeyboardDriver::waitForMenu(menu, 3));
+        QCOMPARE(entryLabels(menu), (QStringList{QStringLiteral("+1 hour"), QStringLiteral("This evening"),
+                                                 QStringLiteral("Tomorrow 9 AM"), QStringLiteral("Next Monday")}));
+        const QDateTime expected =
+            QuickTimes::dueDate(QuickTimes::DueDateMove::tomorrow9AM, QDateTime::currentDateTime());
+        QVERIFY(KeyboardDriver(popover()).chooseInMenu(menu, 2));
+        QTRY_VERIFY_WITH_TIMEOUT(!sentChange(taskID).isEmpty(), 10000);
+        QCOMPARE(sentChange(taskID).value(QStringLiteral("due_date")).toInteger(), expected.toMSecsSinceEpoch());
     }
 
     void markCompleteRemovesTheRowAndTellsTheService() {

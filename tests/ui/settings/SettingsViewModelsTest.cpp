@@ -305,9 +305,9 @@ private slots:
         QCOMPARE(stored[0][QStringLiteral("name")].toString(), QStringLiteral("Sprint board"));
         QCOMPARE(stored[0][QStringLiteral("urlString")].toString(), QStringLiteral("https://example.com/board"));
         QCOMPARE(links.links().size(), 1);
-        QCOMPARE(links.links()[0].toMap().value(QStringLiteral("name")).toString(), QStringLiteral("Sprint board"));
+        QCOMPARE(links.links()[0].name, QStringLiteral("Sprint board"));
 
-        links.remove(links.links()[0].toMap().value(QStringLiteral("id")).toString());
+        links.remove(links.links()[0].id);
         QVERIFY(settingsFile().value(QStringLiteral("bookmarks")).toArray().isEmpty());
         QVERIFY(links.links().isEmpty());
         QCOMPARE(listed.count(), 2);

@@ -16,6 +16,17 @@ QList<MyDayRow> rows(const QStringList& items) {
     }
     return rows;
 }
+
+// A task row in the list of that id.
+MyDayRow inList(const QString& id, const QString& listID) {
+    NVTaskSummary listed = task(id);
+    listed.list = NVTaskSummary::ListRef{listID, std::nullopt};
+    return MyDayRow::task({listed, 0});
+}
+
+QList<StatusChoice> listStatuses(const MyDayRowModel& model, int row) {
+    return model.data(model.index(row), MyDayRowModel::ListStatusesRole).value<QList<StatusChoice>>();
+}
 } // namespace
 
 class MyDayRowModelTest : public QObject {
@@ -84,6 +95,38 @@ private slots:
         QCOMPARE(colourOf(QStringLiteral("red")), QString());
         QCOMPARE(colourOf(QString()), QString());
         QCOMPARE(colourOf(std::nullopt), QString());
+    }
+
+    void theStatusesOfAListReachItsRowsAloneAsTheyArrive() {
+        MyDayRowModel model;
+        model.setRows({MyDayRow::section(QStringLiteral("Later")), inList(QStringLiteral("a"), QStringLiteral("L1")),
+                       inList(QStringLiteral("b"), QStringLiteral("L2")),
+                       inList(QStringLiteral("c"), QStringLiteral("L1"))});
+        QVERIFY(model.roleNames().values().contains("listStatuses"));
+        QCOMPARE(listStatuses(model, 1), QList<StatusChoice>{});
+
+        QSignalSpy changed(&model, &QAbstractItemModel::dataChanged);
+        const QList<NVStatus> statuses{{QStringLiteral("to do"), QStringLiteral("#D3D3D3"), std::nullopt},
+                                       {QStringLiteral("<b>done</b>"), QStringLiteral("red"), std::nullopt}};
+        model.setListStatuses({{QStringLiteral("L1"), statuses}});
+        QCOMPARE(changed.count(), 2);
+        for (int signal = 0; signal < 2; ++signal) {
+            QCOMPARE(changed.at(signal).at(0).toModelIndex().row(), signal == 0 ? 1 : 3);
+            QCOMPARE(changed.at(signal).at(2).value<QList<int>>(), QList<int>{MyDayRowModel::ListStatusesRole});
+        }
+        const QList<StatusChoice> expected{{QStringLiteral("to do"), QStringLiteral("#d3d3d3")},
+                                           {QStringLiteral("<b>done</b>"), QString()}};
+        QCOMPARE(listStatuses(model, 1), expected);
+        QCOMPARE(listStatuses(model, 3), expected);
+        QCOMPARE(listStatuses(model, 2), QList<StatusChoice>{});
+        QCOMPARE(listStatuses(model, 0), QList<StatusChoice>{});
+
+        // The same statuses again change nothing; those of the other list change its row.
+        changed.clear();
+        model.setListStatuses({{QStringLiteral("L1"), statuses}, {QStringLiteral("L2"), statuses.mid(0, 1)}});
+        QCOMPARE(changed.count(), 1);
+        QCOMPARE(changed.first().at(0).toModelIndex().row(), 2);
+        QCOMPARE(listStatuses(model, 2), expected.mid(0, 1));
     }
 };
 

@@ -42,7 +42,7 @@ Pane {
             RowLayout {
                 id: accountRow
 
-                required property var accountID
+                required property double accountID
                 required property string displayName
                 required property string email
                 required property string avatarText

@@ -55,7 +55,7 @@ AbstractButton {
             onObjectRemoved: (index, object) => accountMenu.removeItem(object)
 
             delegate: PlainMenuItem {
-                required property var accountID
+                required property double accountID
                 required property string menuTitle
                 required property bool isActive
 

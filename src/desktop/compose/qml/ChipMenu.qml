@@ -11,7 +11,7 @@ Menu {
     required property FieldChipsViewModel chips
     required property string chipID
     // What menuEntries gave when the menu opened.
-    required property var entries
+    required property list<chipMenuEntry> entries
 
     objectName: "chipMenu"
 
@@ -20,7 +20,7 @@ Menu {
 
         PlainMenuItem {
             required property int index
-            required property var modelData
+            required property chipMenuEntry modelData
 
             objectName: "chipMenuEntry"
             label: modelData.label

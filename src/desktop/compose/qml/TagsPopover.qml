@@ -9,9 +9,6 @@ import NorvaneBar
 ChipPopover {
     id: root
 
-    // The tags with whether each is chosen, read anew after each change.
-    property var entries: root.chips.menuEntries(root.chipID)
-
     objectName: "tagsPopover"
 
     ColumnLayout {
@@ -24,20 +21,17 @@ ChipPopover {
         }
 
         Repeater {
-            model: root.entries
+            model: root.chips.tagEntries
 
             CheckBox {
                 id: tagBox
 
                 required property int index
-                required property var modelData
+                required property chipMenuEntry modelData
 
                 objectName: "tagEntry"
                 checked: tagBox.modelData.checked
-                onToggled: {
-                    root.chips.chooseEntry(root.chipID, tagBox.index);
-                    root.entries = root.chips.menuEntries(root.chipID);
-                }
+                onToggled: root.chips.chooseEntry(root.chipID, tagBox.index)
                 Keys.onReturnPressed: toggle(), toggled()
                 Accessible.name: tagBox.modelData.label
 

@@ -21,6 +21,8 @@ Control {
     required property string dueDate
     required property string listName
     required property int depth
+    // The statuses of the task's list; empty until they are known.
+    required property list<statusChoice> listStatuses
     // The row the keyboard is on, and whether its action bar is open.
     property bool current
     property bool opened
@@ -140,8 +142,7 @@ Control {
             visible: active
             onActiveChanged: if (active)
                 actions.setSource("RowActionBar.qml", {
-                    "myDay": root.myDay,
-                    "taskID": root.taskID
+                    "row": root
                 })
         }
 

@@ -10,8 +10,10 @@ import NorvaneBar
 RowLayout {
     id: root
 
-    required property MyDayViewModel myDay
-    required property string taskID
+    // The row it acts for: its task, and the statuses of the task's list as they arrive.
+    required property MyDayRowView row
+    readonly property MyDayViewModel myDay: root.row.myDay
+    readonly property string taskID: root.row.taskID
 
     signal closed
 
@@ -94,15 +96,15 @@ RowLayout {
             objectName: "remindMenu"
 
             Repeater {
-                model: root.myDay.reminderLabels
+                model: [MyDayViewModel.In30Minutes, MyDayViewModel.In1Hour, MyDayViewModel.In3Hours,
+                    MyDayViewModel.TomorrowMorning]
 
                 PlainMenuItem {
-                    required property int index
-                    required property string modelData
+                    required property int modelData
 
-                    label: modelData
+                    label: root.myDay.reminderLabel(modelData)
                     owner: remindMenu
-                    onTriggered: root.myDay.remind(root.taskID, index)
+                    onTriggered: root.myDay.remind(root.taskID, modelData)
                 }
             }
         }
@@ -119,23 +121,21 @@ RowLayout {
         Menu {
             id: statusMenu
 
-            readonly property var statuses: root.myDay.statusesRevision >= 0 ? root.myDay.statusesOf(root.taskID) : []
-
             objectName: "statusMenu"
 
             PlainMenuItem {
                 objectName: "loadingStatuses"
-                visible: statusMenu.statuses.length === 0
+                visible: root.row.listStatuses.length === 0
                 height: visible ? implicitHeight : 0
                 enabled: false
                 label: qsTr("Loading statuses…")
             }
 
             Repeater {
-                model: statusMenu.statuses
+                model: root.row.listStatuses
 
                 PlainMenuItem {
-                    required property var modelData
+                    required property statusChoice modelData
 
                     label: modelData.name
                     dotColor: modelData.color
@@ -178,15 +178,15 @@ RowLayout {
                 title: root.myDay.moveDueDateTitle
 
                 Repeater {
-                    model: root.myDay.dueDateMoveLabels
+                    model: [MyDayViewModel.PlusOneHour, MyDayViewModel.ThisEvening, MyDayViewModel.Tomorrow9AM,
+                        MyDayViewModel.NextMonday]
 
                     PlainMenuItem {
-                        required property int index
-                        required property string modelData
+                        required property int modelData
 
-                        label: modelData
+                        label: root.myDay.dueDateMoveLabel(modelData)
                         owner: moveMenu
-                        onTriggered: root.myDay.moveDueDate(root.taskID, index)
+                        onTriggered: root.myDay.moveDueDate(root.taskID, modelData)
                     }
                 }
             }

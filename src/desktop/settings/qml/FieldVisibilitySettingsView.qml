@@ -23,16 +23,11 @@ SettingsPage {
     Repeater {
         model: root.fields.defaultFields
 
-        delegate: SettingSwitch {
+        delegate: FieldSwitch {
             id: toggle
 
-            required property int index
-            required property var model
-
             objectName: "defaultField" + toggle.index
-            label: toggle.model.label
-            checked: toggle.model.checked
-            onToggled: toggle.model.checked = toggle.checked
+            toggles: root.fields.defaultFields
         }
     }
 
@@ -51,16 +46,11 @@ SettingsPage {
     Repeater {
         model: root.fields.customFields
 
-        delegate: SettingSwitch {
+        delegate: FieldSwitch {
             id: customToggle
 
-            required property int index
-            required property var model
-
             objectName: "customField" + customToggle.index
-            label: customToggle.model.label
-            checked: customToggle.model.checked
-            onToggled: customToggle.model.checked = customToggle.checked
+            toggles: root.fields.customFields
         }
     }
 

@@ -9,8 +9,7 @@ RowLayout {
 
     required property QuickLinksViewModel quickLinks
     required property int index
-    // {id, name, urlString}
-    required property var modelData
+    required property quickLink modelData
 
     objectName: "quickLink" + row.index
     Layout.fillWidth: true

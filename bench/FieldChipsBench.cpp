@@ -2,10 +2,10 @@
 // chips of every kind laid out anew at another width, and built and laid out from nothing, beside
 // the same 30 texts as plain Labels in Qt's Flow. Each figure is the median of many runs. Target:
 // laying out the 30 chips within 2 ms. Exits 1 when it is missed.
-#include "AppStateFixture.h"
-#include "compose/FieldChipListModel.h"
-#include "compose/FieldChipsViewModel.h"
-#include "shell/PopoverWindow.h"
+#include "desktop/compose/FieldChipListModel.h"
+#include "desktop/compose/FieldChipsViewModel.h"
+#include "desktop/shell/PopoverWindow.h"
+#include "support/AppStateFixture.h"
 
 #include <QElapsedTimer>
 #include <QGuiApplication>

@@ -2,10 +2,10 @@
 // latency on every request, against the ideal of one spaces request and one round of two requests
 // per space; and the time of entry(forListID) over 5,000 cached entries, against a plain scan of
 // one flat array.
-#include "RunTask.h"
-#include "SandboxClient.h"
-#include "auth/StaticTokenAuth.h"
-#include "hierarchy/HierarchyStore.h"
+#include "bench/SandboxClient.h"
+#include "core/auth/StaticTokenAuth.h"
+#include "core/hierarchy/HierarchyStore.h"
+#include "support/RunTask.h"
 
 #include <QCoreApplication>
 #include <QElapsedTimer>

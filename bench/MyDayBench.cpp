@@ -9,14 +9,14 @@
 // - the subtask tree of 10,000 tasks against that of 1,000, each built with cold caches as after a
 //   refresh: target 11 times.
 // Exits 1 when a target is missed.
-#include "MyDaySeed.h"
-#include "RunTask.h"
-#include "SandboxClient.h"
-#include "auth/StaticTokenAuth.h"
-#include "myday/MyDayRowModel.h"
-#include "myday/MyDayStore.h"
-#include "myday/TaskTree.h"
-#include "myday/TasksTabState.h"
+#include "bench/MyDaySeed.h"
+#include "bench/SandboxClient.h"
+#include "core/auth/StaticTokenAuth.h"
+#include "core/myday/MyDayRowModel.h"
+#include "core/myday/MyDayStore.h"
+#include "core/myday/TaskTree.h"
+#include "core/myday/TasksTabState.h"
+#include "support/RunTask.h"
 
 #include <QCoreApplication>
 #include <QCoroNetworkReply>

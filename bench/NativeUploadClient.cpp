@@ -6,9 +6,9 @@
 // Prints "name value unit" lines: the upload's wall time, VmRSS before it, the peak during it (VmHWM
 // reset through clear_refs first) and the growth, and how many files the upload left in the
 // temporary directory. A small upload runs first so that the connection and the libraries are warm.
-#include "api/DirectUploadSession.h"
-#include "api/NorvaneClient.h"
-#include "auth/StaticTokenAuth.h"
+#include "core/api/DirectUploadSession.h"
+#include "core/api/NorvaneClient.h"
+#include "core/auth/StaticTokenAuth.h"
 
 #include <QCoreApplication>
 #include <QCoroTask>

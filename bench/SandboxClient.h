@@ -1,8 +1,8 @@
 #pragma once
 
-#include "SandboxProcess.h"
-#include "api/NorvaneClient.h"
-#include "auth/StaticTokenAuth.h"
+#include "core/api/NorvaneClient.h"
+#include "core/auth/StaticTokenAuth.h"
+#include "support/SandboxProcess.h"
 
 #include <QJsonObject>
 #include <QNetworkAccessManager>

@@ -14,9 +14,9 @@
 //
 // Prints one figure a line as "name value unit". Exits 1 when a job fails or a figure misses its
 // target.
-#include "AppStateFixture.h"
-#include "SandboxDemo.h"
-#include "SubmitTesting.h"
+#include "support/AppStateFixture.h"
+#include "support/SandboxDemo.h"
+#include "support/SubmitTesting.h"
 
 #include <QCoreApplication>
 #include <QElapsedTimer>

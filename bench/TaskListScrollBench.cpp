@@ -3,13 +3,13 @@
 // plain text rows of the same height in a window of the same size: the median and 99th percentile
 // frame times of both, each frame from its scroll step until it is on screen. Target: the Tasks
 // list's 99th percentile within 16 ms. Exits 1 when it is missed.
-#include "MyDaySeed.h"
-#include "RecordingLinkActions.h"
-#include "SandboxClient.h"
-#include "myday/MyDayStore.h"
-#include "myday/MyDayViewModel.h"
-#include "settings/SettingsStore.h"
-#include "shell/PopoverWindow.h"
+#include "bench/MyDaySeed.h"
+#include "bench/SandboxClient.h"
+#include "core/myday/MyDayStore.h"
+#include "core/settings/SettingsStore.h"
+#include "desktop/myday/MyDayViewModel.h"
+#include "desktop/shell/PopoverWindow.h"
+#include "support/RecordingLinkActions.h"
 
 #include <QDeadlineTimer>
 #include <QElapsedTimer>

@@ -50,22 +50,25 @@ function(norvanebar_qt_test name)
 endfunction()
 
 # norvanebar_source_check(<name> SCRIPT <script> DIR <folder> ACCEPTS <what> REFUSAL <regex>
-#                         PLANTED <folder under tests/data> CASES <cases...> [PASSING <cases...>])
+#                         PLANTED <folder under tests/data> CASES <cases...> [PASSING <cases...>]
+#                         [ARGS <-Dname=value...>])
 # A check of source files, a CMake script run on a folder: <name>Accepts<what> passes on DIR,
 # <name>Rejects<case> sees the script refuse tests/data/<planted>/<case>, with a message that matches
 # REFUSAL and names a Planted file of the case, and <name>Accepts<case> sees it pass each PASSING case.
 function(norvanebar_source_check name)
-    cmake_parse_arguments(arg "" "SCRIPT;DIR;ACCEPTS;REFUSAL;PLANTED" "CASES;PASSING" ${ARGN})
+    cmake_parse_arguments(arg "" "SCRIPT;DIR;ACCEPTS;REFUSAL;PLANTED" "CASES;PASSING;ARGS" ${ARGN})
     norvanebar_add_test(${name}Accepts${arg_ACCEPTS} LABEL unit
-        COMMAND ${CMAKE_COMMAND} -DDIR=${arg_DIR} -P ${arg_SCRIPT})
+        COMMAND ${CMAKE_COMMAND} -DDIR=${arg_DIR} ${arg_ARGS} -P ${arg_SCRIPT})
     foreach(planted IN LISTS arg_CASES)
         norvanebar_add_test(${name}Rejects${planted} LABEL unit
-            COMMAND ${CMAKE_COMMAND} -DDIR=${PROJECT_SOURCE_DIR}/tests/data/${arg_PLANTED}/${planted} -P ${arg_SCRIPT})
+            COMMAND ${CMAKE_COMMAND} -DDIR=${PROJECT_SOURCE_DIR}/tests/data/${arg_PLANTED}/${planted} ${arg_ARGS}
+                    -P ${arg_SCRIPT})
         set_tests_properties(${name}Rejects${planted} PROPERTIES
             PASS_REGULAR_EXPRESSION "${arg_REFUSAL}.*${planted}/([^ ]*/)?Planted")
     endforeach()
     foreach(planted IN LISTS arg_PASSING)
         norvanebar_add_test(${name}Accepts${planted} LABEL unit
-            COMMAND ${CMAKE_COMMAND} -DDIR=${PROJECT_SOURCE_DIR}/tests/data/${arg_PLANTED}/${planted} -P ${arg_SCRIPT})
+            COMMAND ${CMAKE_COMMAND} -DDIR=${PROJECT_SOURCE_DIR}/tests/data/${arg_PLANTED}/${planted} ${arg_ARGS}
+                    -P ${arg_SCRIPT})
     endforeach()
 endfunction()

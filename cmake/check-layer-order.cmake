@@ -20,13 +20,12 @@ foreach(source IN LISTS sources)
         string(APPEND violations "\n  ${DIR}/${source}: in no feature folder of the order")
         continue()
     endif()
-    # Only the lines that include from a folder: a whole file read as a CMake list would join the lines
-    # between an unmatched "[" and the next "]".
-    file(STRINGS "${DIR}/${source}" includes REGEX "^[ \t]*#[ \t]*include[ \t]*[<\"][A-Za-z0-9_]+/")
+    # Only the lines that include a feature of the core: a whole file read as a CMake list would join
+    # the lines between an unmatched "[" and the next "]".
+    file(STRINGS "${DIR}/${source}" includes REGEX "^[ \t]*#[ \t]*include[ \t]*[<\"]core/[A-Za-z0-9_]+/")
     foreach(line IN LISTS includes)
-        string(REGEX MATCH "[<\"][A-Za-z0-9_]+/" target "${line}")
-        string(REGEX REPLACE "^[<\"]|/$" "" target "${target}")
-        # Folders that are no feature, Qt's among them, are none of this check's business.
+        string(REGEX MATCH "[<\"]core/[A-Za-z0-9_]+/" target "${line}")
+        string(REGEX REPLACE "^[<\"]core/|/$" "" target "${target}")
         list(FIND layers "${target}" included)
         if(included GREATER rank)
             string(APPEND violations "\n  ${DIR}/${source}: ${line} (${feature} -> ${target})")

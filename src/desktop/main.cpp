@@ -1,5 +1,5 @@
-#include "linux/SingleInstance.h"
-#include "shell/AppDelegate.h"
+#include "desktop/shell/AppDelegate.h"
+#include "platform/linux/SingleInstance.h"
 
 #include <QApplication>
 

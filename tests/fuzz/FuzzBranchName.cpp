@@ -1,7 +1,7 @@
 // Branch names from any text: the bytes are split at NUL into task id, task name, custom id,
 // username and format (a missing field is absent). The name is the linkable id untouched, or else
 // at most 60 characters of the allowed ones with no separator at either end.
-#include "compose/BranchNameFormatter.h"
+#include "core/compose/BranchNameFormatter.h"
 
 #include <QByteArrayList>
 #include <QRegularExpression>

@@ -1,9 +1,9 @@
 // A custom value's stored form and the value sent to the service, on any bytes: decoding fails with
 // DecodingError or gives a value that is stored and read back the same. Whatever is sent is a value
 // JSON can hold, and an empty value sends nothing; the bytes are also tried as typed text.
-#include "settings/CustomValue.h"
-#include "json/DecodingError.h"
-#include "json/JsonDecoding.h"
+#include "core/json/DecodingError.h"
+#include "core/json/JsonDecoding.h"
+#include "core/settings/CustomValue.h"
 
 #include <cmath>
 #include <cstdint>

@@ -1,7 +1,7 @@
 // Any bytes a server may send in answer to an upload, split anywhere: the reader never takes more
 // body than it was given, never reads on after failing, and ends complete or failed at the end of
 // the connection. The first byte picks the size of the pieces.
-#include "api/HttpResponseReader.h"
+#include "core/api/HttpResponseReader.h"
 
 #include <algorithm>
 #include <cstdint>

@@ -1,8 +1,8 @@
 // Any JSON document as a JSONValue: written back and read again, it is the same value.
-#include "FuzzJson.h"
-#include "api/JSONValue.h"
-#include "json/JsonDecoding.h"
-#include "json/JsonEncoding.h"
+#include "core/api/JSONValue.h"
+#include "core/json/JsonDecoding.h"
+#include "core/json/JsonEncoding.h"
+#include "support/FuzzJson.h"
 
 #include <cstdint>
 #include <cstdlib>

@@ -1,13 +1,13 @@
 // A page of the task search as My Day takes it in: decoded, sorted, nested into the subtask tree and
 // searched, from the same bytes. Decoding may fail, but only with DecodingError; whatever decodes
 // goes through the rest without a crash, and no task is lost or doubled on the way.
-#include "FuzzJson.h"
-#include "api/TaskRecords.h"
-#include "myday/DayBounds.h"
-#include "myday/DueDate.h"
-#include "myday/TaskOrdering.h"
-#include "myday/TaskSearch.h"
-#include "myday/TaskTree.h"
+#include "core/api/TaskRecords.h"
+#include "core/myday/DayBounds.h"
+#include "core/myday/DueDate.h"
+#include "core/myday/TaskOrdering.h"
+#include "core/myday/TaskSearch.h"
+#include "core/myday/TaskTree.h"
+#include "support/FuzzJson.h"
 
 #include <QTimeZone>
 

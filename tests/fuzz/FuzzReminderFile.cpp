@@ -1,6 +1,6 @@
 // The reminders file decoder on any bytes: it never fails, and what it reads saves to a file that
 // reads back as the same reminders and saves to the same bytes again.
-#include "notify/ReminderFile.h"
+#include "core/notify/ReminderFile.h"
 
 #include <cstdint>
 #include <cstdlib>

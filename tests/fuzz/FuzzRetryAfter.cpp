@@ -1,6 +1,6 @@
 // Any Retry-After value: it reads as a number, as a date (never a negative wait), or not at all,
 // and a leading blank never reads.
-#include "api/UploadRetryPolicy.h"
+#include "core/api/UploadRetryPolicy.h"
 
 #include <QTimeZone>
 #include <cstdint>

@@ -2,8 +2,8 @@
 // "METHOD TARGET", header lines "Name: value", an empty line, then the body. A streamed upload
 // body reaches the service as one part named "attachment", split into pieces by its first byte.
 // Each input starts from the demo data again, so a crash replays from its input alone.
-#include "service/SandboxService.h"
-#include "store/DemoSeed.h"
+#include "sandbox/service/SandboxService.h"
+#include "sandbox/store/DemoSeed.h"
 
 #include <QTemporaryDir>
 

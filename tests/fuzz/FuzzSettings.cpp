@@ -1,9 +1,9 @@
 // The settings file decoder on any bytes: it either fails with DecodingError or gives settings that
 // save to a file reading back as the same settings and saving to the same bytes again.
-#include "settings/AppSettings.h"
-#include "json/DecodingError.h"
-#include "json/JsonDecoding.h"
-#include "json/JsonEncoding.h"
+#include "core/json/DecodingError.h"
+#include "core/json/JsonDecoding.h"
+#include "core/json/JsonEncoding.h"
+#include "core/settings/AppSettings.h"
 
 #include <cstdint>
 #include <cstdlib>

@@ -2,7 +2,7 @@
 // "image/png". Staging never crashes, stages only files that exist, and uses the image only when the
 // data has no local file URL, as a PNG written to the temporary directory (a private folder here,
 // emptied after each input).
-#include "compose/AttachmentStaging.h"
+#include "core/compose/AttachmentStaging.h"
 
 #include <QDir>
 #include <QFileInfo>

@@ -1,7 +1,7 @@
 // Any answer to an attachment upload: it gives an attachment with an id, or an NVError, and
 // nothing else ever leaves the decoder. The first byte picks the status.
-#include "api/NVError.h"
-#include "api/UploadResponse.h"
+#include "core/api/NVError.h"
+#include "core/api/UploadResponse.h"
 
 #include <array>
 #include <cstdint>

@@ -1,14 +1,14 @@
 // Every record the service answers with, decoded from the same bytes. Decoding may fail, but only
 // with DecodingError; whatever decodes must be written and read back as the same record.
-#include "FuzzJson.h"
-#include "api/APIErrorBody.h"
-#include "api/FieldRecords.h"
-#include "api/HierarchyRecords.h"
-#include "api/TaskAttachment.h"
-#include "api/TaskRecords.h"
-#include "api/UserRecords.h"
-#include "json/JsonDecoding.h"
-#include "json/JsonEncoding.h"
+#include "core/api/APIErrorBody.h"
+#include "core/api/FieldRecords.h"
+#include "core/api/HierarchyRecords.h"
+#include "core/api/TaskAttachment.h"
+#include "core/api/TaskRecords.h"
+#include "core/api/UserRecords.h"
+#include "core/json/JsonDecoding.h"
+#include "core/json/JsonEncoding.h"
+#include "support/FuzzJson.h"
 
 #include <cstdint>
 #include <cstdlib>

@@ -1,7 +1,7 @@
-#include "AppStateFixture.h"
+#include "support/AppStateFixture.h"
 
-#include "SandboxDemo.h"
-#include "auth/KeychainStore.h"
+#include "core/auth/KeychainStore.h"
+#include "support/SandboxDemo.h"
 
 #include <QFile>
 #include <QJsonDocument>

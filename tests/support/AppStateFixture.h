@@ -1,14 +1,14 @@
 #pragma once
 
-#include "ClientTesting.h"
-#include "ManualWallClock.h"
-#include "MemorySecretStore.h"
-#include "RecordingLinkActions.h"
-#include "RecordingNotificationCenter.h"
-#include "RunTask.h"
-#include "SandboxDemo.h"
-#include "SandboxProcess.h"
-#include "app/AppState.h"
+#include "core/app/AppState.h"
+#include "support/ClientTesting.h"
+#include "support/ManualWallClock.h"
+#include "support/MemorySecretStore.h"
+#include "support/RecordingLinkActions.h"
+#include "support/RecordingNotificationCenter.h"
+#include "support/RunTask.h"
+#include "support/SandboxDemo.h"
+#include "support/SandboxProcess.h"
 
 #include <QJsonObject>
 #include <QTemporaryDir>

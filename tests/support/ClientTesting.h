@@ -1,11 +1,11 @@
 #pragma once
 
-#include "RunTask.h"
-#include "api/AuthProvider.h"
-#include "api/NVError.h"
-#include "async/Clock.h"
-#include "async/OneShot.h"
-#include "async/Sleeper.h"
+#include "core/api/AuthProvider.h"
+#include "core/api/NVError.h"
+#include "core/async/Clock.h"
+#include "core/async/OneShot.h"
+#include "core/async/Sleeper.h"
+#include "support/RunTask.h"
 
 #include <QCoroTask>
 #include <QList>

@@ -1,11 +1,11 @@
 #pragma once
 
-#include "TemporaryFolderTesting.h"
-#include "async/Clock.h"
-#include "compose/StagedAttachment.h"
-#include "compose/TaskDraft.h"
-#include "settings/CustomValue.h"
-#include "settings/DefaultField.h"
+#include "core/async/Clock.h"
+#include "core/compose/StagedAttachment.h"
+#include "core/compose/TaskDraft.h"
+#include "core/settings/CustomValue.h"
+#include "core/settings/DefaultField.h"
+#include "support/TemporaryFolderTesting.h"
 
 #include <QDateTime>
 #include <QSet>

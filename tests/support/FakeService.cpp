@@ -1,4 +1,4 @@
-#include "FakeService.h"
+#include "support/FakeService.h"
 
 #include <QFile>
 #include <QNetworkReply>

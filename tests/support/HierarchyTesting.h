@@ -1,10 +1,10 @@
 #pragma once
 
-#include "FakeService.h"
-#include "RunTask.h"
-#include "api/NorvaneClient.h"
-#include "auth/StaticTokenAuth.h"
-#include "hierarchy/ListEntry.h"
+#include "core/api/NorvaneClient.h"
+#include "core/auth/StaticTokenAuth.h"
+#include "core/hierarchy/ListEntry.h"
+#include "support/FakeService.h"
+#include "support/RunTask.h"
 
 #include <QByteArray>
 #include <QString>

@@ -1,7 +1,7 @@
-#include "LoopbackStorageProvider.h"
+#include "support/LoopbackStorageProvider.h"
 
-#include "storage/StorageProviderError.h"
-#include "support/FileError.h"
+#include "core/storage/StorageProviderError.h"
+#include "core/support/FileError.h"
 
 #include <QCoroNetworkReply>
 #include <QFile>

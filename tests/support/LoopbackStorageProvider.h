@@ -1,6 +1,6 @@
 #pragma once
 
-#include "storage/ExternalStorageProvider.h"
+#include "core/storage/ExternalStorageProvider.h"
 
 #include <QUrl>
 

@@ -1,4 +1,4 @@
-#include "LoopbackStorageServer.h"
+#include "support/LoopbackStorageServer.h"
 
 #include <QJsonDocument>
 #include <QJsonObject>

@@ -1,6 +1,6 @@
 #pragma once
 
-#include "platform/ColorSchemeSource.h"
+#include "core/platform/ColorSchemeSource.h"
 
 // A desktop colour scheme the test sets by hand, told to its readers as the desktop's would be.
 class ManualColorScheme : public ColorSchemeSource {

@@ -1,4 +1,4 @@
-#include "ManualWallClock.h"
+#include "support/ManualWallClock.h"
 
 #include <algorithm>
 

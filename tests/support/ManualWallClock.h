@@ -1,7 +1,7 @@
 #pragma once
 
-#include "async/Clock.h"
-#include "platform/WallClockAlarm.h"
+#include "core/async/Clock.h"
+#include "core/platform/WallClockAlarm.h"
 
 #include <QDateTime>
 #include <QList>

@@ -1,4 +1,4 @@
-#include "MemorySecretStore.h"
+#include "support/MemorySecretStore.h"
 
 #include <qcoro/qcorosignal.h>
 #include <qcoro/qcorotimer.h>

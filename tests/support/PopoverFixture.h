@@ -1,9 +1,9 @@
 #pragma once
 
-#include "AppStateFixture.h"
-#include "QuickItems.h"
-#include "SandboxDemo.h"
-#include "shell/PopoverPages.h"
+#include "desktop/shell/PopoverPages.h"
+#include "support/AppStateFixture.h"
+#include "support/QuickItems.h"
+#include "support/SandboxDemo.h"
 
 #include <QGuiApplication>
 #include <QQuickItem>

@@ -1,6 +1,6 @@
 #pragma once
 
-#include "platform/LinkActions.h"
+#include "core/platform/LinkActions.h"
 
 #include <QList>
 #include <QStringList>

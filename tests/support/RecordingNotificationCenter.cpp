@@ -1,4 +1,4 @@
-#include "RecordingNotificationCenter.h"
+#include "support/RecordingNotificationCenter.h"
 
 QCoro::Task<bool> RecordingNotificationCenter::permission() {
     ++m_permissionRequests;

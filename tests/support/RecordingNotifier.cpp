@@ -1,4 +1,4 @@
-#include "RecordingNotifier.h"
+#include "support/RecordingNotifier.h"
 
 void RecordingNotifier::deliver(const Delivered& onDelivered) const {
     if (onDelivered) {

@@ -1,6 +1,6 @@
 #pragma once
 
-#include "submit/SubmitNotifier.h"
+#include "core/submit/SubmitNotifier.h"
 
 #include <QList>
 

@@ -1,6 +1,6 @@
 #pragma once
 
-#include "async/StartTask.h"
+#include "core/async/StartTask.h"
 
 #include <QCoroTask>
 #include <QEventLoop>

@@ -1,7 +1,7 @@
 #pragma once
 
-#include "SandboxProcess.h"
-#include "SyncHttpClient.h"
+#include "support/SandboxProcess.h"
+#include "support/SyncHttpClient.h"
 
 #include <QHash>
 #include <QJsonArray>

@@ -1,4 +1,4 @@
-#include "SandboxFault.h"
+#include "support/SandboxFault.h"
 
 SandboxFault SandboxFault::answer(const QString& path, int status, int times) {
     SandboxFault fault;

@@ -1,6 +1,6 @@
-#include "SandboxProcess.h"
+#include "support/SandboxProcess.h"
 
-#include "SyncHttpClient.h"
+#include "support/SyncHttpClient.h"
 
 #include <QDeadlineTimer>
 #include <QFile>

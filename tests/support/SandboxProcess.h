@@ -1,6 +1,6 @@
 #pragma once
 
-#include "SandboxFault.h"
+#include "support/SandboxFault.h"
 
 #include <QJsonArray>
 #include <QProcess>

@@ -1,9 +1,9 @@
 #pragma once
 
-#include "SubmitPipeline.h"
-#include "SubmitTesting.h"
-#include "app/AppState.h"
-#include "submit/SubmitController.h"
+#include "core/app/AppState.h"
+#include "core/submit/SubmitController.h"
+#include "support/SubmitPipeline.h"
+#include "support/SubmitTesting.h"
 
 #include <QStringList>
 

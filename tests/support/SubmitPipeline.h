@@ -1,8 +1,8 @@
 #pragma once
 
-#include "RecordingNotifier.h"
-#include "submit/AttachmentUploadQueue.h"
-#include "submit/BackgroundSubmitQueue.h"
+#include "core/submit/AttachmentUploadQueue.h"
+#include "core/submit/BackgroundSubmitQueue.h"
+#include "support/RecordingNotifier.h"
 
 // The queue of jobs as the central state builds it, with a recording notifier and an upload queue of
 // its own. The registry and the settings must outlive it.

@@ -1,6 +1,6 @@
-#include "SubmitTesting.h"
+#include "support/SubmitTesting.h"
 
-#include "support/Overloaded.h"
+#include "core/support/Overloaded.h"
 
 namespace SubmitTesting {
 

@@ -1,9 +1,9 @@
 #pragma once
 
-#include "TemporaryFolderTesting.h"
-#include "compose/StagedAttachment.h"
-#include "submit/ForegroundSubmitPhase.h"
-#include "submit/SubmitJobPayload.h"
+#include "core/compose/StagedAttachment.h"
+#include "core/submit/ForegroundSubmitPhase.h"
+#include "core/submit/SubmitJobPayload.h"
+#include "support/TemporaryFolderTesting.h"
 
 #include <QFileInfo>
 #include <QJsonArray>

@@ -1,4 +1,4 @@
-#include "SyncHttpClient.h"
+#include "support/SyncHttpClient.h"
 
 #include <QElapsedTimer>
 #include <QEventLoop>

@@ -1,6 +1,6 @@
 #pragma once
 
-#include "HttpResult.h"
+#include "support/HttpResult.h"
 
 #include <QNetworkAccessManager>
 #include <QUrl>

@@ -1,6 +1,6 @@
-#include "TestMain.h"
+#include "support/TestMain.h"
 
-#include "async/StartTask.h"
+#include "core/async/StartTask.h"
 
 namespace {
 void failTheTest(const QString& description) {

@@ -2,10 +2,10 @@
 // demos, development and integration tests. Start-up lines on stdout, the first one always
 // "listening http://127.0.0.1:PORT" and the last one "ready", tell tests and scripts where it is
 // and which tokens work.
-#include "server/SandboxOptions.h"
-#include "server/SandboxServer.h"
-#include "server/ShutdownSignals.h"
-#include "service/SandboxService.h"
+#include "sandbox/server/SandboxOptions.h"
+#include "sandbox/server/SandboxServer.h"
+#include "sandbox/server/ShutdownSignals.h"
+#include "sandbox/service/SandboxService.h"
 
 #include <QCoreApplication>
 #include <QDir>

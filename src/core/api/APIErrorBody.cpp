@@ -1,6 +1,6 @@
-#include "api/APIErrorBody.h"
+#include "core/api/APIErrorBody.h"
 
-#include "json/JsonEncoding.h"
+#include "core/json/JsonEncoding.h"
 
 APIErrorBody APIErrorBody::fromJson(const Json::JsonObject& json) {
     return {json.optional<QString>(QStringLiteral("err")), json.optional<QString>(QStringLiteral("ECODE"))};

@@ -1,4 +1,4 @@
-#include "api/ConnectionPool.h"
+#include "core/api/ConnectionPool.h"
 
 #include <QTcpSocket>
 #include <QUrl>

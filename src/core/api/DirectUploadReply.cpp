@@ -1,6 +1,6 @@
-#include "api/DirectUploadReply.h"
+#include "core/api/DirectUploadReply.h"
 
-#include "api/ConnectionPool.h"
+#include "core/api/ConnectionPool.h"
 
 #include <QCoreApplication>
 #include <QSslSocket>

@@ -1,6 +1,6 @@
 #pragma once
 
-#include "api/HttpResponseReader.h"
+#include "core/api/HttpResponseReader.h"
 
 #include <QNetworkReply>
 #include <QPointer>

@@ -1,7 +1,7 @@
-#include "api/DirectUploadSession.h"
+#include "core/api/DirectUploadSession.h"
 
-#include "api/ConnectionPool.h"
-#include "api/DirectUploadReply.h"
+#include "core/api/ConnectionPool.h"
+#include "core/api/DirectUploadReply.h"
 
 namespace {
 QByteArray verbOf(QNetworkAccessManager::Operation operation, const QNetworkRequest& request) {

@@ -1,4 +1,4 @@
-#include "api/Endpoints.h"
+#include "core/api/Endpoints.h"
 
 namespace Endpoints {
 namespace {

@@ -1,11 +1,11 @@
 #pragma once
 
-#include "api/FieldRecords.h"
-#include "api/HierarchyRecords.h"
-#include "api/NorvaneClient.h"
-#include "api/TaskRecords.h"
-#include "api/TaskRequests.h"
-#include "api/UserRecords.h"
+#include "core/api/FieldRecords.h"
+#include "core/api/HierarchyRecords.h"
+#include "core/api/NorvaneClient.h"
+#include "core/api/TaskRecords.h"
+#include "core/api/TaskRequests.h"
+#include "core/api/UserRecords.h"
 
 #include <QCoroTask>
 #include <QDateTime>

@@ -1,6 +1,6 @@
-#include "api/FieldRecords.h"
+#include "core/api/FieldRecords.h"
 
-#include "json/JsonEncoding.h"
+#include "core/json/JsonEncoding.h"
 
 NVStatus NVStatus::fromJson(const Json::JsonObject& json) {
     return {json.required<QString>(QStringLiteral("status")), json.optional<QString>(QStringLiteral("color")),

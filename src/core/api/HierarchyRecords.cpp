@@ -1,6 +1,6 @@
-#include "api/HierarchyRecords.h"
+#include "core/api/HierarchyRecords.h"
 
-#include "json/JsonEncoding.h"
+#include "core/json/JsonEncoding.h"
 
 namespace {
 // Spaces, folders and lists share one shape: an id, a name, an optional array (statuses, or a

@@ -1,7 +1,7 @@
 #pragma once
 
-#include "api/FieldRecords.h"
-#include "json/JsonDecoding.h"
+#include "core/api/FieldRecords.h"
+#include "core/json/JsonDecoding.h"
 
 #include <QJsonObject>
 #include <QList>

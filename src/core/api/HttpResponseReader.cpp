@@ -1,4 +1,4 @@
-#include "api/HttpResponseReader.h"
+#include "core/api/HttpResponseReader.h"
 
 #include <algorithm>
 #include <cctype>

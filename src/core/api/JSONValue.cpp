@@ -1,7 +1,7 @@
-#include "api/JSONValue.h"
+#include "core/api/JSONValue.h"
 
-#include "json/DecodingError.h"
-#include "json/JsonDecoding.h"
+#include "core/json/DecodingError.h"
+#include "core/json/JsonDecoding.h"
 
 #include <QJsonArray>
 #include <QJsonObject>

@@ -1,7 +1,7 @@
-#include "api/Multipart.h"
+#include "core/api/Multipart.h"
 
-#include "support/FileError.h"
-#include "support/GeneratedNames.h"
+#include "core/support/FileError.h"
+#include "core/support/GeneratedNames.h"
 
 #include <QFile>
 #include <memory>

@@ -1,6 +1,6 @@
-#include "api/NVError.h"
+#include "core/api/NVError.h"
 
-#include "support/Overloaded.h"
+#include "core/support/Overloaded.h"
 
 #include <QCoreApplication>
 

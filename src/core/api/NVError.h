@@ -1,6 +1,6 @@
 #pragma once
 
-#include "json/DecodingError.h"
+#include "core/json/DecodingError.h"
 
 #include <QByteArray>
 #include <QNetworkReply>

@@ -1,14 +1,14 @@
-#include "api/NorvaneClient.h"
+#include "core/api/NorvaneClient.h"
 
-#include "api/OneShotBody.h"
+#include "core/api/OneShotBody.h"
 
-#include "api/Multipart.h"
-#include "api/StatusFailure.h"
-#include "api/TransferWatchdog.h"
-#include "api/UploadResponse.h"
-#include "api/UploadRetryPolicy.h"
-#include "async/Background.h"
-#include "support/FileError.h"
+#include "core/api/Multipart.h"
+#include "core/api/StatusFailure.h"
+#include "core/api/TransferWatchdog.h"
+#include "core/api/UploadResponse.h"
+#include "core/api/UploadRetryPolicy.h"
+#include "core/async/Background.h"
+#include "core/support/FileError.h"
 
 #include <QCoreApplication>
 #include <QCoroNetworkReply>

@@ -1,14 +1,14 @@
 #pragma once
 
-#include "api/AuthProvider.h"
-#include "api/NVError.h"
-#include "api/TaskAttachment.h"
-#include "api/TransferTimeLimits.h"
-#include "async/Background.h"
-#include "async/Clock.h"
-#include "async/Sleeper.h"
-#include "json/JsonDecoding.h"
-#include "json/JsonEncoding.h"
+#include "core/api/AuthProvider.h"
+#include "core/api/NVError.h"
+#include "core/api/TaskAttachment.h"
+#include "core/api/TransferTimeLimits.h"
+#include "core/async/Background.h"
+#include "core/async/Clock.h"
+#include "core/async/Sleeper.h"
+#include "core/json/JsonDecoding.h"
+#include "core/json/JsonEncoding.h"
 
 #include <QCoroTask>
 #include <QDeadlineTimer>

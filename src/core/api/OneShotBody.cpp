@@ -1,4 +1,4 @@
-#include "api/OneShotBody.h"
+#include "core/api/OneShotBody.h"
 
 #include <algorithm>
 #include <cstring>

@@ -1,6 +1,6 @@
-#include "api/StatusFailure.h"
+#include "core/api/StatusFailure.h"
 
-#include "api/APIErrorBody.h"
+#include "core/api/APIErrorBody.h"
 
 #include <QCoreApplication>
 

@@ -1,6 +1,6 @@
 #pragma once
 
-#include "api/NVError.h"
+#include "core/api/NVError.h"
 
 #include <QByteArray>
 

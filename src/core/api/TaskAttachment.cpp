@@ -1,6 +1,6 @@
-#include "api/TaskAttachment.h"
+#include "core/api/TaskAttachment.h"
 
-#include "json/JsonEncoding.h"
+#include "core/json/JsonEncoding.h"
 
 #include <cmath>
 

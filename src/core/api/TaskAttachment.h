@@ -1,6 +1,6 @@
 #pragma once
 
-#include "json/JsonDecoding.h"
+#include "core/json/JsonDecoding.h"
 
 #include <QJsonObject>
 #include <QString>

@@ -1,6 +1,6 @@
-#include "api/TaskRecords.h"
+#include "core/api/TaskRecords.h"
 
-#include "json/JsonEncoding.h"
+#include "core/json/JsonEncoding.h"
 
 NVTaskSummary::ListRef NVTaskSummary::ListRef::fromJson(const Json::JsonObject& json) {
     return {json.required<QString>(QStringLiteral("id")), json.optional<QString>(QStringLiteral("name"))};

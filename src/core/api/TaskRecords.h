@@ -1,8 +1,8 @@
 #pragma once
 
-#include "api/FieldRecords.h"
-#include "api/UserRecords.h"
-#include "json/JsonDecoding.h"
+#include "core/api/FieldRecords.h"
+#include "core/api/UserRecords.h"
+#include "core/json/JsonDecoding.h"
 
 #include <QJsonObject>
 #include <QList>

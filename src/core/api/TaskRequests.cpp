@@ -1,6 +1,6 @@
-#include "api/TaskRequests.h"
+#include "core/api/TaskRequests.h"
 
-#include "json/JsonEncoding.h"
+#include "core/json/JsonEncoding.h"
 
 QJsonObject CreateTaskRequest::CustomFieldValue::toJson() const {
     return Json::ObjectBuilder().set(QStringLiteral("id"), id).set(QStringLiteral("value"), value).object();

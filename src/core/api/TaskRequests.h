@@ -1,6 +1,6 @@
 #pragma once
 
-#include "api/JSONValue.h"
+#include "core/api/JSONValue.h"
 
 #include <QJsonObject>
 #include <QList>

@@ -1,4 +1,4 @@
-#include "api/TransferWatchdog.h"
+#include "core/api/TransferWatchdog.h"
 
 #include <QNetworkReply>
 

@@ -1,8 +1,8 @@
-#include "api/UploadResponse.h"
+#include "core/api/UploadResponse.h"
 
-#include "api/APIErrorBody.h"
-#include "api/NVError.h"
-#include "api/StatusFailure.h"
+#include "core/api/APIErrorBody.h"
+#include "core/api/NVError.h"
+#include "core/api/StatusFailure.h"
 
 namespace {
 NVError corrupted(const QString& description) {

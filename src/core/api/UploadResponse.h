@@ -1,6 +1,6 @@
 #pragma once
 
-#include "api/TaskAttachment.h"
+#include "core/api/TaskAttachment.h"
 
 #include <QByteArray>
 #include <optional>

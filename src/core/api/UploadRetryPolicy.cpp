@@ -1,6 +1,6 @@
-#include "api/UploadRetryPolicy.h"
+#include "core/api/UploadRetryPolicy.h"
 
-#include "api/NVError.h"
+#include "core/api/NVError.h"
 
 #include <QLocale>
 #include <QNetworkReply>

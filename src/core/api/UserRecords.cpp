@@ -1,6 +1,6 @@
-#include "api/UserRecords.h"
+#include "core/api/UserRecords.h"
 
-#include "json/JsonEncoding.h"
+#include "core/json/JsonEncoding.h"
 
 namespace {
 QString displayNameOf(qint64 id, const std::optional<QString>& username, const std::optional<QString>& email) {

@@ -1,4 +1,4 @@
-#include "app/MyDayContext.h"
+#include "core/app/MyDayContext.h"
 
 TasksTabContext myDayContext(AppState& app) {
     return {

@@ -1,7 +1,7 @@
 #pragma once
 
-#include "app/AppState.h"
-#include "myday/TasksTabState.h"
+#include "core/app/AppState.h"
+#include "core/myday/TasksTabState.h"
 
 // What the Tasks tab reads of the central state: the signed-in user, the active workspace, the
 // current list, the reminders and the web address. `app` must outlive the tab.

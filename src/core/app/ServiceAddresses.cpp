@@ -1,4 +1,4 @@
-#include "app/ServiceAddresses.h"
+#include "core/app/ServiceAddresses.h"
 
 ServiceAddresses ServiceAddresses::builtIn() {
     return {QUrl(QStringLiteral(NORVANEBAR_API_BASE_URL)), QUrl(QStringLiteral(NORVANEBAR_WEB_BASE_URL))};

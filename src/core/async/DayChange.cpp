@@ -1,4 +1,4 @@
-#include "async/DayChange.h"
+#include "core/async/DayChange.h"
 
 DayChange::DayChange(Clock clock, std::unique_ptr<WallClockAlarm> alarm, const QTimeZone& zone, QObject* parent)
     : QObject(parent)

@@ -1,6 +1,6 @@
 #pragma once
 
-#include "async/LatestWins.h"
+#include "core/async/LatestWins.h"
 
 #include <QObject>
 #include <QPointer>

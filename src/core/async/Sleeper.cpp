@@ -1,4 +1,4 @@
-#include "async/Sleeper.h"
+#include "core/async/Sleeper.h"
 
 #include <QCoroTimer>
 

@@ -1,4 +1,4 @@
-#include "async/StartTask.h"
+#include "core/async/StartTask.h"
 
 #include <QtGlobal>
 #include <atomic>

@@ -1,4 +1,4 @@
-#include "auth/AccountLabels.h"
+#include "core/auth/AccountLabels.h"
 
 #include <QTextBoundaryFinder>
 

@@ -1,6 +1,6 @@
 #pragma once
 
-#include "settings/StoredAccount.h"
+#include "core/settings/StoredAccount.h"
 
 #include <QString>
 

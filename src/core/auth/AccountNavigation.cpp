@@ -1,4 +1,4 @@
-#include "auth/AccountNavigation.h"
+#include "core/auth/AccountNavigation.h"
 
 namespace AccountNavigation {
 namespace {

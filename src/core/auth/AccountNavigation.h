@@ -1,6 +1,6 @@
 #pragma once
 
-#include "settings/AppSettings.h"
+#include "core/settings/AppSettings.h"
 
 #include <QtGlobal>
 

@@ -1,10 +1,10 @@
-#include "auth/AuthController.h"
+#include "core/auth/AuthController.h"
 
-#include "async/LoadGuard.h"
-#include "async/StartTask.h"
-#include "auth/AccountNavigation.h"
-#include "auth/PersonalTokenError.h"
-#include "auth/StaticTokenAuth.h"
+#include "core/async/LoadGuard.h"
+#include "core/async/StartTask.h"
+#include "core/auth/AccountNavigation.h"
+#include "core/auth/PersonalTokenError.h"
+#include "core/auth/StaticTokenAuth.h"
 
 #include <algorithm>
 

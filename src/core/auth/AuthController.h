@@ -1,11 +1,11 @@
 #pragma once
 
-#include "api/NorvaneClient.h"
-#include "auth/AccountContent.h"
-#include "auth/AuthState.h"
-#include "auth/AuthValidationGeneration.h"
-#include "auth/PersonalTokenProvider.h"
-#include "settings/SettingsStore.h"
+#include "core/api/NorvaneClient.h"
+#include "core/auth/AccountContent.h"
+#include "core/auth/AuthState.h"
+#include "core/auth/AuthValidationGeneration.h"
+#include "core/auth/PersonalTokenProvider.h"
+#include "core/settings/SettingsStore.h"
 
 #include <QCoroTask>
 #include <QObject>

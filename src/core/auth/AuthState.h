@@ -1,6 +1,6 @@
 #pragma once
 
-#include "api/UserRecords.h"
+#include "core/api/UserRecords.h"
 
 #include <variant>
 

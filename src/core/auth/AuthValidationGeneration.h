@@ -1,6 +1,6 @@
 #pragma once
 
-#include "async/LatestWins.h"
+#include "core/async/LatestWins.h"
 
 // Guards against stale validations: each validation carries the number it was given, and only the
 // one whose number still equals the current one may touch state. Sign-in, an account switch and

@@ -1,7 +1,7 @@
-#include "auth/KeychainStore.h"
+#include "core/auth/KeychainStore.h"
 
-#include "auth/KeychainStoreError.h"
-#include "support/StrictUtf8.h"
+#include "core/auth/KeychainStoreError.h"
+#include "core/support/StrictUtf8.h"
 
 namespace {
 // Coroutines of their own over a copy of the item, so that nothing refers to the caller's value

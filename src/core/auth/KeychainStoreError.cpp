@@ -1,4 +1,4 @@
-#include "auth/KeychainStoreError.h"
+#include "core/auth/KeychainStoreError.h"
 
 #include <QCoreApplication>
 

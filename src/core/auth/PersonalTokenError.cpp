@@ -1,4 +1,4 @@
-#include "auth/PersonalTokenError.h"
+#include "core/auth/PersonalTokenError.h"
 
 #include <QCoreApplication>
 

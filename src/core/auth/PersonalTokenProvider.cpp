@@ -1,8 +1,8 @@
-#include "auth/PersonalTokenProvider.h"
+#include "core/auth/PersonalTokenProvider.h"
 
-#include "async/LoadGuard.h"
-#include "auth/KeychainStoreError.h"
-#include "auth/PersonalTokenError.h"
+#include "core/async/LoadGuard.h"
+#include "core/auth/KeychainStoreError.h"
+#include "core/auth/PersonalTokenError.h"
 
 #include <QMutexLocker>
 

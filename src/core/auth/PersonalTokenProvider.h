@@ -1,8 +1,8 @@
 #pragma once
 
-#include "api/AuthProvider.h"
-#include "async/LatestWins.h"
-#include "auth/KeychainStore.h"
+#include "core/api/AuthProvider.h"
+#include "core/async/LatestWins.h"
+#include "core/auth/KeychainStore.h"
 
 #include <QMutex>
 #include <QObject>

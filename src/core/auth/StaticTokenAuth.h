@@ -1,6 +1,6 @@
 #pragma once
 
-#include "api/AuthProvider.h"
+#include "core/api/AuthProvider.h"
 
 // One fixed token, for the probe of a sign-in before the token is known to be good.
 class StaticTokenAuth : public AuthProvider {

@@ -1,9 +1,9 @@
-#include "auth/StorageCredentialStore.h"
+#include "core/auth/StorageCredentialStore.h"
 
-#include "auth/KeychainStoreError.h"
-#include "auth/StorageCredentialError.h"
-#include "support/DoubleText.h"
-#include "support/EpochSeconds.h"
+#include "core/auth/KeychainStoreError.h"
+#include "core/auth/StorageCredentialError.h"
+#include "core/support/DoubleText.h"
+#include "core/support/EpochSeconds.h"
 
 namespace {
 KeychainStore item(const char* account, SecretStore* secrets) {

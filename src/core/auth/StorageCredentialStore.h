@@ -1,6 +1,6 @@
 #pragma once
 
-#include "auth/KeychainStore.h"
+#include "core/auth/KeychainStore.h"
 
 #include <QDateTime>
 #include <QString>

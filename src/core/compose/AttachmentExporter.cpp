@@ -1,4 +1,4 @@
-#include "compose/AttachmentExporter.h"
+#include "core/compose/AttachmentExporter.h"
 
 #include <QFile>
 #include <QFileInfo>

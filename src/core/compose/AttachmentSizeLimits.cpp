@@ -1,4 +1,4 @@
-#include "compose/AttachmentSizeLimits.h"
+#include "core/compose/AttachmentSizeLimits.h"
 
 #include <QCoreApplication>
 #include <QFileInfo>

@@ -1,7 +1,7 @@
-#include "compose/AttachmentStaging.h"
-#include "compose/AttachmentExporter.h"
-#include "compose/AttachmentSizeLimits.h"
-#include "support/GeneratedNames.h"
+#include "core/compose/AttachmentStaging.h"
+#include "core/compose/AttachmentExporter.h"
+#include "core/compose/AttachmentSizeLimits.h"
+#include "core/support/GeneratedNames.h"
 
 #include <QDir>
 #include <QFile>

@@ -1,7 +1,7 @@
 #pragma once
 
-#include "compose/PasteboardContents.h"
-#include "compose/StagedAttachment.h"
+#include "core/compose/PasteboardContents.h"
+#include "core/compose/StagedAttachment.h"
 
 #include <QDateTime>
 #include <QImage>

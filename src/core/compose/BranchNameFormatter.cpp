@@ -1,4 +1,4 @@
-#include "compose/BranchNameFormatter.h"
+#include "core/compose/BranchNameFormatter.h"
 
 #include <QRegularExpression>
 

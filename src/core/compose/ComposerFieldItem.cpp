@@ -1,6 +1,6 @@
-#include "compose/ComposerFieldItem.h"
+#include "core/compose/ComposerFieldItem.h"
 
-#include "support/Overloaded.h"
+#include "core/support/Overloaded.h"
 
 QString ComposerFieldItem::id() const {
     return std::visit(Overloaded{[](DefaultField value) { return QStringLiteral("default-") + rawValue(value); },

@@ -1,7 +1,7 @@
 #pragma once
 
-#include "api/FieldRecords.h"
-#include "settings/DefaultField.h"
+#include "core/api/FieldRecords.h"
+#include "core/settings/DefaultField.h"
 
 #include <QString>
 #include <variant>

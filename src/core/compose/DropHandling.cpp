@@ -1,9 +1,9 @@
-#include "compose/DropHandling.h"
+#include "core/compose/DropHandling.h"
 
-#include "async/Background.h"
-#include "async/StartTask.h"
-#include "compose/AttachmentStaging.h"
-#include "compose/PasteboardContents.h"
+#include "core/async/Background.h"
+#include "core/async/StartTask.h"
+#include "core/compose/AttachmentStaging.h"
+#include "core/compose/PasteboardContents.h"
 
 #include <QImageReader>
 #include <QMimeData>

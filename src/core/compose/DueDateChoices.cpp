@@ -1,4 +1,4 @@
-#include "compose/DueDateChoices.h"
+#include "core/compose/DueDateChoices.h"
 
 #include <algorithm>
 #include <array>

@@ -1,6 +1,6 @@
 #pragma once
 
-#include "async/Clock.h"
+#include "core/async/Clock.h"
 
 #include <QDateTime>
 #include <QTimeZone>

@@ -1,6 +1,6 @@
-#include "compose/FieldChipTitles.h"
+#include "core/compose/FieldChipTitles.h"
 
-#include "support/Overloaded.h"
+#include "core/support/Overloaded.h"
 
 #include <QCoreApplication>
 #include <QRegularExpression>

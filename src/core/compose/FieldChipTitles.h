@@ -1,8 +1,8 @@
 #pragma once
 
-#include "api/FieldRecords.h"
-#include "api/UserRecords.h"
-#include "settings/CustomValue.h"
+#include "core/api/FieldRecords.h"
+#include "core/api/UserRecords.h"
+#include "core/settings/CustomValue.h"
 
 #include <QDateTime>
 #include <QList>

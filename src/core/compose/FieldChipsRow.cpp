@@ -1,4 +1,4 @@
-#include "compose/FieldChipsRow.h"
+#include "core/compose/FieldChipsRow.h"
 
 #include <QCoreApplication>
 #include <array>

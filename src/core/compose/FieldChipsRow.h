@@ -1,8 +1,8 @@
 #pragma once
 
-#include "api/FieldRecords.h"
-#include "compose/ComposerFieldItem.h"
-#include "settings/DefaultField.h"
+#include "core/api/FieldRecords.h"
+#include "core/compose/ComposerFieldItem.h"
+#include "core/settings/DefaultField.h"
 
 #include <QList>
 #include <QSet>

@@ -1,4 +1,4 @@
-#include "compose/FlowRows.h"
+#include "core/compose/FlowRows.h"
 
 #include <algorithm>
 

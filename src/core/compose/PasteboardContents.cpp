@@ -1,4 +1,4 @@
-#include "compose/PasteboardContents.h"
+#include "core/compose/PasteboardContents.h"
 
 #include <QMimeData>
 

@@ -1,4 +1,4 @@
-#include "compose/Priorities.h"
+#include "core/compose/Priorities.h"
 
 #include <QCoreApplication>
 #include <algorithm>

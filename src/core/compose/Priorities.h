@@ -1,6 +1,6 @@
 #pragma once
 
-#include "support/NorvaneColor.h"
+#include "core/support/NorvaneColor.h"
 
 #include <QList>
 #include <QString>

@@ -1,4 +1,4 @@
-#include "compose/ReminderLeads.h"
+#include "core/compose/ReminderLeads.h"
 
 #include <QCoreApplication>
 

@@ -1,6 +1,6 @@
-#include "compose/TagEntry.h"
+#include "core/compose/TagEntry.h"
 
-#include "support/SpacesAndTabs.h"
+#include "core/support/SpacesAndTabs.h"
 
 namespace TagEntry {
 

@@ -1,4 +1,4 @@
-#include "compose/TaskDraft.h"
+#include "core/compose/TaskDraft.h"
 
 #include <QtNumeric>
 #include <algorithm>

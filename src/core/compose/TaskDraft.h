@@ -1,10 +1,10 @@
 #pragma once
 
-#include "api/TaskRequests.h"
-#include "async/Clock.h"
-#include "compose/StagedAttachment.h"
-#include "settings/CustomValue.h"
-#include "settings/DefaultField.h"
+#include "core/api/TaskRequests.h"
+#include "core/async/Clock.h"
+#include "core/compose/StagedAttachment.h"
+#include "core/settings/CustomValue.h"
+#include "core/settings/DefaultField.h"
 
 #include <QDateTime>
 #include <QList>

@@ -1,7 +1,7 @@
-#include "compose/TemplateActions.h"
+#include "core/compose/TemplateActions.h"
 
-#include "async/LoadGuard.h"
-#include "compose/TemplateList.h"
+#include "core/async/LoadGuard.h"
+#include "core/compose/TemplateList.h"
 
 TemplateActions::TemplateActions(SettingsStore& settings, HierarchyStore& hierarchy, LocationMemory& location,
                                  TaskDraft& draft, QObject* parent)

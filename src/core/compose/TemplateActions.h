@@ -1,10 +1,10 @@
 #pragma once
 
-#include "compose/TaskDraft.h"
-#include "hierarchy/HierarchyStore.h"
-#include "hierarchy/LocationMemory.h"
-#include "settings/SettingsStore.h"
-#include "settings/TaskTemplate.h"
+#include "core/compose/TaskDraft.h"
+#include "core/hierarchy/HierarchyStore.h"
+#include "core/hierarchy/LocationMemory.h"
+#include "core/settings/SettingsStore.h"
+#include "core/settings/TaskTemplate.h"
 
 #include <QCoroTask>
 #include <QObject>

@@ -1,4 +1,4 @@
-#include "compose/TemplateList.h"
+#include "core/compose/TemplateList.h"
 
 #include <QStringList>
 

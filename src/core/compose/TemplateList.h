@@ -1,8 +1,8 @@
 #pragma once
 
-#include "hierarchy/ListEntry.h"
-#include "settings/SettingsStore.h"
-#include "settings/TaskTemplate.h"
+#include "core/hierarchy/ListEntry.h"
+#include "core/settings/SettingsStore.h"
+#include "core/settings/TaskTemplate.h"
 
 #include <QString>
 #include <QUuid>

@@ -1,8 +1,8 @@
-#include "hierarchy/HierarchyStore.h"
+#include "core/hierarchy/HierarchyStore.h"
 
-#include "api/Endpoints.h"
-#include "async/LoadGuard.h"
-#include "hierarchy/SpaceEntries.h"
+#include "core/api/Endpoints.h"
+#include "core/async/LoadGuard.h"
+#include "core/hierarchy/SpaceEntries.h"
 
 namespace {
 // The user-facing text of a failed load; the client fails with NVError alone.

@@ -1,8 +1,8 @@
 #pragma once
 
-#include "api/HierarchyRecords.h"
-#include "api/NorvaneClient.h"
-#include "hierarchy/ListEntry.h"
+#include "core/api/HierarchyRecords.h"
+#include "core/api/NorvaneClient.h"
+#include "core/hierarchy/ListEntry.h"
 
 #include <QCoroTask>
 #include <QHash>

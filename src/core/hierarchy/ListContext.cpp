@@ -1,7 +1,7 @@
-#include "hierarchy/ListContext.h"
+#include "core/hierarchy/ListContext.h"
 
-#include "api/Endpoints.h"
-#include "async/LoadGuard.h"
+#include "core/api/Endpoints.h"
+#include "core/async/LoadGuard.h"
 
 namespace {
 // A read whose failure counts as an absent result.

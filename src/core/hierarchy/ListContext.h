@@ -1,9 +1,9 @@
 #pragma once
 
-#include "api/FieldRecords.h"
-#include "api/NorvaneClient.h"
-#include "api/UserRecords.h"
-#include "hierarchy/ListEntry.h"
+#include "core/api/FieldRecords.h"
+#include "core/api/NorvaneClient.h"
+#include "core/api/UserRecords.h"
+#include "core/hierarchy/ListEntry.h"
 
 #include <QCoroTask>
 #include <QList>

@@ -1,7 +1,7 @@
 #pragma once
 
-#include "api/FieldRecords.h"
-#include "api/HierarchyRecords.h"
+#include "core/api/FieldRecords.h"
+#include "core/api/HierarchyRecords.h"
 
 #include <QList>
 #include <QString>

@@ -1,7 +1,7 @@
-#include "hierarchy/LocationMemory.h"
+#include "core/hierarchy/LocationMemory.h"
 
-#include "async/LoadGuard.h"
-#include "async/StartTask.h"
+#include "core/async/LoadGuard.h"
+#include "core/async/StartTask.h"
 
 #include <algorithm>
 

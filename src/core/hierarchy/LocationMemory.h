@@ -1,9 +1,9 @@
 #pragma once
 
-#include "api/NorvaneClient.h"
-#include "hierarchy/HierarchyStore.h"
-#include "hierarchy/ListContext.h"
-#include "settings/SettingsStore.h"
+#include "core/api/NorvaneClient.h"
+#include "core/hierarchy/HierarchyStore.h"
+#include "core/hierarchy/ListContext.h"
+#include "core/settings/SettingsStore.h"
 
 #include <QCoroTask>
 #include <QObject>

@@ -1,8 +1,8 @@
-#include "hierarchy/LocationPickerModel.h"
+#include "core/hierarchy/LocationPickerModel.h"
 
-#include "async/LoadGuard.h"
-#include "async/StartTask.h"
-#include "support/SpacesAndTabs.h"
+#include "core/async/LoadGuard.h"
+#include "core/async/StartTask.h"
+#include "core/support/SpacesAndTabs.h"
 
 #include <algorithm>
 

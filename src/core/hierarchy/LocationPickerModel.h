@@ -1,9 +1,9 @@
 #pragma once
 
-#include "hierarchy/HierarchyStore.h"
-#include "hierarchy/ListEntry.h"
-#include "hierarchy/LocationMemory.h"
-#include "settings/SettingsStore.h"
+#include "core/hierarchy/HierarchyStore.h"
+#include "core/hierarchy/ListEntry.h"
+#include "core/hierarchy/LocationMemory.h"
+#include "core/settings/SettingsStore.h"
 
 #include <QCoroTask>
 #include <QObject>

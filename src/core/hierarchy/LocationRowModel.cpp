@@ -1,4 +1,4 @@
-#include "hierarchy/LocationRowModel.h"
+#include "core/hierarchy/LocationRowModel.h"
 
 #include <QSet>
 

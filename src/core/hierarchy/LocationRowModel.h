@@ -1,6 +1,6 @@
 #pragma once
 
-#include "hierarchy/ListEntry.h"
+#include "core/hierarchy/ListEntry.h"
 
 #include <QAbstractListModel>
 #include <QList>

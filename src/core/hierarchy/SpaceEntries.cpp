@@ -1,6 +1,6 @@
-#include "hierarchy/SpaceEntries.h"
+#include "core/hierarchy/SpaceEntries.h"
 
-#include "api/Endpoints.h"
+#include "core/api/Endpoints.h"
 
 #include <QNetworkAccessManager>
 #include <QNetworkReply>

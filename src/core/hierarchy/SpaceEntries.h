@@ -1,7 +1,7 @@
 #pragma once
 
-#include "api/NorvaneClient.h"
-#include "hierarchy/ListEntry.h"
+#include "core/api/NorvaneClient.h"
+#include "core/hierarchy/ListEntry.h"
 
 #include <QCoroTask>
 #include <QList>

@@ -1,4 +1,4 @@
-#include "json/JsonDecoding.h"
+#include "core/json/JsonDecoding.h"
 
 #include <QCborValue>
 #include <QJsonDocument>

@@ -1,4 +1,4 @@
-#include "json/JsonEncoding.h"
+#include "core/json/JsonEncoding.h"
 
 #include <QJsonDocument>
 

@@ -1,4 +1,4 @@
-#include "myday/DayBounds.h"
+#include "core/myday/DayBounds.h"
 
 namespace {
 QDateTime startOfDay(const QDateTime& now) {

@@ -1,12 +1,12 @@
-#include "myday/DueCountQuery.h"
+#include "core/myday/DueCountQuery.h"
 
-#include "api/Endpoints.h"
-#include "async/LoadGuard.h"
-#include "async/StartTask.h"
-#include "myday/DayBounds.h"
-#include "myday/DueDate.h"
-#include "myday/TaskQueryFilters.h"
-#include "settings/SettingsStore.h"
+#include "core/api/Endpoints.h"
+#include "core/async/LoadGuard.h"
+#include "core/async/StartTask.h"
+#include "core/myday/DayBounds.h"
+#include "core/myday/DueDate.h"
+#include "core/myday/TaskQueryFilters.h"
+#include "core/settings/SettingsStore.h"
 
 #include <algorithm>
 

@@ -1,9 +1,9 @@
 #pragma once
 
-#include "api/NorvaneClient.h"
-#include "api/TaskRecords.h"
-#include "async/Clock.h"
-#include "async/LatestWins.h"
+#include "core/api/NorvaneClient.h"
+#include "core/api/TaskRecords.h"
+#include "core/async/Clock.h"
+#include "core/async/LatestWins.h"
 
 #include <QCoroTask>
 #include <QList>

@@ -1,6 +1,6 @@
-#include "myday/DueDate.h"
+#include "core/myday/DueDate.h"
 
-#include "support/DoubleText.h"
+#include "core/support/DoubleText.h"
 
 namespace DueDate {
 

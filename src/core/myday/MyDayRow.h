@@ -1,6 +1,6 @@
 #pragma once
 
-#include "myday/TaskTree.h"
+#include "core/myday/TaskTree.h"
 
 #include <QString>
 

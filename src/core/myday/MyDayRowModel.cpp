@@ -1,6 +1,6 @@
-#include "myday/MyDayRowModel.h"
+#include "core/myday/MyDayRowModel.h"
 
-#include "support/NorvaneColor.h"
+#include "core/support/NorvaneColor.h"
 
 #include <QStringList>
 #include <utility>

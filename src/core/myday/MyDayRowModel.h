@@ -1,8 +1,8 @@
 #pragma once
 
-#include "api/FieldRecords.h"
-#include "myday/MyDayRow.h"
-#include "myday/StatusChoice.h"
+#include "core/api/FieldRecords.h"
+#include "core/myday/MyDayRow.h"
+#include "core/myday/StatusChoice.h"
 
 #include <QAbstractListModel>
 #include <QHash>

@@ -1,12 +1,12 @@
-#include "myday/MyDayStore.h"
+#include "core/myday/MyDayStore.h"
 
-#include "api/Endpoints.h"
-#include "async/Background.h"
-#include "async/LoadGuard.h"
-#include "myday/DayBounds.h"
-#include "myday/TaskOrdering.h"
-#include "myday/TaskSearch.h"
-#include "submit/FailureMessage.h"
+#include "core/api/Endpoints.h"
+#include "core/async/Background.h"
+#include "core/async/LoadGuard.h"
+#include "core/myday/DayBounds.h"
+#include "core/myday/TaskOrdering.h"
+#include "core/myday/TaskSearch.h"
+#include "core/submit/FailureMessage.h"
 
 #include <QCoreApplication>
 #include <QPointer>

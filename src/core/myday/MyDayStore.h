@@ -1,10 +1,10 @@
 #pragma once
 
-#include "api/FieldRecords.h"
-#include "api/NorvaneClient.h"
-#include "api/TaskRecords.h"
-#include "async/Clock.h"
-#include "myday/TaskQueryFilters.h"
+#include "core/api/FieldRecords.h"
+#include "core/api/NorvaneClient.h"
+#include "core/api/TaskRecords.h"
+#include "core/async/Clock.h"
+#include "core/myday/TaskQueryFilters.h"
 
 #include <QCoroTask>
 #include <QDateTime>

@@ -1,6 +1,6 @@
-#include "myday/QuickTimes.h"
+#include "core/myday/QuickTimes.h"
 
-#include "myday/SnoozePresets.h"
+#include "core/myday/SnoozePresets.h"
 
 #include <QCoreApplication>
 

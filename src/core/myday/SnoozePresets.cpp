@@ -1,4 +1,4 @@
-#include "myday/SnoozePresets.h"
+#include "core/myday/SnoozePresets.h"
 
 #include <algorithm>
 #include <array>

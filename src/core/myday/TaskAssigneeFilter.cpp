@@ -1,6 +1,6 @@
-#include "myday/TaskAssigneeFilter.h"
+#include "core/myday/TaskAssigneeFilter.h"
 
-#include "support/Overloaded.h"
+#include "core/support/Overloaded.h"
 
 QString TaskAssigneeFilter::keyPart() const {
     return std::visit(Overloaded{

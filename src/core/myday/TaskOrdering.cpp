@@ -1,6 +1,6 @@
-#include "myday/TaskOrdering.h"
+#include "core/myday/TaskOrdering.h"
 
-#include "myday/DueDate.h"
+#include "core/myday/DueDate.h"
 
 #include <QCollator>
 #include <algorithm>

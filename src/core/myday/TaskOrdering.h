@@ -1,7 +1,7 @@
 #pragma once
 
-#include "api/TaskRecords.h"
-#include "myday/DayBounds.h"
+#include "core/api/TaskRecords.h"
+#include "core/myday/DayBounds.h"
 
 #include <QList>
 

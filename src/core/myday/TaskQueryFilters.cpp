@@ -1,4 +1,4 @@
-#include "myday/TaskQueryFilters.h"
+#include "core/myday/TaskQueryFilters.h"
 
 namespace {
 template <typename List> std::optional<List> nonEmpty(std::optional<List> items) {

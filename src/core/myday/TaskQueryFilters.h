@@ -1,6 +1,6 @@
 #pragma once
 
-#include "api/Endpoints.h"
+#include "core/api/Endpoints.h"
 
 #include <QList>
 #include <QString>

@@ -1,4 +1,4 @@
-#include "myday/TaskSearch.h"
+#include "core/myday/TaskSearch.h"
 
 #include <algorithm>
 

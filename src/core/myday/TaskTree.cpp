@@ -1,4 +1,4 @@
-#include "myday/TaskTree.h"
+#include "core/myday/TaskTree.h"
 
 #include <algorithm>
 

@@ -1,10 +1,10 @@
-#include "myday/TasksTabState.h"
+#include "core/myday/TasksTabState.h"
 
-#include "async/LoadGuard.h"
-#include "myday/DayBounds.h"
-#include "myday/DueDate.h"
-#include "myday/TaskSearch.h"
-#include "support/Overloaded.h"
+#include "core/async/LoadGuard.h"
+#include "core/myday/DayBounds.h"
+#include "core/myday/DueDate.h"
+#include "core/myday/TaskSearch.h"
+#include "core/support/Overloaded.h"
 
 #include <QCollator>
 #include <QCoreApplication>

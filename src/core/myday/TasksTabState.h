@@ -1,16 +1,16 @@
 #pragma once
 
-#include "api/TaskRecords.h"
-#include "api/UserRecords.h"
-#include "async/Clock.h"
-#include "async/DayChange.h"
-#include "hierarchy/ListContext.h"
-#include "myday/MyDayRow.h"
-#include "myday/MyDayStore.h"
-#include "myday/QuickTimes.h"
-#include "myday/TaskAssigneeFilter.h"
-#include "myday/TaskQueryFilters.h"
-#include "submit/SubmitNotifier.h"
+#include "core/api/TaskRecords.h"
+#include "core/api/UserRecords.h"
+#include "core/async/Clock.h"
+#include "core/async/DayChange.h"
+#include "core/hierarchy/ListContext.h"
+#include "core/myday/MyDayRow.h"
+#include "core/myday/MyDayStore.h"
+#include "core/myday/QuickTimes.h"
+#include "core/myday/TaskAssigneeFilter.h"
+#include "core/myday/TaskQueryFilters.h"
+#include "core/submit/SubmitNotifier.h"
 
 #include <QCoroTask>
 #include <QList>

@@ -1,4 +1,4 @@
-#include "notify/NotificationCategories.h"
+#include "core/notify/NotificationCategories.h"
 
 #include <QCoreApplication>
 

@@ -1,6 +1,6 @@
 #pragma once
 
-#include "platform/NotificationRequest.h"
+#include "core/platform/NotificationRequest.h"
 
 #include <QString>
 

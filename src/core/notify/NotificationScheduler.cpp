@@ -1,11 +1,11 @@
-#include "notify/NotificationScheduler.h"
+#include "core/notify/NotificationScheduler.h"
 
-#include "submit/TaskCounts.h"
+#include "core/submit/TaskCounts.h"
 
-#include "async/StartTask.h"
-#include "notify/NotificationCategories.h"
-#include "notify/ReminderFile.h"
-#include "support/GeneratedNames.h"
+#include "core/async/StartTask.h"
+#include "core/notify/NotificationCategories.h"
+#include "core/notify/ReminderFile.h"
+#include "core/support/GeneratedNames.h"
 
 #include <QPointer>
 #include <QUrl>

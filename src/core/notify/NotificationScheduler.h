@@ -1,10 +1,10 @@
 #pragma once
 
-#include "async/Clock.h"
-#include "notify/ReminderSchedule.h"
-#include "platform/LinkActions.h"
-#include "platform/NotificationCenter.h"
-#include "submit/SubmitNotifier.h"
+#include "core/async/Clock.h"
+#include "core/notify/ReminderSchedule.h"
+#include "core/platform/LinkActions.h"
+#include "core/platform/NotificationCenter.h"
+#include "core/submit/SubmitNotifier.h"
 
 #include <QHash>
 #include <QObject>

@@ -1,7 +1,7 @@
-#include "notify/Reminder.h"
+#include "core/notify/Reminder.h"
 
-#include "support/EpochSeconds.h"
-#include "json/JsonEncoding.h"
+#include "core/json/JsonEncoding.h"
+#include "core/support/EpochSeconds.h"
 
 namespace {
 const QString fireDateKey = QStringLiteral("fireDate");

@@ -1,6 +1,6 @@
-#include "notify/ReminderFile.h"
+#include "core/notify/ReminderFile.h"
 
-#include "json/JsonEncoding.h"
+#include "core/json/JsonEncoding.h"
 
 #include <QDir>
 #include <QFile>

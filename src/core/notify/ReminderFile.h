@@ -1,6 +1,6 @@
 #pragma once
 
-#include "notify/Reminder.h"
+#include "core/notify/Reminder.h"
 
 #include <QByteArray>
 #include <QList>

@@ -1,8 +1,8 @@
-#include "notify/ReminderSchedule.h"
+#include "core/notify/ReminderSchedule.h"
 
-#include "async/LoadGuard.h"
-#include "async/StartTask.h"
-#include "notify/ReminderFile.h"
+#include "core/async/LoadGuard.h"
+#include "core/async/StartTask.h"
+#include "core/notify/ReminderFile.h"
 
 #include <algorithm>
 #include <iterator>

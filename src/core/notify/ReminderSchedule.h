@@ -1,8 +1,8 @@
 #pragma once
 
-#include "async/Clock.h"
-#include "notify/Reminder.h"
-#include "platform/WallClockAlarm.h"
+#include "core/async/Clock.h"
+#include "core/notify/Reminder.h"
+#include "core/platform/WallClockAlarm.h"
 
 #include <QCoroTask>
 #include <QList>

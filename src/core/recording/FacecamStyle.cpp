@@ -1,6 +1,6 @@
-#include "recording/FacecamStyle.h"
+#include "core/recording/FacecamStyle.h"
 
-#include "json/JsonEncoding.h"
+#include "core/json/JsonEncoding.h"
 
 FacecamStyle FacecamStyle::fromJson(const Json::JsonObject& json) {
     return {

@@ -1,7 +1,7 @@
 #pragma once
 
-#include "json/JsonDecoding.h"
-#include "json/RawValue.h"
+#include "core/json/JsonDecoding.h"
+#include "core/json/RawValue.h"
 
 #include <QJsonObject>
 #include <QString>

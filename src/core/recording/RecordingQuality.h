@@ -1,6 +1,6 @@
 #pragma once
 
-#include "json/RawValue.h"
+#include "core/json/RawValue.h"
 
 // The bit rate class of a screen recording.
 enum class RecordingQuality {

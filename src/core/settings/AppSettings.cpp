@@ -1,6 +1,6 @@
-#include "settings/AppSettings.h"
+#include "core/settings/AppSettings.h"
 
-#include "json/JsonEncoding.h"
+#include "core/json/JsonEncoding.h"
 
 namespace {
 // A key that is present replaces the default already in `field`; a missing or null key leaves it.

@@ -1,15 +1,15 @@
 #pragma once
 
-#include "recording/FacecamStyle.h"
-#include "recording/RecordingQuality.h"
-#include "settings/Bookmark.h"
-#include "settings/DefaultField.h"
-#include "settings/HotKeyPreset.h"
-#include "settings/SavedLocation.h"
-#include "settings/StorageProviderKind.h"
-#include "settings/StoredAccount.h"
-#include "settings/TaskTemplate.h"
-#include "json/JsonDecoding.h"
+#include "core/json/JsonDecoding.h"
+#include "core/recording/FacecamStyle.h"
+#include "core/recording/RecordingQuality.h"
+#include "core/settings/Bookmark.h"
+#include "core/settings/DefaultField.h"
+#include "core/settings/HotKeyPreset.h"
+#include "core/settings/SavedLocation.h"
+#include "core/settings/StorageProviderKind.h"
+#include "core/settings/StoredAccount.h"
+#include "core/settings/TaskTemplate.h"
 
 #include <QJsonObject>
 #include <QList>

@@ -1,6 +1,6 @@
-#include "settings/Bookmark.h"
+#include "core/settings/Bookmark.h"
 
-#include "json/JsonEncoding.h"
+#include "core/json/JsonEncoding.h"
 
 Bookmark Bookmark::fromJson(const Json::JsonObject& json) {
     return {

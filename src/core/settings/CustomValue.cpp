@@ -1,9 +1,9 @@
-#include "settings/CustomValue.h"
+#include "core/settings/CustomValue.h"
 
-#include "settings/SettingsDate.h"
-#include "support/DoubleText.h"
-#include "support/SpacesAndTabs.h"
-#include "json/JsonEncoding.h"
+#include "core/json/JsonEncoding.h"
+#include "core/settings/SettingsDate.h"
+#include "core/support/DoubleText.h"
+#include "core/support/SpacesAndTabs.h"
 
 #include <QList>
 #include <algorithm>

@@ -1,7 +1,7 @@
 #pragma once
 
-#include "api/JSONValue.h"
-#include "json/JsonDecoding.h"
+#include "core/api/JSONValue.h"
+#include "core/json/JsonDecoding.h"
 
 #include <QDateTime>
 #include <QJsonObject>

@@ -1,6 +1,6 @@
 #pragma once
 
-#include "json/RawValue.h"
+#include "core/json/RawValue.h"
 
 #include <QHashFunctions>
 

@@ -1,4 +1,4 @@
-#include "settings/FieldVisibility.h"
+#include "core/settings/FieldVisibility.h"
 
 #include <QCoreApplication>
 

@@ -1,7 +1,7 @@
 #pragma once
 
-#include "settings/DefaultField.h"
-#include "settings/SettingsStore.h"
+#include "core/settings/DefaultField.h"
+#include "core/settings/SettingsStore.h"
 
 #include <QList>
 #include <QString>

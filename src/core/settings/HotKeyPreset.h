@@ -1,6 +1,6 @@
 #pragma once
 
-#include "json/RawValue.h"
+#include "core/json/RawValue.h"
 
 // The fixed menu of key combinations offered for the compose, screenshot and screen recording
 // shortcuts.

@@ -1,6 +1,6 @@
-#include "settings/QuickLinks.h"
+#include "core/settings/QuickLinks.h"
 
-#include "support/SpacesAndTabs.h"
+#include "core/support/SpacesAndTabs.h"
 
 #include <QUrl>
 

@@ -1,4 +1,4 @@
-#include "settings/ReminderLeadTime.h"
+#include "core/settings/ReminderLeadTime.h"
 
 #include <QCoreApplication>
 

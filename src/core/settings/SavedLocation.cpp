@@ -1,6 +1,6 @@
-#include "settings/SavedLocation.h"
+#include "core/settings/SavedLocation.h"
 
-#include "json/JsonEncoding.h"
+#include "core/json/JsonEncoding.h"
 
 SavedLocation SavedLocation::fromJson(const Json::JsonObject& json) {
     return {

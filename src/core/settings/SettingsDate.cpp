@@ -1,8 +1,8 @@
-#include "settings/SettingsDate.h"
+#include "core/settings/SettingsDate.h"
 
-#include "support/EpochSeconds.h"
-#include "json/DecodingError.h"
-#include "json/JsonDecoding.h"
+#include "core/json/DecodingError.h"
+#include "core/json/JsonDecoding.h"
+#include "core/support/EpochSeconds.h"
 
 namespace SettingsDate {
 namespace {

@@ -1,8 +1,8 @@
-#include "settings/SettingsStore.h"
+#include "core/settings/SettingsStore.h"
 
-#include "json/DecodingError.h"
-#include "json/JsonDecoding.h"
-#include "json/JsonEncoding.h"
+#include "core/json/DecodingError.h"
+#include "core/json/JsonDecoding.h"
+#include "core/json/JsonEncoding.h"
 
 #include <QDir>
 #include <QFile>

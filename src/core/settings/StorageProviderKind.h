@@ -1,6 +1,6 @@
 #pragma once
 
-#include "json/RawValue.h"
+#include "core/json/RawValue.h"
 
 // Where attachments go: natively to the service, or to an external storage provider whose links are
 // written into the task.

@@ -1,6 +1,6 @@
-#include "settings/StoredAccount.h"
+#include "core/settings/StoredAccount.h"
 
-#include "json/JsonEncoding.h"
+#include "core/json/JsonEncoding.h"
 
 StoredAccount StoredAccount::fromJson(const Json::JsonObject& json) {
     return {

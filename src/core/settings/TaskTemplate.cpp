@@ -1,6 +1,6 @@
-#include "settings/TaskTemplate.h"
+#include "core/settings/TaskTemplate.h"
 
-#include "json/JsonEncoding.h"
+#include "core/json/JsonEncoding.h"
 
 TaskTemplate TaskTemplate::fromJson(const Json::JsonObject& json) {
     TaskTemplate result;

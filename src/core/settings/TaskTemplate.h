@@ -1,7 +1,7 @@
 #pragma once
 
-#include "settings/CustomValue.h"
-#include "json/JsonDecoding.h"
+#include "core/json/JsonDecoding.h"
+#include "core/settings/CustomValue.h"
 
 #include <QJsonObject>
 #include <QMap>

@@ -1,4 +1,4 @@
-#include "shell/InstanceMessage.h"
+#include "core/shell/InstanceMessage.h"
 
 namespace InstanceMessages {
 namespace {

@@ -1,4 +1,4 @@
-#include "shell/PopoverPlacement.h"
+#include "core/shell/PopoverPlacement.h"
 
 #include <algorithm>
 

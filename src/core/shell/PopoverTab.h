@@ -1,6 +1,6 @@
 #pragma once
 
-#include "json/RawValue.h"
+#include "core/json/RawValue.h"
 
 // The popover's two tabs. Not kept: every launch starts on compose.
 enum class PopoverTab { compose, myDay };

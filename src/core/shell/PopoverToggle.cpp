@@ -1,4 +1,4 @@
-#include "shell/PopoverToggle.h"
+#include "core/shell/PopoverToggle.h"
 
 #include <utility>
 

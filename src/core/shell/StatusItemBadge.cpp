@@ -1,4 +1,4 @@
-#include "shell/StatusItemBadge.h"
+#include "core/shell/StatusItemBadge.h"
 
 #include <QCoreApplication>
 

@@ -1,8 +1,8 @@
-#include "shell/StatusItemBadgeModel.h"
+#include "core/shell/StatusItemBadgeModel.h"
 
-#include "myday/DueCountQuery.h"
-#include "settings/SettingsStore.h"
-#include "submit/BackgroundSubmitQueue.h"
+#include "core/myday/DueCountQuery.h"
+#include "core/settings/SettingsStore.h"
+#include "core/submit/BackgroundSubmitQueue.h"
 
 StatusItemBadgeModel::StatusItemBadgeModel(const BackgroundSubmitQueue& queue, const DueCountQuery& dueCount,
                                            const SettingsStore& settings, QObject* parent)

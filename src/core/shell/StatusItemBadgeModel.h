@@ -1,6 +1,6 @@
 #pragma once
 
-#include "shell/StatusItemBadge.h"
+#include "core/shell/StatusItemBadge.h"
 
 #include <QObject>
 

@@ -1,4 +1,4 @@
-#include "shell/StatusItemIcon.h"
+#include "core/shell/StatusItemIcon.h"
 
 #include <QPainter>
 #include <QPainterPath>

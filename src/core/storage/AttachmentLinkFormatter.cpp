@@ -1,4 +1,4 @@
-#include "storage/AttachmentLinkFormatter.h"
+#include "core/storage/AttachmentLinkFormatter.h"
 
 #include <QStringList>
 

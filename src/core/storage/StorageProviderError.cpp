@@ -1,6 +1,6 @@
-#include "storage/StorageProviderError.h"
+#include "core/storage/StorageProviderError.h"
 
-#include "support/Overloaded.h"
+#include "core/support/Overloaded.h"
 
 #include <QCoreApplication>
 

@@ -1,6 +1,6 @@
-#include "storage/StorageProviderRegistry.h"
+#include "core/storage/StorageProviderRegistry.h"
 
-#include "storage/UnavailableStorageProvider.h"
+#include "core/storage/UnavailableStorageProvider.h"
 
 #include <QCoreApplication>
 

@@ -1,8 +1,8 @@
 #pragma once
 
-#include "settings/AppSettings.h"
-#include "settings/StorageProviderKind.h"
-#include "storage/ExternalStorageProvider.h"
+#include "core/settings/AppSettings.h"
+#include "core/settings/StorageProviderKind.h"
+#include "core/storage/ExternalStorageProvider.h"
 
 #include <QString>
 #include <functional>

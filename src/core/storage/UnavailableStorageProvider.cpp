@@ -1,6 +1,6 @@
-#include "storage/UnavailableStorageProvider.h"
+#include "core/storage/UnavailableStorageProvider.h"
 
-#include "storage/StorageProviderError.h"
+#include "core/storage/StorageProviderError.h"
 
 #include <QCoreApplication>
 

@@ -1,6 +1,6 @@
 #pragma once
 
-#include "storage/ExternalStorageProvider.h"
+#include "core/storage/ExternalStorageProvider.h"
 
 // Stands for a provider kind that this build can't upload to: every check and every upload fails
 // with a missing configuration that names the provider, so a job reports failed uploads instead of

@@ -1,4 +1,4 @@
-#include "submit/AttachmentUploadError.h"
+#include "core/submit/AttachmentUploadError.h"
 
 #include <QCoreApplication>
 

@@ -1,6 +1,6 @@
 #pragma once
 
-#include "compose/StagedAttachment.h"
+#include "core/compose/StagedAttachment.h"
 
 #include <QString>
 #include <QUuid>

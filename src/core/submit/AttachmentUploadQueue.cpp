@@ -1,7 +1,7 @@
-#include "submit/AttachmentUploadQueue.h"
+#include "core/submit/AttachmentUploadQueue.h"
 
-#include "async/LoadGuard.h"
-#include "async/StartTask.h"
+#include "core/async/LoadGuard.h"
+#include "core/async/StartTask.h"
 
 AttachmentUploadQueue::AttachmentUploadQueue(QObject* parent)
     : QObject(parent) {}

@@ -1,10 +1,10 @@
 #pragma once
 
-#include "api/NorvaneClient.h"
-#include "async/OneShot.h"
-#include "compose/StagedAttachment.h"
-#include "submit/AttachmentUploadFailure.h"
-#include "submit/AttachmentUploader.h"
+#include "core/api/NorvaneClient.h"
+#include "core/async/OneShot.h"
+#include "core/compose/StagedAttachment.h"
+#include "core/submit/AttachmentUploadFailure.h"
+#include "core/submit/AttachmentUploader.h"
 
 #include <QCoroTask>
 #include <QList>

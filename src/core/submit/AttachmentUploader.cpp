@@ -1,10 +1,10 @@
-#include "submit/AttachmentUploader.h"
+#include "core/submit/AttachmentUploader.h"
 
-#include "api/Endpoints.h"
-#include "compose/AttachmentSizeLimits.h"
-#include "submit/AttachmentUploadError.h"
-#include "submit/FailureMessage.h"
-#include "support/FileError.h"
+#include "core/api/Endpoints.h"
+#include "core/compose/AttachmentSizeLimits.h"
+#include "core/submit/AttachmentUploadError.h"
+#include "core/submit/FailureMessage.h"
+#include "core/support/FileError.h"
 
 #include <QCoreApplication>
 #include <QFile>

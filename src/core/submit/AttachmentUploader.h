@@ -1,8 +1,8 @@
 #pragma once
 
-#include "api/NorvaneClient.h"
-#include "compose/StagedAttachment.h"
-#include "submit/AttachmentUploadFailure.h"
+#include "core/api/NorvaneClient.h"
+#include "core/compose/StagedAttachment.h"
+#include "core/submit/AttachmentUploadFailure.h"
 
 #include <QCoroTask>
 #include <QList>

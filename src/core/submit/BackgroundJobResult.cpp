@@ -1,6 +1,6 @@
-#include "submit/BackgroundJobResult.h"
+#include "core/submit/BackgroundJobResult.h"
 
-#include "support/Overloaded.h"
+#include "core/support/Overloaded.h"
 
 std::optional<QUuid> BackgroundJobResult::retryJobID() const {
     return std::visit(

@@ -1,13 +1,13 @@
-#include "submit/BackgroundSubmitQueue.h"
+#include "core/submit/BackgroundSubmitQueue.h"
 
-#include "async/LoadGuard.h"
-#include "async/StartTask.h"
-#include "settings/SettingsStore.h"
-#include "storage/StorageProviderRegistry.h"
-#include "submit/BulkSubmitter.h"
-#include "submit/SubmitNotifier.h"
-#include "submit/TaskSubmitter.h"
-#include "support/Overloaded.h"
+#include "core/async/LoadGuard.h"
+#include "core/async/StartTask.h"
+#include "core/settings/SettingsStore.h"
+#include "core/storage/StorageProviderRegistry.h"
+#include "core/submit/BulkSubmitter.h"
+#include "core/submit/SubmitNotifier.h"
+#include "core/submit/TaskSubmitter.h"
+#include "core/support/Overloaded.h"
 
 #include <QCoreApplication>
 #include <QFile>

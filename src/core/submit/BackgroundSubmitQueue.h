@@ -1,15 +1,15 @@
 #pragma once
 
-#include "api/NorvaneClient.h"
-#include "submit/BackgroundJobResult.h"
-#include "submit/BulkSubmitJobPayload.h"
-#include "submit/BulkSubmitResult.h"
-#include "submit/FailedSubmitJob.h"
-#include "submit/ForegroundSubmitPhase.h"
-#include "submit/ForegroundSubmitSession.h"
-#include "submit/SubmitJobPayload.h"
-#include "submit/SubmitJobResult.h"
-#include "submit/SubmitNotifier.h"
+#include "core/api/NorvaneClient.h"
+#include "core/submit/BackgroundJobResult.h"
+#include "core/submit/BulkSubmitJobPayload.h"
+#include "core/submit/BulkSubmitResult.h"
+#include "core/submit/FailedSubmitJob.h"
+#include "core/submit/ForegroundSubmitPhase.h"
+#include "core/submit/ForegroundSubmitSession.h"
+#include "core/submit/SubmitJobPayload.h"
+#include "core/submit/SubmitJobResult.h"
+#include "core/submit/SubmitNotifier.h"
 
 #include <QCoroTask>
 #include <QHash>

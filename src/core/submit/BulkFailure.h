@@ -1,6 +1,6 @@
 #pragma once
 
-#include "submit/CreateFailure.h"
+#include "core/submit/CreateFailure.h"
 
 #include <QString>
 #include <QUuid>

@@ -1,6 +1,6 @@
 #pragma once
 
-#include "api/TaskRequests.h"
+#include "core/api/TaskRequests.h"
 
 #include <QList>
 #include <QString>

@@ -1,7 +1,7 @@
 #pragma once
 
-#include "api/TaskRecords.h"
-#include "submit/BulkFailure.h"
+#include "core/api/TaskRecords.h"
+#include "core/submit/BulkFailure.h"
 
 #include <QList>
 #include <QString>

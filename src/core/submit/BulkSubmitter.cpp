@@ -1,8 +1,8 @@
-#include "submit/BulkSubmitter.h"
+#include "core/submit/BulkSubmitter.h"
 
-#include "api/Endpoints.h"
-#include "submit/ExistingTasks.h"
-#include "submit/FailureMessage.h"
+#include "core/api/Endpoints.h"
+#include "core/submit/ExistingTasks.h"
+#include "core/submit/FailureMessage.h"
 
 #include <QCoreApplication>
 #include <QUuid>

@@ -1,10 +1,10 @@
 #pragma once
 
-#include "api/NorvaneClient.h"
-#include "submit/BulkSubmitJobPayload.h"
-#include "submit/BulkSubmitResult.h"
-#include "submit/ExistingTasks.h"
-#include "submit/ForegroundSubmitPhase.h"
+#include "core/api/NorvaneClient.h"
+#include "core/submit/BulkSubmitJobPayload.h"
+#include "core/submit/BulkSubmitResult.h"
+#include "core/submit/ExistingTasks.h"
+#include "core/submit/ForegroundSubmitPhase.h"
 
 #include <QCoroTask>
 

@@ -1,6 +1,6 @@
-#include "submit/CreateFailure.h"
+#include "core/submit/CreateFailure.h"
 
-#include "api/NVError.h"
+#include "core/api/NVError.h"
 
 #include <QCoreApplication>
 

@@ -1,6 +1,6 @@
-#include "submit/DraftSnapshot.h"
+#include "core/submit/DraftSnapshot.h"
 
-#include "compose/AttachmentStaging.h"
+#include "core/compose/AttachmentStaging.h"
 
 #include <QRegularExpression>
 

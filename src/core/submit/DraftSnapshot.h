@@ -1,9 +1,9 @@
 #pragma once
 
-#include "compose/TaskDraft.h"
-#include "settings/DefaultField.h"
-#include "submit/BulkSubmitJobPayload.h"
-#include "submit/SubmitJobPayload.h"
+#include "core/compose/TaskDraft.h"
+#include "core/settings/DefaultField.h"
+#include "core/submit/BulkSubmitJobPayload.h"
+#include "core/submit/SubmitJobPayload.h"
 
 #include <QSet>
 #include <QString>

@@ -1,7 +1,7 @@
-#include "submit/ExistingTasks.h"
+#include "core/submit/ExistingTasks.h"
 
-#include "api/Endpoints.h"
-#include "submit/FailureMessage.h"
+#include "core/api/Endpoints.h"
+#include "core/submit/FailureMessage.h"
 
 #include <algorithm>
 

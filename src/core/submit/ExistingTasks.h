@@ -1,7 +1,7 @@
 #pragma once
 
-#include "api/NorvaneClient.h"
-#include "api/TaskRecords.h"
+#include "core/api/NorvaneClient.h"
+#include "core/api/TaskRecords.h"
 
 #include <QCoroTask>
 #include <QList>

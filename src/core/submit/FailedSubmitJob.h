@@ -1,9 +1,9 @@
 #pragma once
 
-#include "compose/StagedAttachment.h"
-#include "submit/BulkSubmitJobPayload.h"
-#include "submit/CreateFailure.h"
-#include "submit/SubmitJobPayload.h"
+#include "core/compose/StagedAttachment.h"
+#include "core/submit/BulkSubmitJobPayload.h"
+#include "core/submit/CreateFailure.h"
+#include "core/submit/SubmitJobPayload.h"
 
 #include <QList>
 #include <QString>

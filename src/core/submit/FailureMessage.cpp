@@ -1,8 +1,8 @@
-#include "submit/FailureMessage.h"
+#include "core/submit/FailureMessage.h"
 
-#include "api/NVError.h"
-#include "storage/StorageProviderError.h"
-#include "submit/AttachmentUploadError.h"
+#include "core/api/NVError.h"
+#include "core/storage/StorageProviderError.h"
+#include "core/submit/AttachmentUploadError.h"
 
 #include <QCoreApplication>
 

@@ -1,9 +1,9 @@
 #pragma once
 
-#include "api/TaskRecords.h"
-#include "submit/AttachmentUploadFailure.h"
-#include "submit/BulkFailure.h"
-#include "submit/CreateFailure.h"
+#include "core/api/TaskRecords.h"
+#include "core/submit/AttachmentUploadFailure.h"
+#include "core/submit/BulkFailure.h"
+#include "core/submit/CreateFailure.h"
 
 #include <QList>
 #include <QString>

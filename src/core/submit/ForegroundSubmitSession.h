@@ -1,6 +1,6 @@
 #pragma once
 
-#include "submit/ForegroundSubmitPhase.h"
+#include "core/submit/ForegroundSubmitPhase.h"
 
 #include <QString>
 #include <QUuid>

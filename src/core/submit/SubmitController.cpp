@@ -1,13 +1,13 @@
-#include "submit/SubmitController.h"
+#include "core/submit/SubmitController.h"
 
-#include "api/NorvaneClient.h"
-#include "compose/TaskDraft.h"
-#include "hierarchy/LocationMemory.h"
-#include "settings/SettingsStore.h"
-#include "submit/BackgroundSubmitQueue.h"
-#include "submit/DraftSnapshot.h"
-#include "submit/SubmitNotifier.h"
-#include "support/SpacesAndTabs.h"
+#include "core/api/NorvaneClient.h"
+#include "core/compose/TaskDraft.h"
+#include "core/hierarchy/LocationMemory.h"
+#include "core/settings/SettingsStore.h"
+#include "core/submit/BackgroundSubmitQueue.h"
+#include "core/submit/DraftSnapshot.h"
+#include "core/submit/SubmitNotifier.h"
+#include "core/support/SpacesAndTabs.h"
 
 #include <QCoreApplication>
 #include <QPointer>

@@ -1,8 +1,8 @@
 #pragma once
 
-#include "submit/BackgroundJobResult.h"
-#include "submit/ForegroundSubmitPhase.h"
-#include "submit/ForegroundSubmitSession.h"
+#include "core/submit/BackgroundJobResult.h"
+#include "core/submit/ForegroundSubmitPhase.h"
+#include "core/submit/ForegroundSubmitSession.h"
 
 #include <QObject>
 #include <QString>

@@ -1,7 +1,7 @@
 #pragma once
 
-#include "api/TaskRequests.h"
-#include "compose/StagedAttachment.h"
+#include "core/api/TaskRequests.h"
+#include "core/compose/StagedAttachment.h"
 
 #include <QDateTime>
 #include <QList>

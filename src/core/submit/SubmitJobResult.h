@@ -1,8 +1,8 @@
 #pragma once
 
-#include "api/TaskRecords.h"
-#include "submit/AttachmentUploadFailure.h"
-#include "submit/CreateFailure.h"
+#include "core/api/TaskRecords.h"
+#include "core/submit/AttachmentUploadFailure.h"
+#include "core/submit/CreateFailure.h"
 
 #include <QList>
 #include <QString>

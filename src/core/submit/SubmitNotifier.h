@@ -1,6 +1,6 @@
 #pragma once
 
-#include "submit/BulkFailure.h"
+#include "core/submit/BulkFailure.h"
 
 #include <QDateTime>
 #include <QList>

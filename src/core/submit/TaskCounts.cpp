@@ -1,4 +1,4 @@
-#include "submit/TaskCounts.h"
+#include "core/submit/TaskCounts.h"
 
 #include <QCoreApplication>
 

@@ -1,11 +1,11 @@
-#include "submit/TaskSubmitter.h"
+#include "core/submit/TaskSubmitter.h"
 
-#include "api/Endpoints.h"
-#include "submit/AttachmentUploadError.h"
-#include "submit/AttachmentUploadQueue.h"
-#include "submit/ExistingTasks.h"
-#include "submit/FailureMessage.h"
-#include "submit/SubmitNotifier.h"
+#include "core/api/Endpoints.h"
+#include "core/submit/AttachmentUploadError.h"
+#include "core/submit/AttachmentUploadQueue.h"
+#include "core/submit/ExistingTasks.h"
+#include "core/submit/FailureMessage.h"
+#include "core/submit/SubmitNotifier.h"
 
 #include <QFile>
 #include <QUuid>

@@ -1,13 +1,13 @@
 #pragma once
 
-#include "api/NorvaneClient.h"
-#include "storage/AttachmentLinkFormatter.h"
-#include "storage/ExternalStorageProvider.h"
-#include "submit/AttachmentUploadFailure.h"
-#include "submit/AttachmentUploader.h"
-#include "submit/ForegroundSubmitPhase.h"
-#include "submit/SubmitJobPayload.h"
-#include "submit/SubmitJobResult.h"
+#include "core/api/NorvaneClient.h"
+#include "core/storage/AttachmentLinkFormatter.h"
+#include "core/storage/ExternalStorageProvider.h"
+#include "core/submit/AttachmentUploadFailure.h"
+#include "core/submit/AttachmentUploader.h"
+#include "core/submit/ForegroundSubmitPhase.h"
+#include "core/submit/SubmitJobPayload.h"
+#include "core/submit/SubmitJobResult.h"
 
 #include <QCoroTask>
 #include <QList>

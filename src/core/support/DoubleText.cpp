@@ -1,4 +1,4 @@
-#include "support/DoubleText.h"
+#include "core/support/DoubleText.h"
 
 #include <QLocale>
 #include <clocale>

@@ -1,4 +1,4 @@
-#include "support/EpochSeconds.h"
+#include "core/support/EpochSeconds.h"
 
 #include <cmath>
 

@@ -1,4 +1,4 @@
-#include "support/GeneratedNames.h"
+#include "core/support/GeneratedNames.h"
 
 #include <QDir>
 

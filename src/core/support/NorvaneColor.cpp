@@ -1,4 +1,4 @@
-#include "support/NorvaneColor.h"
+#include "core/support/NorvaneColor.h"
 
 #include <algorithm>
 #include <cmath>

@@ -1,4 +1,4 @@
-#include "support/SpacesAndTabs.h"
+#include "core/support/SpacesAndTabs.h"
 
 namespace SpacesAndTabs {
 

@@ -1,4 +1,4 @@
-#include "support/StrictUtf8.h"
+#include "core/support/StrictUtf8.h"
 
 #include <QStringDecoder>
 

@@ -1,9 +1,9 @@
-#include "auth/AccountsViewModel.h"
+#include "desktop/auth/AccountsViewModel.h"
 
-#include "async/LoadGuard.h"
-#include "async/StartTask.h"
-#include "auth/AccountLabels.h"
-#include "support/NorvaneColor.h"
+#include "core/async/LoadGuard.h"
+#include "core/async/StartTask.h"
+#include "core/auth/AccountLabels.h"
+#include "core/support/NorvaneColor.h"
 
 #include <algorithm>
 

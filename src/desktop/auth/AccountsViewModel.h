@@ -1,9 +1,9 @@
 #pragma once
 
-#include "app/ServiceAddresses.h"
-#include "auth/AuthController.h"
-#include "auth/OnboardingModel.h"
-#include "settings/SettingsStore.h"
+#include "core/app/ServiceAddresses.h"
+#include "core/auth/AuthController.h"
+#include "core/settings/SettingsStore.h"
+#include "desktop/auth/OnboardingModel.h"
 
 #include <QAbstractListModel>
 #include <QtQml/qqmlregistration.h>

@@ -1,6 +1,6 @@
-#include "auth/AuthViewModel.h"
+#include "desktop/auth/AuthViewModel.h"
 
-#include "support/Overloaded.h"
+#include "core/support/Overloaded.h"
 
 AuthViewModel::AuthViewModel(AuthController& auth, QObject* parent)
     : QObject(parent)

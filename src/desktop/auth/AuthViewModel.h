@@ -1,6 +1,6 @@
 #pragma once
 
-#include "auth/AuthController.h"
+#include "core/auth/AuthController.h"
 
 #include <QObject>
 #include <QtQml/qqmlregistration.h>

@@ -1,7 +1,7 @@
-#include "auth/OnboardingModel.h"
+#include "desktop/auth/OnboardingModel.h"
 
-#include "async/LoadGuard.h"
-#include "async/StartTask.h"
+#include "core/async/LoadGuard.h"
+#include "core/async/StartTask.h"
 
 OnboardingModel::OnboardingModel(AuthController& auth, ServiceAddresses addresses, QObject* parent)
     : QObject(parent)

@@ -1,7 +1,7 @@
 #pragma once
 
-#include "app/ServiceAddresses.h"
-#include "auth/AuthController.h"
+#include "core/app/ServiceAddresses.h"
+#include "core/auth/AuthController.h"
 
 #include <QObject>
 #include <QUrl>

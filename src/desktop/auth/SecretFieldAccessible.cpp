@@ -1,4 +1,4 @@
-#include "auth/SecretFieldAccessible.h"
+#include "desktop/auth/SecretFieldAccessible.h"
 
 #include <QQuickItem>
 #include <QQuickWindow>

@@ -1,6 +1,6 @@
-#include "compose/AttachmentExporterViewModel.h"
+#include "desktop/compose/AttachmentExporterViewModel.h"
 
-#include "compose/AttachmentExporter.h"
+#include "core/compose/AttachmentExporter.h"
 
 #include <QDir>
 #include <QStandardPaths>

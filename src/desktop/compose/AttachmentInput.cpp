@@ -1,8 +1,8 @@
-#include "compose/AttachmentInput.h"
+#include "desktop/compose/AttachmentInput.h"
 
-#include "compose/AttachmentListModel.h"
-#include "compose/AttachmentStaging.h"
-#include "compose/DropHandling.h"
+#include "core/compose/AttachmentStaging.h"
+#include "core/compose/DropHandling.h"
+#include "desktop/compose/AttachmentListModel.h"
 
 #include <QClipboard>
 #include <QKeyEvent>

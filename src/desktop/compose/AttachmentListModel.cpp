@@ -1,7 +1,7 @@
-#include "compose/AttachmentListModel.h"
+#include "desktop/compose/AttachmentListModel.h"
 
-#include "compose/AttachmentSizeLimits.h"
-#include "support/Overloaded.h"
+#include "core/compose/AttachmentSizeLimits.h"
+#include "core/support/Overloaded.h"
 
 namespace {
 // A picture pasted from memory is staged without a size, but its file is already written, so the list

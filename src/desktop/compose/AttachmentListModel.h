@@ -1,6 +1,6 @@
 #pragma once
 
-#include "compose/TaskDraft.h"
+#include "core/compose/TaskDraft.h"
 
 #include <QAbstractListModel>
 #include <QList>

@@ -1,4 +1,4 @@
-#include "compose/ComposerViewModel.h"
+#include "desktop/compose/ComposerViewModel.h"
 
 ComposerViewModel::ComposerViewModel(TaskDraft& draft, SubmitController& submit, FieldChipsViewModel& fieldChips,
                                      QObject* parent)

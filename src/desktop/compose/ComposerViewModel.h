@@ -1,8 +1,8 @@
 #pragma once
 
-#include "compose/FieldChipsViewModel.h"
-#include "compose/TaskDraft.h"
-#include "submit/SubmitController.h"
+#include "core/compose/TaskDraft.h"
+#include "core/submit/SubmitController.h"
+#include "desktop/compose/FieldChipsViewModel.h"
 
 #include <QObject>
 #include <QString>

@@ -1,7 +1,7 @@
-#include "compose/DueDateViewModel.h"
+#include "desktop/compose/DueDateViewModel.h"
 
-#include "compose/DueDateChoices.h"
-#include "compose/ReminderLeads.h"
+#include "core/compose/DueDateChoices.h"
+#include "core/compose/ReminderLeads.h"
 
 namespace {
 const QString dayFormat = QStringLiteral("yyyy-MM-dd");

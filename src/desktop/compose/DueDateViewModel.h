@@ -1,7 +1,7 @@
 #pragma once
 
-#include "async/Clock.h"
-#include "compose/TaskDraft.h"
+#include "core/async/Clock.h"
+#include "core/compose/TaskDraft.h"
 
 #include <QObject>
 #include <QStringList>

@@ -1,4 +1,4 @@
-#include "compose/FieldChipListModel.h"
+#include "desktop/compose/FieldChipListModel.h"
 
 #include <algorithm>
 

@@ -1,12 +1,12 @@
-#include "compose/FieldChipsViewModel.h"
+#include "desktop/compose/FieldChipsViewModel.h"
 
-#include "compose/DueDateChoices.h"
-#include "compose/FieldChipTitles.h"
-#include "compose/FieldChipsRow.h"
-#include "compose/Priorities.h"
-#include "compose/TagEntry.h"
-#include "support/NorvaneColor.h"
-#include "support/Overloaded.h"
+#include "core/compose/DueDateChoices.h"
+#include "core/compose/FieldChipTitles.h"
+#include "core/compose/FieldChipsRow.h"
+#include "core/compose/Priorities.h"
+#include "core/compose/TagEntry.h"
+#include "core/support/NorvaneColor.h"
+#include "core/support/Overloaded.h"
 
 #include <QCoreApplication>
 #include <algorithm>

@@ -1,10 +1,10 @@
 #pragma once
 
-#include "app/AppState.h"
-#include "compose/ChipMenuEntry.h"
-#include "compose/ComposerFieldItem.h"
-#include "compose/DueDateViewModel.h"
-#include "compose/FieldChipListModel.h"
+#include "core/app/AppState.h"
+#include "core/compose/ComposerFieldItem.h"
+#include "desktop/compose/ChipMenuEntry.h"
+#include "desktop/compose/DueDateViewModel.h"
+#include "desktop/compose/FieldChipListModel.h"
 
 #include <QObject>
 #include <QPointer>

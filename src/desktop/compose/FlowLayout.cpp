@@ -1,6 +1,6 @@
-#include "compose/FlowLayout.h"
+#include "desktop/compose/FlowLayout.h"
 
-#include "compose/FlowRows.h"
+#include "core/compose/FlowRows.h"
 
 FlowLayout::FlowLayout(QQuickItem* parent)
     : QQuickItem(parent) {}

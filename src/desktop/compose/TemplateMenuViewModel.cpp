@@ -1,6 +1,6 @@
-#include "compose/TemplateMenuViewModel.h"
+#include "desktop/compose/TemplateMenuViewModel.h"
 
-#include "async/StartTask.h"
+#include "core/async/StartTask.h"
 
 TemplateMenuViewModel::TemplateMenuViewModel(AppState& app, QObject* parent)
     : QObject(parent)

@@ -1,6 +1,6 @@
 #pragma once
 
-#include "hierarchy/LocationRowModel.h"
+#include "core/hierarchy/LocationRowModel.h"
 
 #include <QtQml/qqml.h>
 

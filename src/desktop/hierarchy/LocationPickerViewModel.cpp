@@ -1,6 +1,6 @@
-#include "hierarchy/LocationPickerViewModel.h"
+#include "desktop/hierarchy/LocationPickerViewModel.h"
 
-#include "async/StartTask.h"
+#include "core/async/StartTask.h"
 
 LocationPickerViewModel::LocationPickerViewModel(SettingsStore& settings, LocationMemory& location,
                                                  const QUrl& webBaseURL, OnSelect onSelect, QObject* parent)

@@ -1,7 +1,7 @@
 #pragma once
 
-#include "hierarchy/HierarchyQmlTypes.h"
-#include "hierarchy/LocationPickerModel.h"
+#include "core/hierarchy/LocationPickerModel.h"
+#include "desktop/hierarchy/HierarchyQmlTypes.h"
 
 #include <QObject>
 #include <QStringList>

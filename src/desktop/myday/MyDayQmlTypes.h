@@ -1,6 +1,6 @@
 #pragma once
 
-#include "myday/MyDayRowModel.h"
+#include "core/myday/MyDayRowModel.h"
 
 #include <QtQml/qqml.h>
 

@@ -1,9 +1,9 @@
-#include "myday/MyDayViewModel.h"
+#include "desktop/myday/MyDayViewModel.h"
 
-#include "async/StartTask.h"
-#include "compose/BranchNameFormatter.h"
-#include "myday/DueDate.h"
-#include "support/Overloaded.h"
+#include "core/async/StartTask.h"
+#include "core/compose/BranchNameFormatter.h"
+#include "core/myday/DueDate.h"
+#include "core/support/Overloaded.h"
 
 #include <QDateTime>
 #include <QLocale>

@@ -1,9 +1,9 @@
 #pragma once
 
-#include "myday/MyDayQmlTypes.h"
-#include "myday/TasksTabState.h"
-#include "platform/LinkActions.h"
-#include "settings/SettingsStore.h"
+#include "core/myday/TasksTabState.h"
+#include "core/platform/LinkActions.h"
+#include "core/settings/SettingsStore.h"
+#include "desktop/myday/MyDayQmlTypes.h"
 
 #include <QObject>
 #include <QStringList>

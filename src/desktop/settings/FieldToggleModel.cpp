@@ -1,4 +1,4 @@
-#include "settings/FieldToggleModel.h"
+#include "desktop/settings/FieldToggleModel.h"
 
 FieldToggleModel::FieldToggleModel(IsOn isOn, SetOn setOn, QObject* parent)
     : QAbstractListModel(parent)

@@ -1,6 +1,6 @@
-#include "settings/FieldVisibilityViewModel.h"
+#include "desktop/settings/FieldVisibilityViewModel.h"
 
-#include "settings/FieldVisibility.h"
+#include "core/settings/FieldVisibility.h"
 
 #include <QUrl>
 

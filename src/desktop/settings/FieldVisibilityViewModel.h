@@ -1,10 +1,10 @@
 #pragma once
 
-#include "app/ServiceAddresses.h"
-#include "hierarchy/LocationMemory.h"
-#include "platform/LinkActions.h"
-#include "settings/FieldToggleModel.h"
-#include "settings/SettingsStore.h"
+#include "core/app/ServiceAddresses.h"
+#include "core/hierarchy/LocationMemory.h"
+#include "core/platform/LinkActions.h"
+#include "core/settings/SettingsStore.h"
+#include "desktop/settings/FieldToggleModel.h"
 
 #include <QObject>
 #include <QPointer>

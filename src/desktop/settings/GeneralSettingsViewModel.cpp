@@ -1,7 +1,7 @@
-#include "settings/GeneralSettingsViewModel.h"
+#include "desktop/settings/GeneralSettingsViewModel.h"
 
-#include "compose/BranchNameFormatter.h"
-#include "settings/ReminderLeadTime.h"
+#include "core/compose/BranchNameFormatter.h"
+#include "core/settings/ReminderLeadTime.h"
 
 GeneralSettingsViewModel::GeneralSettingsViewModel(AppState& app, LoginItem& loginItem, QObject* parent)
     : QObject(parent)

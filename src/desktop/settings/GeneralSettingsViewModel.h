@@ -1,7 +1,7 @@
 #pragma once
 
-#include "app/AppState.h"
-#include "platform/LoginItem.h"
+#include "core/app/AppState.h"
+#include "core/platform/LoginItem.h"
 
 #include <QObject>
 #include <QStringList>

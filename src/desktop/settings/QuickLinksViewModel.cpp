@@ -1,6 +1,6 @@
-#include "settings/QuickLinksViewModel.h"
+#include "desktop/settings/QuickLinksViewModel.h"
 
-#include "settings/QuickLinks.h"
+#include "core/settings/QuickLinks.h"
 
 QuickLinksViewModel::QuickLinksViewModel(SettingsStore& settings, const ServiceAddresses& addresses, QObject* parent)
     : QObject(parent)

@@ -1,8 +1,8 @@
 #pragma once
 
-#include "app/ServiceAddresses.h"
-#include "settings/QuickLink.h"
-#include "settings/SettingsStore.h"
+#include "core/app/ServiceAddresses.h"
+#include "core/settings/SettingsStore.h"
+#include "desktop/settings/QuickLink.h"
 
 #include <QList>
 #include <QObject>

@@ -1,4 +1,4 @@
-#include "settings/SettingsLauncher.h"
+#include "desktop/settings/SettingsLauncher.h"
 
 void SettingsLauncher::openOn(std::optional<SettingsTab> tab) {
     m_app.openSettings(tab);

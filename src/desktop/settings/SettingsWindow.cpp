@@ -1,6 +1,6 @@
-#include "settings/SettingsWindow.h"
+#include "desktop/settings/SettingsWindow.h"
 
-#include "shell/PopoverWindow.h"
+#include "desktop/shell/PopoverWindow.h"
 
 #include <QCoreApplication>
 

@@ -1,13 +1,13 @@
 #pragma once
 
-#include "app/AppState.h"
-#include "auth/AccountsViewModel.h"
-#include "platform/LoginItem.h"
-#include "settings/FieldVisibilityViewModel.h"
-#include "settings/GeneralSettingsViewModel.h"
-#include "settings/QuickLinksViewModel.h"
-#include "settings/SettingsTab.h"
-#include "settings/TemplateSettingsViewModel.h"
+#include "core/app/AppState.h"
+#include "core/platform/LoginItem.h"
+#include "core/settings/SettingsTab.h"
+#include "desktop/auth/AccountsViewModel.h"
+#include "desktop/settings/FieldVisibilityViewModel.h"
+#include "desktop/settings/GeneralSettingsViewModel.h"
+#include "desktop/settings/QuickLinksViewModel.h"
+#include "desktop/settings/TemplateSettingsViewModel.h"
 
 #include <QObject>
 #include <QQuickView>

@@ -1,4 +1,4 @@
-#include "settings/TemplateListModel.h"
+#include "desktop/settings/TemplateListModel.h"
 
 namespace {
 bool holds(const QList<TaskTemplate>& templates, qsizetype from, const QUuid& id) {

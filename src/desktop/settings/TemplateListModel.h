@@ -1,6 +1,6 @@
 #pragma once
 
-#include "settings/TaskTemplate.h"
+#include "core/settings/TaskTemplate.h"
 
 #include <QAbstractListModel>
 #include <QList>

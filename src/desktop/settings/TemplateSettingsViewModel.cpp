@@ -1,6 +1,6 @@
-#include "settings/TemplateSettingsViewModel.h"
+#include "desktop/settings/TemplateSettingsViewModel.h"
 
-#include "compose/TemplateList.h"
+#include "core/compose/TemplateList.h"
 
 TemplateSettingsViewModel::TemplateSettingsViewModel(SettingsStore& settings, LocationMemory& location,
                                                      const QUrl& webBaseURL, QObject* parent)

@@ -1,9 +1,9 @@
 #pragma once
 
-#include "hierarchy/LocationPickerViewModel.h"
-#include "settings/SettingsStore.h"
-#include "settings/TaskTemplate.h"
-#include "settings/TemplateListModel.h"
+#include "core/settings/SettingsStore.h"
+#include "core/settings/TaskTemplate.h"
+#include "desktop/hierarchy/LocationPickerViewModel.h"
+#include "desktop/settings/TemplateListModel.h"
 
 #include <QObject>
 #include <QtQml/qqmlregistration.h>

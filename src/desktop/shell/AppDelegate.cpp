@@ -1,6 +1,6 @@
-#include "shell/AppDelegate.h"
+#include "desktop/shell/AppDelegate.h"
 
-#include "async/StartTask.h"
+#include "core/async/StartTask.h"
 
 #include <QTimer>
 #include <cstdio>

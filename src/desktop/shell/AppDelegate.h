@@ -1,19 +1,19 @@
 #pragma once
 
-#include "app/AppState.h"
-#include "linux/AutostartEntry.h"
-#include "linux/ControlService.h"
-#include "linux/DesktopLinkActions.h"
-#include "linux/FreedesktopNotificationCenter.h"
-#include "linux/PortalColorScheme.h"
-#include "linux/SecretServiceStore.h"
-#include "linux/SingleInstance.h"
-#include "linux/TimerFdAlarm.h"
-#include "linux/TrayHostWatcher.h"
-#include "settings/SettingsWindow.h"
-#include "shell/ColorSchemePalette.h"
-#include "shell/PopoverPages.h"
-#include "shell/StatusItem.h"
+#include "core/app/AppState.h"
+#include "desktop/settings/SettingsWindow.h"
+#include "desktop/shell/ColorSchemePalette.h"
+#include "desktop/shell/PopoverPages.h"
+#include "desktop/shell/StatusItem.h"
+#include "platform/linux/AutostartEntry.h"
+#include "platform/linux/ControlService.h"
+#include "platform/linux/DesktopLinkActions.h"
+#include "platform/linux/FreedesktopNotificationCenter.h"
+#include "platform/linux/PortalColorScheme.h"
+#include "platform/linux/SecretServiceStore.h"
+#include "platform/linux/SingleInstance.h"
+#include "platform/linux/TimerFdAlarm.h"
+#include "platform/linux/TrayHostWatcher.h"
 
 #include <QGuiApplication>
 #include <QObject>

@@ -1,6 +1,6 @@
-#include "shell/ColorSchemePalette.h"
+#include "desktop/shell/ColorSchemePalette.h"
 
-#include "shell/DarkPalette.h"
+#include "desktop/shell/DarkPalette.h"
 
 #include <QGuiApplication>
 

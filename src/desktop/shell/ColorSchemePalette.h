@@ -1,6 +1,6 @@
 #pragma once
 
-#include "platform/ColorSchemeSource.h"
+#include "core/platform/ColorSchemeSource.h"
 
 #include <QObject>
 

@@ -1,4 +1,4 @@
-#include "shell/Contrast.h"
+#include "desktop/shell/Contrast.h"
 
 #include <algorithm>
 #include <cmath>

@@ -1,4 +1,4 @@
-#include "shell/DarkPalette.h"
+#include "desktop/shell/DarkPalette.h"
 
 namespace DarkPalette {
 

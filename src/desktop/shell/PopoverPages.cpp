@@ -1,6 +1,6 @@
-#include "shell/PopoverPages.h"
+#include "desktop/shell/PopoverPages.h"
 
-#include "app/MyDayContext.h"
+#include "core/app/MyDayContext.h"
 
 PopoverPages::PopoverPages(AppState& app, QClipboard& clipboard)
     : m_auth(app.auth())

@@ -1,8 +1,8 @@
-#include "shell/PopoverWindow.h"
+#include "desktop/shell/PopoverWindow.h"
 
-#include "auth/SecretFieldAccessible.h"
-#include "shell/PopoverPlacement.h"
-#include "shell/SymbolImageProvider.h"
+#include "core/shell/PopoverPlacement.h"
+#include "desktop/auth/SecretFieldAccessible.h"
+#include "desktop/shell/SymbolImageProvider.h"
 
 #include <QCursor>
 #include <QElapsedTimer>

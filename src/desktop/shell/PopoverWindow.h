@@ -1,6 +1,6 @@
 #pragma once
 
-#include "shell/PopoverToggle.h"
+#include "core/shell/PopoverToggle.h"
 
 #include <QQuickView>
 #include <QRect>

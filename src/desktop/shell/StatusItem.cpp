@@ -1,6 +1,6 @@
-#include "shell/StatusItem.h"
+#include "desktop/shell/StatusItem.h"
 
-#include "shell/StatusItemIcon.h"
+#include "core/shell/StatusItemIcon.h"
 
 #include <QFontMetricsF>
 #include <QGuiApplication>

@@ -1,8 +1,8 @@
 #pragma once
 
-#include "settings/Bookmark.h"
-#include "shell/StatusItemBadge.h"
-#include "shell/StatusItemBadgeModel.h"
+#include "core/settings/Bookmark.h"
+#include "core/shell/StatusItemBadge.h"
+#include "core/shell/StatusItemBadgeModel.h"
 
 #include <QMenu>
 #include <QObject>

@@ -1,4 +1,4 @@
-#include "shell/SymbolImageProvider.h"
+#include "desktop/shell/SymbolImageProvider.h"
 
 #include <QHash>
 

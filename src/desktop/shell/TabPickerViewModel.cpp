@@ -1,4 +1,4 @@
-#include "shell/TabPickerViewModel.h"
+#include "desktop/shell/TabPickerViewModel.h"
 
 TabPickerViewModel::TabPickerViewModel(AppState& app, QObject* parent)
     : QObject(parent)

@@ -1,6 +1,6 @@
 #pragma once
 
-#include "app/AppState.h"
+#include "core/app/AppState.h"
 
 #include <QObject>
 #include <QtQml/qqmlregistration.h>

@@ -1,8 +1,8 @@
-#include "submit/SubmitViewModel.h"
+#include "desktop/submit/SubmitViewModel.h"
 
-#include "compose/BranchNameFormatter.h"
-#include "submit/TaskCounts.h"
-#include "support/Overloaded.h"
+#include "core/compose/BranchNameFormatter.h"
+#include "core/submit/TaskCounts.h"
+#include "core/support/Overloaded.h"
 
 #include <QUrl>
 

@@ -1,9 +1,9 @@
 #pragma once
 
-#include "auth/AuthController.h"
-#include "platform/LinkActions.h"
-#include "settings/SettingsStore.h"
-#include "submit/SubmitController.h"
+#include "core/auth/AuthController.h"
+#include "core/platform/LinkActions.h"
+#include "core/settings/SettingsStore.h"
+#include "core/submit/SubmitController.h"
 
 #include <QObject>
 #include <QStringList>

@@ -1,4 +1,4 @@
-#include "linux/AutostartEntry.h"
+#include "platform/linux/AutostartEntry.h"
 
 #include <QDir>
 #include <QFile>

@@ -1,4 +1,4 @@
-#include "linux/ControlService.h"
+#include "platform/linux/ControlService.h"
 
 #include <QDBusConnection>
 

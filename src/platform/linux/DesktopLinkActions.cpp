@@ -1,4 +1,4 @@
-#include "linux/DesktopLinkActions.h"
+#include "platform/linux/DesktopLinkActions.h"
 
 #include <QClipboard>
 #include <QDesktopServices>

@@ -1,6 +1,6 @@
 #pragma once
 
-#include "platform/LinkActions.h"
+#include "core/platform/LinkActions.h"
 
 // Opens links in the desktop's default browser and copies text to the clipboard as plain text.
 // Needs the QGuiApplication to exist when called.

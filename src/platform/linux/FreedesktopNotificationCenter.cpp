@@ -1,4 +1,4 @@
-#include "linux/FreedesktopNotificationCenter.h"
+#include "platform/linux/FreedesktopNotificationCenter.h"
 
 #include <QDBusMessage>
 #include <QDBusServiceWatcher>

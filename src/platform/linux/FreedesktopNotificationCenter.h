@@ -1,6 +1,6 @@
 #pragma once
 
-#include "platform/NotificationCenter.h"
+#include "core/platform/NotificationCenter.h"
 
 #include <QDBusConnection>
 #include <QHash>

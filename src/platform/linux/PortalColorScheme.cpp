@@ -1,6 +1,6 @@
-#include "linux/PortalColorScheme.h"
+#include "platform/linux/PortalColorScheme.h"
 
-#include "async/StartTask.h"
+#include "core/async/StartTask.h"
 
 #include <QDBusMessage>
 #include <QDBusServiceWatcher>

@@ -1,7 +1,7 @@
 #pragma once
 
-#include "async/LatestWins.h"
-#include "platform/ColorSchemeSource.h"
+#include "core/async/LatestWins.h"
+#include "core/platform/ColorSchemeSource.h"
 
 #include <QDBusConnection>
 #include <QDBusVariant>

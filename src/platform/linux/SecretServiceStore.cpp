@@ -1,6 +1,6 @@
-#include "linux/SecretServiceStore.h"
+#include "platform/linux/SecretServiceStore.h"
 
-#include "support/StrictUtf8.h"
+#include "core/support/StrictUtf8.h"
 
 #include <QPointer>
 #include <qcoro/qcorosignal.h>

@@ -1,6 +1,6 @@
 #pragma once
 
-#include "platform/SecretStore.h"
+#include "core/platform/SecretStore.h"
 
 #include <chrono>
 

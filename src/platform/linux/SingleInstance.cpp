@@ -1,4 +1,4 @@
-#include "linux/SingleInstance.h"
+#include "platform/linux/SingleInstance.h"
 
 #include <QDir>
 #include <QLocalSocket>

@@ -1,6 +1,6 @@
 #pragma once
 
-#include "shell/InstanceMessage.h"
+#include "core/shell/InstanceMessage.h"
 
 #include <QLocalServer>
 #include <QObject>

@@ -1,4 +1,4 @@
-#include "linux/TimerFdAlarm.h"
+#include "platform/linux/TimerFdAlarm.h"
 
 #include <algorithm>
 #include <cerrno>

@@ -1,6 +1,6 @@
 #pragma once
 
-#include "platform/WallClockAlarm.h"
+#include "core/platform/WallClockAlarm.h"
 
 #include <QSocketNotifier>
 #include <optional>

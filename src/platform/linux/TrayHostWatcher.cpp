@@ -1,6 +1,6 @@
-#include "linux/TrayHostWatcher.h"
+#include "platform/linux/TrayHostWatcher.h"
 
-#include "async/StartTask.h"
+#include "core/async/StartTask.h"
 
 #include <QDBusConnection>
 #include <QDBusMessage>

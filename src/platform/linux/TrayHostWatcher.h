@@ -1,6 +1,6 @@
 #pragma once
 
-#include "linux/XEmbedTray.h"
+#include "platform/linux/XEmbedTray.h"
 
 #include <QDBusServiceWatcher>
 #include <QObject>

@@ -1,4 +1,4 @@
-#include "linux/XEmbedTray.h"
+#include "platform/linux/XEmbedTray.h"
 
 #include <QGuiApplication>
 #include <memory>

@@ -1,17 +1,17 @@
 // The two attachment uploads of NorvaneClient against norvane-sandbox: the multipart body as the
 // sandbox's own parser reads it back, the stored bytes, and the retry loop under injected faults,
 // with a sleeper that records its waits and returns at once.
-#include "ClientTesting.h"
-#include "SandboxDemo.h"
-#include "SandboxProcess.h"
-#include "SyncHttpClient.h"
-#include "TestMain.h"
-#include "api/DirectUploadSession.h"
-#include "api/NorvaneClient.h"
-#include "api/TaskRecords.h"
-#include "api/TaskRequests.h"
-#include "auth/StaticTokenAuth.h"
-#include "support/FileError.h"
+#include "core/api/DirectUploadSession.h"
+#include "core/api/NorvaneClient.h"
+#include "core/api/TaskRecords.h"
+#include "core/api/TaskRequests.h"
+#include "core/auth/StaticTokenAuth.h"
+#include "core/support/FileError.h"
+#include "support/ClientTesting.h"
+#include "support/SandboxDemo.h"
+#include "support/SandboxProcess.h"
+#include "support/SyncHttpClient.h"
+#include "support/TestMain.h"
 
 #include <QDir>
 #include <QElapsedTimer>

@@ -1,16 +1,16 @@
 // NorvaneClient against norvane-sandbox over real HTTP: what goes out (token, path, query, body, as
 // the sandbox's request log shows it), how every kind of answer maps to a record or an NVError, and
 // the single retry after a 429, with a sleeper that records its waits and returns at once.
-#include "ClientTesting.h"
-#include "SandboxDemo.h"
-#include "SandboxProcess.h"
-#include "TestMain.h"
-#include "api/HierarchyRecords.h"
-#include "api/NorvaneClient.h"
-#include "api/TaskRecords.h"
-#include "api/TaskRequests.h"
-#include "api/UserRecords.h"
-#include "auth/StaticTokenAuth.h"
+#include "core/api/HierarchyRecords.h"
+#include "core/api/NorvaneClient.h"
+#include "core/api/TaskRecords.h"
+#include "core/api/TaskRequests.h"
+#include "core/api/UserRecords.h"
+#include "core/auth/StaticTokenAuth.h"
+#include "support/ClientTesting.h"
+#include "support/SandboxDemo.h"
+#include "support/SandboxProcess.h"
+#include "support/TestMain.h"
 
 #include <QJsonArray>
 #include <QNetworkAccessManager>

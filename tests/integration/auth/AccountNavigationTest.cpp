@@ -1,6 +1,6 @@
-#include "AppStateFixture.h"
-#include "SandboxDemo.h"
-#include "TestMain.h"
+#include "support/AppStateFixture.h"
+#include "support/SandboxDemo.h"
+#include "support/TestMain.h"
 
 #include <QFile>
 #include <QJsonArray>

@@ -1,11 +1,11 @@
-#include "ClientTesting.h"
-#include "SandboxDemo.h"
-#include "SandboxProcess.h"
-#include "TestMain.h"
-#include "api/Endpoints.h"
-#include "auth/StaticTokenAuth.h"
-#include "hierarchy/HierarchyStore.h"
-#include "hierarchy/ListContext.h"
+#include "core/api/Endpoints.h"
+#include "core/auth/StaticTokenAuth.h"
+#include "core/hierarchy/HierarchyStore.h"
+#include "core/hierarchy/ListContext.h"
+#include "support/ClientTesting.h"
+#include "support/SandboxDemo.h"
+#include "support/SandboxProcess.h"
+#include "support/TestMain.h"
 
 #include <QElapsedTimer>
 #include <QJsonArray>

@@ -1,8 +1,8 @@
-#include "AppStateFixture.h"
-#include "SandboxDemo.h"
-#include "TemporaryFolderTesting.h"
-#include "TestMain.h"
-#include "hierarchy/LocationPickerModel.h"
+#include "core/hierarchy/LocationPickerModel.h"
+#include "support/AppStateFixture.h"
+#include "support/SandboxDemo.h"
+#include "support/TemporaryFolderTesting.h"
+#include "support/TestMain.h"
 
 #include <QJsonArray>
 #include <QJsonDocument>

@@ -2,13 +2,13 @@
 // counts, that it asks nothing while hidden or signed out, that an answer for an account no longer
 // active is dropped, that the Tasks tab's own fetches leave it alone, that a completed task leaves
 // it, and that at midnight it counts the tasks due the new day.
-#include "AppStateFixture.h"
-#include "SandboxDemo.h"
-#include "TestMain.h"
-#include "api/Endpoints.h"
-#include "app/MyDayContext.h"
-#include "myday/TaskOrdering.h"
-#include "myday/TasksTabState.h"
+#include "core/api/Endpoints.h"
+#include "core/app/MyDayContext.h"
+#include "core/myday/TaskOrdering.h"
+#include "core/myday/TasksTabState.h"
+#include "support/AppStateFixture.h"
+#include "support/SandboxDemo.h"
+#include "support/TestMain.h"
 
 #include <QTest>
 

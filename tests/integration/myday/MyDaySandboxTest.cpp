@@ -1,13 +1,13 @@
 // My Day as the central state builds it, against norvane-sandbox: what is fetched and how, and the
 // row actions and what the list shows after each, accepted or refused.
-#include "AppStateFixture.h"
-#include "SandboxDemo.h"
-#include "SyncHttpClient.h"
-#include "TestMain.h"
-#include "app/MyDayContext.h"
-#include "myday/DueDate.h"
-#include "myday/TaskOrdering.h"
-#include "myday/TasksTabState.h"
+#include "core/app/MyDayContext.h"
+#include "core/myday/DueDate.h"
+#include "core/myday/TaskOrdering.h"
+#include "core/myday/TasksTabState.h"
+#include "support/AppStateFixture.h"
+#include "support/SandboxDemo.h"
+#include "support/SyncHttpClient.h"
+#include "support/TestMain.h"
 
 #include <QJsonArray>
 #include <QJsonObject>

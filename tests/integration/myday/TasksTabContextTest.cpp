@@ -2,12 +2,12 @@
 // lands only while the account and the workspace it was asked for are still the active ones, a
 // switch of accounts clears the tab at once, and the shown tab fetches anew whenever the active
 // workspace changes.
-#include "AppStateFixture.h"
-#include "SandboxDemo.h"
-#include "TestMain.h"
-#include "app/MyDayContext.h"
-#include "async/StartTask.h"
-#include "myday/TasksTabState.h"
+#include "core/app/MyDayContext.h"
+#include "core/async/StartTask.h"
+#include "core/myday/TasksTabState.h"
+#include "support/AppStateFixture.h"
+#include "support/SandboxDemo.h"
+#include "support/TestMain.h"
 
 #include <QJsonArray>
 #include <QTest>

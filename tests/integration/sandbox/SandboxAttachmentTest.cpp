@@ -1,9 +1,9 @@
 // Attachment uploads to the sandbox: multipart/form-data with a part named "attachment", streamed to
 // disk, answered with an attachment whose id is a string or a number, and the storage limit.
-#include "SandboxDemo.h"
-#include "SandboxProcess.h"
-#include "SyncHttpClient.h"
-#include "TestMain.h"
+#include "support/SandboxDemo.h"
+#include "support/SandboxProcess.h"
+#include "support/SyncHttpClient.h"
+#include "support/TestMain.h"
 
 #include <QCryptographicHash>
 #include <QDir>

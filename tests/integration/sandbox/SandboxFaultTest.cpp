@@ -1,9 +1,9 @@
 // The sandbox's fault rules and request log, as the client's retry and error tests will use them:
 // answers with a status, headers and an ECODE, delays, dropped connections, and what was received.
-#include "SandboxDemo.h"
-#include "SandboxProcess.h"
-#include "SyncHttpClient.h"
-#include "TestMain.h"
+#include "support/SandboxDemo.h"
+#include "support/SandboxProcess.h"
+#include "support/SyncHttpClient.h"
+#include "support/TestMain.h"
 
 #include <QElapsedTimer>
 #include <QEventLoop>

@@ -1,9 +1,9 @@
 // The read side of the sandbox's REST contract: sign-in, workspaces, spaces, folders, lists,
 // members, tags and custom fields of the demo data, and its 401 and 404 answers.
-#include "SandboxDemo.h"
-#include "SandboxProcess.h"
-#include "SyncHttpClient.h"
-#include "TestMain.h"
+#include "support/SandboxDemo.h"
+#include "support/SandboxProcess.h"
+#include "support/SyncHttpClient.h"
+#include "support/TestMain.h"
 
 #include <QJsonArray>
 #include <QSet>

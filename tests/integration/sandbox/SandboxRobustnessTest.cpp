@@ -1,9 +1,9 @@
 // Malformed requests sent as raw bytes over TCP: the sandbox answers them or closes the connection,
 // never with a server error, and keeps serving afterwards.
-#include "SandboxDemo.h"
-#include "SandboxProcess.h"
-#include "SyncHttpClient.h"
-#include "TestMain.h"
+#include "support/SandboxDemo.h"
+#include "support/SandboxProcess.h"
+#include "support/SyncHttpClient.h"
+#include "support/TestMain.h"
 
 #include <QElapsedTimer>
 #include <QRandomGenerator>

@@ -1,7 +1,7 @@
 // norvane-sandbox as a program: its start-up lines, the address it binds, its options and its end.
-#include "SandboxProcess.h"
-#include "SyncHttpClient.h"
-#include "TestMain.h"
+#include "support/SandboxProcess.h"
+#include "support/SyncHttpClient.h"
+#include "support/TestMain.h"
 
 #include <QFile>
 #include <QJsonArray>

@@ -1,10 +1,10 @@
 // The workspace task search (team/{id}/task) of the sandbox: its filters, its order, its paging by
 // 100 with last_page, and the demo tasks that make every My Day group, three pages, subtasks two
 // levels deep and hostile names happen.
-#include "SandboxDemo.h"
-#include "SandboxProcess.h"
-#include "SyncHttpClient.h"
-#include "TestMain.h"
+#include "support/SandboxDemo.h"
+#include "support/SandboxProcess.h"
+#include "support/SyncHttpClient.h"
+#include "support/TestMain.h"
 
 #include <QDateTime>
 #include <QHash>

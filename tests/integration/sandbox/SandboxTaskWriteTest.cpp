@@ -1,9 +1,9 @@
 // The write side of the sandbox's REST contract: creating a task, changing it, commenting on it,
 // and the 400 answers for bodies that are not JSON or hold values of the wrong type.
-#include "SandboxDemo.h"
-#include "SandboxProcess.h"
-#include "SyncHttpClient.h"
-#include "TestMain.h"
+#include "support/SandboxDemo.h"
+#include "support/SandboxProcess.h"
+#include "support/SyncHttpClient.h"
+#include "support/TestMain.h"
 
 #include <QDateTime>
 #include <QJsonArray>

@@ -1,8 +1,8 @@
 // The sandbox's web pages, where links of the demo lead: the index, the token page, a task and a list.
-#include "SandboxDemo.h"
-#include "SandboxProcess.h"
-#include "SyncHttpClient.h"
-#include "TestMain.h"
+#include "support/SandboxDemo.h"
+#include "support/SandboxProcess.h"
+#include "support/SyncHttpClient.h"
+#include "support/TestMain.h"
 
 #include <QJsonArray>
 #include <QTest>

@@ -3,12 +3,12 @@
 // exist; a retry looks for it in the list first and creates nothing when it is there, offering it
 // instead; only "Create Anyway" makes a second one. A failure that certainly created nothing is
 // retried as before.
-#include "AppStateFixture.h"
-#include "SandboxDemo.h"
-#include "SubmitControllerFixture.h"
-#include "SyncHttpClient.h"
-#include "TestMain.h"
-#include "storage/StorageProviderRegistry.h"
+#include "core/storage/StorageProviderRegistry.h"
+#include "support/AppStateFixture.h"
+#include "support/SandboxDemo.h"
+#include "support/SubmitControllerFixture.h"
+#include "support/SyncHttpClient.h"
+#include "support/TestMain.h"
 
 #include <QJsonArray>
 #include <QJsonObject>

@@ -1,13 +1,13 @@
 // Submitting from the popover as the central state drives it, against norvane-sandbox: the session
 // that mirrors a job's phases, leaving it for the background, retries from the result pages, and the
 // banner for an outcome whose notification could not be delivered.
-#include "AppStateFixture.h"
-#include "SandboxDemo.h"
-#include "SubmitControllerFixture.h"
-#include "TemporaryFolderTesting.h"
-#include "TestMain.h"
-#include "compose/AttachmentStaging.h"
-#include "storage/StorageProviderRegistry.h"
+#include "core/compose/AttachmentStaging.h"
+#include "core/storage/StorageProviderRegistry.h"
+#include "support/AppStateFixture.h"
+#include "support/SandboxDemo.h"
+#include "support/SubmitControllerFixture.h"
+#include "support/TemporaryFolderTesting.h"
+#include "support/TestMain.h"
 
 #include <QJsonArray>
 #include <QJsonObject>

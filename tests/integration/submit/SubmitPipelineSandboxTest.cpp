@@ -1,18 +1,18 @@
 // The submission pipeline against norvane-sandbox: a BackgroundSubmitQueue on a real client, its
 // requests read back from the sandbox's log, failures injected with its fault rules, and an external
 // provider that uploads to a loopback server. The client's waits return at once.
-#include "ClientTesting.h"
-#include "LoopbackStorageProvider.h"
-#include "LoopbackStorageServer.h"
-#include "SandboxDemo.h"
-#include "SandboxProcess.h"
-#include "SubmitPipeline.h"
-#include "SubmitTesting.h"
-#include "TestMain.h"
-#include "api/Endpoints.h"
-#include "auth/StaticTokenAuth.h"
-#include "settings/SettingsStore.h"
-#include "storage/StorageProviderRegistry.h"
+#include "core/api/Endpoints.h"
+#include "core/auth/StaticTokenAuth.h"
+#include "core/settings/SettingsStore.h"
+#include "core/storage/StorageProviderRegistry.h"
+#include "support/ClientTesting.h"
+#include "support/LoopbackStorageProvider.h"
+#include "support/LoopbackStorageServer.h"
+#include "support/SandboxDemo.h"
+#include "support/SandboxProcess.h"
+#include "support/SubmitPipeline.h"
+#include "support/SubmitTesting.h"
+#include "support/TestMain.h"
 
 #include <QJsonArray>
 #include <QJsonObject>

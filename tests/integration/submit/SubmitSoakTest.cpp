@@ -2,15 +2,15 @@
 // injected at random by its fault rules and every failure retried as the pages and notifications
 // do: in the end each task exists once, each attachment is on its task once, and no pinned file is
 // left.
-#include "AppStateFixture.h"
-#include "SandboxDemo.h"
-#include "SubmitTesting.h"
-#include "SyncHttpClient.h"
-#include "TemporaryFolderTesting.h"
-#include "TestMain.h"
-#include "compose/AttachmentStaging.h"
-#include "notify/NotificationCategories.h"
-#include "support/Overloaded.h"
+#include "core/compose/AttachmentStaging.h"
+#include "core/notify/NotificationCategories.h"
+#include "core/support/Overloaded.h"
+#include "support/AppStateFixture.h"
+#include "support/SandboxDemo.h"
+#include "support/SubmitTesting.h"
+#include "support/SyncHttpClient.h"
+#include "support/TemporaryFolderTesting.h"
+#include "support/TestMain.h"
 
 #include <QDirIterator>
 #include <QElapsedTimer>

@@ -1,8 +1,8 @@
-#include "AppStateFixture.h"
-#include "SandboxDemo.h"
-#include "TestMain.h"
-#include "auth/AccountsViewModel.h"
-#include "linux/SecretServiceStore.h"
+#include "desktop/auth/AccountsViewModel.h"
+#include "platform/linux/SecretServiceStore.h"
+#include "support/AppStateFixture.h"
+#include "support/SandboxDemo.h"
+#include "support/TestMain.h"
 
 #include <QFile>
 #include <QJsonDocument>

@@ -1,6 +1,6 @@
-#include "AppStateFixture.h"
-#include "TestMain.h"
-#include "linux/SecretServiceStore.h"
+#include "platform/linux/SecretServiceStore.h"
+#include "support/AppStateFixture.h"
+#include "support/TestMain.h"
 
 #include <QProcess>
 #include <QTest>

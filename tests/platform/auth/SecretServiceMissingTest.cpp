@@ -1,10 +1,10 @@
 // A session bus without a Secret Service: reads give absent and writes fail, at once.
-#include "TestMain.h"
-#include "auth/KeychainStoreError.h"
-#include "auth/PersonalTokenProvider.h"
-#include "linux/SecretServiceStore.h"
+#include "core/auth/KeychainStoreError.h"
+#include "core/auth/PersonalTokenProvider.h"
+#include "platform/linux/SecretServiceStore.h"
+#include "support/TestMain.h"
 
-#include "RunTask.h"
+#include "support/RunTask.h"
 
 #include <QDBusConnection>
 #include <QDBusConnectionInterface>

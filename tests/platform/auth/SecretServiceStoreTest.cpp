@@ -1,11 +1,11 @@
 // The Secret Service of the shared desktop session (an unlocked gnome-keyring) through qtkeychain.
-#include "linux/SecretServiceStore.h"
-#include "TestMain.h"
-#include "auth/KeychainStore.h"
-#include "auth/PersonalTokenProvider.h"
-#include "auth/StorageCredentialStore.h"
+#include "platform/linux/SecretServiceStore.h"
+#include "core/auth/KeychainStore.h"
+#include "core/auth/PersonalTokenProvider.h"
+#include "core/auth/StorageCredentialStore.h"
+#include "support/TestMain.h"
 
-#include "RunTask.h"
+#include "support/RunTask.h"
 
 #include <QElapsedTimer>
 #include <QProcess>

@@ -2,7 +2,7 @@
 // NORVANEBAR_TRAY=sni  - Qt finds the StatusNotifierWatcher and its icon is registered there;
 // NORVANEBAR_TRAY=xembed - Qt docks the icon in the XEmbed tray and knows its geometry;
 // NORVANEBAR_TRAY=none - Qt reports no tray.
-#include "TestMain.h"
+#include "support/TestMain.h"
 
 #include <QApplication>
 #include <QDBusConnection>

@@ -1,12 +1,12 @@
-#include "NotificationServerLog.h"
-#include "RecordingLinkActions.h"
-#include "RunTask.h"
-#include "TestMain.h"
-#include "linux/DesktopLinkActions.h"
-#include "linux/FreedesktopNotificationCenter.h"
-#include "linux/TimerFdAlarm.h"
-#include "notify/NotificationScheduler.h"
-#include "notify/ReminderFile.h"
+#include "core/notify/NotificationScheduler.h"
+#include "core/notify/ReminderFile.h"
+#include "platform/linux/DesktopLinkActions.h"
+#include "platform/linux/FreedesktopNotificationCenter.h"
+#include "platform/linux/TimerFdAlarm.h"
+#include "support/NotificationServerLog.h"
+#include "support/RecordingLinkActions.h"
+#include "support/RunTask.h"
+#include "support/TestMain.h"
 
 #include <QProcess>
 #include <QRandomGenerator>

@@ -1,10 +1,10 @@
-#include "NotificationServerLog.h"
-#include "RecordingLinkActions.h"
-#include "TestMain.h"
-#include "linux/FreedesktopNotificationCenter.h"
-#include "linux/TimerFdAlarm.h"
-#include "notify/NotificationScheduler.h"
-#include "notify/ReminderFile.h"
+#include "core/notify/NotificationScheduler.h"
+#include "core/notify/ReminderFile.h"
+#include "platform/linux/FreedesktopNotificationCenter.h"
+#include "platform/linux/TimerFdAlarm.h"
+#include "support/NotificationServerLog.h"
+#include "support/RecordingLinkActions.h"
+#include "support/TestMain.h"
 
 #include <QDBusConnection>
 #include <QDBusConnectionInterface>

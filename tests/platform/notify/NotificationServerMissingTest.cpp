@@ -1,11 +1,11 @@
-#include "AppStateFixture.h"
-#include "RecordingLinkActions.h"
-#include "RunTask.h"
-#include "SandboxDemo.h"
-#include "TestMain.h"
-#include "linux/FreedesktopNotificationCenter.h"
-#include "linux/TimerFdAlarm.h"
-#include "notify/NotificationScheduler.h"
+#include "core/notify/NotificationScheduler.h"
+#include "platform/linux/FreedesktopNotificationCenter.h"
+#include "platform/linux/TimerFdAlarm.h"
+#include "support/AppStateFixture.h"
+#include "support/RecordingLinkActions.h"
+#include "support/RunTask.h"
+#include "support/SandboxDemo.h"
+#include "support/TestMain.h"
 
 #include <QDBusConnection>
 #include <QDBusConnectionInterface>

@@ -1,5 +1,5 @@
-#include "linux/TimerFdAlarm.h"
-#include "TestMain.h"
+#include "platform/linux/TimerFdAlarm.h"
+#include "support/TestMain.h"
 
 #include <QSignalSpy>
 #include <QTest>

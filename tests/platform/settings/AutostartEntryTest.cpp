@@ -1,7 +1,7 @@
-#include "linux/AutostartEntry.h"
-#include "TestMain.h"
+#include "platform/linux/AutostartEntry.h"
+#include "support/TestMain.h"
 
-#include "TemporaryFolderTesting.h"
+#include "support/TemporaryFolderTesting.h"
 
 #include <QDir>
 #include <QProcess>

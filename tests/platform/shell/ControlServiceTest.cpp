@@ -1,5 +1,5 @@
-#include "linux/ControlService.h"
-#include "TestMain.h"
+#include "platform/linux/ControlService.h"
+#include "support/TestMain.h"
 
 #include <QDBusConnection>
 #include <QDBusConnectionInterface>

@@ -1,5 +1,5 @@
-#include "TestMain.h"
-#include "linux/PortalColorScheme.h"
+#include "platform/linux/PortalColorScheme.h"
+#include "support/TestMain.h"
 
 #include <QDBusVariant>
 #include <QTest>

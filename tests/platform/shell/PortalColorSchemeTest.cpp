@@ -1,7 +1,7 @@
-#include "linux/PortalColorScheme.h"
-#include "TestMain.h"
-#include "shell/ColorSchemePalette.h"
-#include "shell/DarkPalette.h"
+#include "platform/linux/PortalColorScheme.h"
+#include "desktop/shell/ColorSchemePalette.h"
+#include "desktop/shell/DarkPalette.h"
+#include "support/TestMain.h"
 
 #include <QDBusConnection>
 #include <QDBusConnectionInterface>

@@ -1,5 +1,5 @@
-#include "linux/SingleInstance.h"
-#include "TestMain.h"
+#include "platform/linux/SingleInstance.h"
+#include "support/TestMain.h"
 
 #include <QLocalSocket>
 #include <QSignalSpy>

@@ -1,5 +1,5 @@
-#include "linux/TrayHostWatcher.h"
-#include "TestMain.h"
+#include "platform/linux/TrayHostWatcher.h"
+#include "support/TestMain.h"
 
 #include <QDBusConnection>
 #include <QDBusConnectionInterface>

@@ -1,10 +1,10 @@
-#include "ContrastTesting.h"
-#include "KeyboardDriver.h"
-#include "PopoverFixture.h"
-#include "QuickItems.h"
-#include "SandboxDemo.h"
-#include "SandboxProcess.h"
-#include "TestMain.h"
+#include "support/ContrastTesting.h"
+#include "support/KeyboardDriver.h"
+#include "support/PopoverFixture.h"
+#include "support/QuickItems.h"
+#include "support/SandboxDemo.h"
+#include "support/SandboxProcess.h"
+#include "support/TestMain.h"
 
 #include <QAccessible>
 #include <QQuickItem>

@@ -1,10 +1,10 @@
-#include "AppStateFixture.h"
-#include "QuickItems.h"
-#include "SandboxDemo.h"
-#include "SandboxFault.h"
-#include "TestMain.h"
-#include "auth/AccountsViewModel.h"
-#include "shell/PopoverWindow.h"
+#include "desktop/auth/AccountsViewModel.h"
+#include "desktop/shell/PopoverWindow.h"
+#include "support/AppStateFixture.h"
+#include "support/QuickItems.h"
+#include "support/SandboxDemo.h"
+#include "support/SandboxFault.h"
+#include "support/TestMain.h"
 
 #include <QAccessible>
 #include <QQuickItem>

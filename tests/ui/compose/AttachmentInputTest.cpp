@@ -1,9 +1,9 @@
-#include "PopoverFixture.h"
-#include "QuickItems.h"
-#include "SandboxProcess.h"
-#include "TemporaryFolderTesting.h"
-#include "TestMain.h"
-#include "compose/AttachmentSizeLimits.h"
+#include "core/compose/AttachmentSizeLimits.h"
+#include "support/PopoverFixture.h"
+#include "support/QuickItems.h"
+#include "support/SandboxProcess.h"
+#include "support/TemporaryFolderTesting.h"
+#include "support/TestMain.h"
 
 #include <QAccessible>
 #include <QClipboard>

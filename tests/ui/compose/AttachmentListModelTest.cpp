@@ -1,5 +1,5 @@
-#include "compose/AttachmentListModel.h"
-#include "TestMain.h"
+#include "desktop/compose/AttachmentListModel.h"
+#include "support/TestMain.h"
 
 #include <QAbstractItemModelTester>
 #include <QSignalSpy>

@@ -1,11 +1,11 @@
-#include "KeyboardDriver.h"
-#include "PopoverFixture.h"
-#include "QuickItems.h"
-#include "SandboxDemo.h"
-#include "SandboxProcess.h"
-#include "SubmitTesting.h"
-#include "TestMain.h"
-#include "compose/FieldChipsViewModel.h"
+#include "desktop/compose/FieldChipsViewModel.h"
+#include "support/KeyboardDriver.h"
+#include "support/PopoverFixture.h"
+#include "support/QuickItems.h"
+#include "support/SandboxDemo.h"
+#include "support/SandboxProcess.h"
+#include "support/SubmitTesting.h"
+#include "support/TestMain.h"
 
 #include <QJsonArray>
 #include <QJsonObject>

@@ -1,6 +1,6 @@
-#include "AppStateFixture.h"
-#include "TestMain.h"
-#include "compose/FieldChipsViewModel.h"
+#include "desktop/compose/FieldChipsViewModel.h"
+#include "support/AppStateFixture.h"
+#include "support/TestMain.h"
 
 #include <QTest>
 

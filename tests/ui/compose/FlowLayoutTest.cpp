@@ -1,5 +1,5 @@
-#include "TestMain.h"
-#include "shell/PopoverWindow.h"
+#include "desktop/shell/PopoverWindow.h"
+#include "support/TestMain.h"
 
 #include <QQmlComponent>
 #include <QQmlEngine>

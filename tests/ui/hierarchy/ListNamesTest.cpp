@@ -1,8 +1,8 @@
-#include "PopoverFixture.h"
-#include "QuickItems.h"
-#include "SandboxDemo.h"
-#include "SandboxProcess.h"
-#include "TestMain.h"
+#include "support/PopoverFixture.h"
+#include "support/QuickItems.h"
+#include "support/SandboxDemo.h"
+#include "support/SandboxProcess.h"
+#include "support/TestMain.h"
 
 #include <QQuickItem>
 #include <QSignalSpy>

@@ -1,11 +1,11 @@
-#include "KeyboardDriver.h"
-#include "PopoverFixture.h"
-#include "QuickItems.h"
-#include "SandboxDemo.h"
-#include "SandboxFault.h"
-#include "SandboxProcess.h"
-#include "TemporaryFolderTesting.h"
-#include "TestMain.h"
+#include "support/KeyboardDriver.h"
+#include "support/PopoverFixture.h"
+#include "support/QuickItems.h"
+#include "support/SandboxDemo.h"
+#include "support/SandboxFault.h"
+#include "support/SandboxProcess.h"
+#include "support/TemporaryFolderTesting.h"
+#include "support/TestMain.h"
 
 #include <QJsonArray>
 #include <QJsonDocument>

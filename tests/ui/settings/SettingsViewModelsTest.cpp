@@ -1,12 +1,12 @@
-#include "AppStateFixture.h"
-#include "SandboxDemo.h"
-#include "SettingsFileTesting.h"
-#include "TestMain.h"
-#include "linux/AutostartEntry.h"
-#include "settings/FieldVisibilityViewModel.h"
-#include "settings/GeneralSettingsViewModel.h"
-#include "settings/QuickLinksViewModel.h"
-#include "settings/TemplateSettingsViewModel.h"
+#include "desktop/settings/FieldVisibilityViewModel.h"
+#include "desktop/settings/GeneralSettingsViewModel.h"
+#include "desktop/settings/QuickLinksViewModel.h"
+#include "desktop/settings/TemplateSettingsViewModel.h"
+#include "platform/linux/AutostartEntry.h"
+#include "support/AppStateFixture.h"
+#include "support/SandboxDemo.h"
+#include "support/SettingsFileTesting.h"
+#include "support/TestMain.h"
 
 #include <QFile>
 #include <QJsonArray>

@@ -1,13 +1,13 @@
-#include "settings/SettingsWindow.h"
-#include "AppStateFixture.h"
-#include "ManualColorScheme.h"
-#include "QuickItems.h"
-#include "SandboxDemo.h"
-#include "SettingsFileTesting.h"
-#include "TestMain.h"
-#include "linux/AutostartEntry.h"
-#include "shell/ColorSchemePalette.h"
-#include "shell/PopoverWindow.h"
+#include "desktop/settings/SettingsWindow.h"
+#include "desktop/shell/ColorSchemePalette.h"
+#include "desktop/shell/PopoverWindow.h"
+#include "platform/linux/AutostartEntry.h"
+#include "support/AppStateFixture.h"
+#include "support/ManualColorScheme.h"
+#include "support/QuickItems.h"
+#include "support/SandboxDemo.h"
+#include "support/SettingsFileTesting.h"
+#include "support/TestMain.h"
 
 #include <QFile>
 #include <QJsonArray>

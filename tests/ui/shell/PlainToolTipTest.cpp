@@ -1,10 +1,10 @@
-#include "PopoverFixture.h"
-#include "QuickItems.h"
-#include "SandboxDemo.h"
-#include "SandboxProcess.h"
-#include "TestMain.h"
-#include "linux/AutostartEntry.h"
-#include "settings/SettingsWindow.h"
+#include "desktop/settings/SettingsWindow.h"
+#include "platform/linux/AutostartEntry.h"
+#include "support/PopoverFixture.h"
+#include "support/QuickItems.h"
+#include "support/SandboxDemo.h"
+#include "support/SandboxProcess.h"
+#include "support/TestMain.h"
 
 #include <QQuickItem>
 #include <QTemporaryDir>

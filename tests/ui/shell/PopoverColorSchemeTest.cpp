@@ -1,11 +1,11 @@
-#include "ContrastTesting.h"
-#include "ManualColorScheme.h"
-#include "PopoverFixture.h"
-#include "SandboxDemo.h"
-#include "SandboxProcess.h"
-#include "TemporaryFolderTesting.h"
-#include "TestMain.h"
-#include "shell/ColorSchemePalette.h"
+#include "desktop/shell/ColorSchemePalette.h"
+#include "support/ContrastTesting.h"
+#include "support/ManualColorScheme.h"
+#include "support/PopoverFixture.h"
+#include "support/SandboxDemo.h"
+#include "support/SandboxProcess.h"
+#include "support/TemporaryFolderTesting.h"
+#include "support/TestMain.h"
 
 #include <QClipboard>
 #include <QHash>

@@ -1,7 +1,7 @@
-#include "PopoverFixture.h"
-#include "SandboxDemo.h"
-#include "SandboxProcess.h"
-#include "TestMain.h"
+#include "support/PopoverFixture.h"
+#include "support/SandboxDemo.h"
+#include "support/SandboxProcess.h"
+#include "support/TestMain.h"
 
 #include <QScreen>
 #include <QTest>

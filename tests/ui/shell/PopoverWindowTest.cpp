@@ -1,6 +1,6 @@
-#include "PopoverFixture.h"
-#include "QuickItems.h"
-#include "TestMain.h"
+#include "support/PopoverFixture.h"
+#include "support/QuickItems.h"
+#include "support/TestMain.h"
 
 #include <QAccessible>
 #include <QCursor>

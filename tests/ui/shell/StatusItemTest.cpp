@@ -1,6 +1,6 @@
-#include "shell/StatusItem.h"
-#include "PopoverFixture.h"
-#include "TestMain.h"
+#include "desktop/shell/StatusItem.h"
+#include "support/PopoverFixture.h"
+#include "support/TestMain.h"
 
 #include <QApplication>
 #include <QElapsedTimer>

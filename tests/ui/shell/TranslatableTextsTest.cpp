@@ -1,13 +1,13 @@
-#include "PopoverFixture.h"
-#include "QuickItems.h"
-#include "TestMain.h"
-#include "api/NVError.h"
-#include "auth/KeychainStoreError.h"
-#include "auth/PersonalTokenError.h"
-#include "compose/AttachmentSizeLimits.h"
-#include "linux/AutostartEntry.h"
-#include "settings/SettingsWindow.h"
-#include "shell/StatusItem.h"
+#include "core/api/NVError.h"
+#include "core/auth/KeychainStoreError.h"
+#include "core/auth/PersonalTokenError.h"
+#include "core/compose/AttachmentSizeLimits.h"
+#include "desktop/settings/SettingsWindow.h"
+#include "desktop/shell/StatusItem.h"
+#include "platform/linux/AutostartEntry.h"
+#include "support/PopoverFixture.h"
+#include "support/QuickItems.h"
+#include "support/TestMain.h"
 
 #include <QAccessible>
 #include <QQmlComponent>

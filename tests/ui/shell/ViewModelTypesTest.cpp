@@ -1,5 +1,5 @@
-#include "PopoverFixture.h"
-#include "TestMain.h"
+#include "support/PopoverFixture.h"
+#include "support/TestMain.h"
 
 #include <QDir>
 #include <QMetaEnum>

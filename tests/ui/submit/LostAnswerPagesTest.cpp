@@ -1,9 +1,9 @@
-#include "KeyboardDriver.h"
-#include "PopoverFixture.h"
-#include "SandboxDemo.h"
-#include "SandboxProcess.h"
-#include "SubmitTesting.h"
-#include "TestMain.h"
+#include "support/KeyboardDriver.h"
+#include "support/PopoverFixture.h"
+#include "support/SandboxDemo.h"
+#include "support/SandboxProcess.h"
+#include "support/SubmitTesting.h"
+#include "support/TestMain.h"
 
 #include <QJsonArray>
 #include <QQuickItem>

@@ -1,7 +1,7 @@
-#include "api/Endpoints.h"
-#include "ClientTesting.h"
-#include "HierarchyTesting.h"
-#include "TestMain.h"
+#include "core/api/Endpoints.h"
+#include "support/ClientTesting.h"
+#include "support/HierarchyTesting.h"
+#include "support/TestMain.h"
 
 #include <QTest>
 #include <QTimeZone>

@@ -1,5 +1,5 @@
-#include "api/HttpResponseReader.h"
-#include "TestMain.h"
+#include "core/api/HttpResponseReader.h"
+#include "support/TestMain.h"
 
 #include <QTest>
 

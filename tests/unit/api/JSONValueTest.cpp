@@ -1,6 +1,6 @@
-#include "api/JSONValue.h"
-#include "TestMain.h"
-#include "json/JsonEncoding.h"
+#include "core/api/JSONValue.h"
+#include "core/json/JsonEncoding.h"
+#include "support/TestMain.h"
 
 #include <QTest>
 

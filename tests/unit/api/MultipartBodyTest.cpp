@@ -1,6 +1,6 @@
-#include "TestMain.h"
-#include "api/Multipart.h"
-#include "support/FileError.h"
+#include "core/api/Multipart.h"
+#include "core/support/FileError.h"
+#include "support/TestMain.h"
 
 #include <QDir>
 #include <QFile>

@@ -1,5 +1,5 @@
-#include "api/NVError.h"
-#include "TestMain.h"
+#include "core/api/NVError.h"
+#include "support/TestMain.h"
 
 #include <QTest>
 

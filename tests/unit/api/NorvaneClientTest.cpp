@@ -1,10 +1,10 @@
-#include "api/NorvaneClient.h"
-#include "ClientTesting.h"
-#include "TestMain.h"
-#include "api/TaskRecords.h"
-#include "api/TaskRequests.h"
-#include "api/UserRecords.h"
-#include "auth/StaticTokenAuth.h"
+#include "core/api/NorvaneClient.h"
+#include "core/api/TaskRecords.h"
+#include "core/api/TaskRequests.h"
+#include "core/api/UserRecords.h"
+#include "core/auth/StaticTokenAuth.h"
+#include "support/ClientTesting.h"
+#include "support/TestMain.h"
 
 #include <QNetworkAccessManager>
 #include <QTcpServer>

@@ -1,5 +1,5 @@
-#include "TestMain.h"
-#include "api/UploadRetryPolicy.h"
+#include "core/api/UploadRetryPolicy.h"
+#include "support/TestMain.h"
 
 #include <QTest>
 #include <cmath>

@@ -1,7 +1,7 @@
-#include "api/TaskAttachment.h"
-#include "TestMain.h"
-#include "json/JsonDecoding.h"
-#include "json/JsonEncoding.h"
+#include "core/api/TaskAttachment.h"
+#include "core/json/JsonDecoding.h"
+#include "core/json/JsonEncoding.h"
+#include "support/TestMain.h"
 
 #include <QTest>
 

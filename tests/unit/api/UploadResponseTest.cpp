@@ -1,6 +1,6 @@
-#include "api/UploadResponse.h"
-#include "TestMain.h"
-#include "api/NVError.h"
+#include "core/api/UploadResponse.h"
+#include "core/api/NVError.h"
+#include "support/TestMain.h"
 
 #include <QTest>
 

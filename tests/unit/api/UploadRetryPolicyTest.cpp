@@ -1,8 +1,8 @@
-#include "api/UploadRetryPolicy.h"
-#include "TestMain.h"
-#include "api/NVError.h"
-#include "support/FileError.h"
-#include "json/DecodingError.h"
+#include "core/api/UploadRetryPolicy.h"
+#include "core/api/NVError.h"
+#include "core/json/DecodingError.h"
+#include "core/support/FileError.h"
+#include "support/TestMain.h"
 
 #include <QTest>
 

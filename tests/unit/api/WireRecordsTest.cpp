@@ -1,12 +1,12 @@
-#include "TestMain.h"
-#include "api/APIErrorBody.h"
-#include "api/FieldRecords.h"
-#include "api/HierarchyRecords.h"
-#include "api/TaskRecords.h"
-#include "api/TaskRequests.h"
-#include "api/UserRecords.h"
-#include "json/JsonDecoding.h"
-#include "json/JsonEncoding.h"
+#include "core/api/APIErrorBody.h"
+#include "core/api/FieldRecords.h"
+#include "core/api/HierarchyRecords.h"
+#include "core/api/TaskRecords.h"
+#include "core/api/TaskRequests.h"
+#include "core/api/UserRecords.h"
+#include "core/json/JsonDecoding.h"
+#include "core/json/JsonEncoding.h"
+#include "support/TestMain.h"
 
 #include <QTest>
 

@@ -1,5 +1,5 @@
-#include "AppStateFixture.h"
-#include "TestMain.h"
+#include "support/AppStateFixture.h"
+#include "support/TestMain.h"
 
 #include <QSignalSpy>
 #include <QTest>

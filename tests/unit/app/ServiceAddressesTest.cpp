@@ -1,5 +1,5 @@
-#include "app/ServiceAddresses.h"
-#include "TestMain.h"
+#include "core/app/ServiceAddresses.h"
+#include "support/TestMain.h"
 
 #include <QTest>
 

@@ -1,6 +1,6 @@
-#include "async/DayChange.h"
-#include "ManualWallClock.h"
-#include "TestMain.h"
+#include "core/async/DayChange.h"
+#include "support/ManualWallClock.h"
+#include "support/TestMain.h"
 
 #include <QSignalSpy>
 #include <QTest>

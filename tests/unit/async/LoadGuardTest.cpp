@@ -1,6 +1,6 @@
-#include "async/LoadGuard.h"
-#include "RunTask.h"
-#include "TestMain.h"
+#include "core/async/LoadGuard.h"
+#include "support/RunTask.h"
+#include "support/TestMain.h"
 
 #include <QTest>
 #include <memory>

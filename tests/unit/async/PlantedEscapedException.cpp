@@ -1,8 +1,8 @@
 // Planted for the test kit's main: a test whose started task lets an exception escape. Built with
 // the kit's main it must end as failed, with the escape named; the test EscapedExceptionFailsTheTest
 // runs it and checks that it does.
-#include "TestMain.h"
-#include "async/StartTask.h"
+#include "core/async/StartTask.h"
+#include "support/TestMain.h"
 
 #include <QCoroTask>
 #include <stdexcept>

@@ -1,7 +1,7 @@
-#include "async/StartTask.h"
-#include "RunTask.h"
-#include "TestMain.h"
-#include "async/LatestWins.h"
+#include "core/async/StartTask.h"
+#include "core/async/LatestWins.h"
+#include "support/RunTask.h"
+#include "support/TestMain.h"
 
 #include <QTest>
 #include <qcoro/qcorotimer.h>

@@ -1,6 +1,6 @@
-#include "auth/AccountLabels.h"
-#include "TestMain.h"
-#include "support/NorvaneColor.h"
+#include "core/auth/AccountLabels.h"
+#include "core/support/NorvaneColor.h"
+#include "support/TestMain.h"
 
 #include <QTest>
 

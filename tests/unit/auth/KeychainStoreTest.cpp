@@ -1,9 +1,9 @@
-#include "auth/KeychainStore.h"
-#include "TestMain.h"
-#include "auth/KeychainStoreError.h"
+#include "core/auth/KeychainStore.h"
+#include "core/auth/KeychainStoreError.h"
+#include "support/TestMain.h"
 
-#include "MemorySecretStore.h"
-#include "RunTask.h"
+#include "support/MemorySecretStore.h"
+#include "support/RunTask.h"
 
 #include <QTest>
 #include <memory>

@@ -1,9 +1,9 @@
-#include "auth/PersonalTokenProvider.h"
-#include "TestMain.h"
-#include "auth/PersonalTokenError.h"
+#include "core/auth/PersonalTokenProvider.h"
+#include "core/auth/PersonalTokenError.h"
+#include "support/TestMain.h"
 
-#include "MemorySecretStore.h"
-#include "RunTask.h"
+#include "support/MemorySecretStore.h"
+#include "support/RunTask.h"
 
 #include <QTest>
 #include <memory>

@@ -1,9 +1,9 @@
-#include "auth/StorageCredentialStore.h"
-#include "TestMain.h"
-#include "auth/StorageCredentialError.h"
+#include "core/auth/StorageCredentialStore.h"
+#include "core/auth/StorageCredentialError.h"
+#include "support/TestMain.h"
 
-#include "MemorySecretStore.h"
-#include "RunTask.h"
+#include "support/MemorySecretStore.h"
+#include "support/RunTask.h"
 
 #include <QTest>
 #include <memory>

@@ -1,7 +1,7 @@
-#include "compose/AttachmentExporter.h"
-#include "TestMain.h"
+#include "core/compose/AttachmentExporter.h"
+#include "support/TestMain.h"
 
-#include "TemporaryFolderTesting.h"
+#include "support/TemporaryFolderTesting.h"
 
 #include <QTest>
 

@@ -1,5 +1,5 @@
-#include "compose/AttachmentSizeLimits.h"
-#include "TestMain.h"
+#include "core/compose/AttachmentSizeLimits.h"
+#include "support/TestMain.h"
 
 #include <QTemporaryDir>
 #include <QTest>

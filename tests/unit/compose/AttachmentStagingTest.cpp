@@ -1,8 +1,8 @@
-#include "compose/AttachmentStaging.h"
-#include "TestMain.h"
-#include "compose/AttachmentSizeLimits.h"
+#include "core/compose/AttachmentStaging.h"
+#include "core/compose/AttachmentSizeLimits.h"
+#include "support/TestMain.h"
 
-#include "TemporaryFolderTesting.h"
+#include "support/TemporaryFolderTesting.h"
 
 #include <QBuffer>
 #include <QImageReader>

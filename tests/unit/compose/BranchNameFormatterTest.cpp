@@ -1,5 +1,5 @@
-#include "compose/BranchNameFormatter.h"
-#include "TestMain.h"
+#include "core/compose/BranchNameFormatter.h"
+#include "support/TestMain.h"
 
 #include <QTest>
 

@@ -1,6 +1,6 @@
-#include "TestMain.h"
-#include "compose/Priorities.h"
-#include "compose/ReminderLeads.h"
+#include "core/compose/Priorities.h"
+#include "core/compose/ReminderLeads.h"
+#include "support/TestMain.h"
 
 #include <QTest>
 

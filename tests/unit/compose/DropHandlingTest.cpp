@@ -1,7 +1,7 @@
-#include "compose/DropHandling.h"
-#include "TestMain.h"
+#include "core/compose/DropHandling.h"
+#include "support/TestMain.h"
 
-#include "TemporaryFolderTesting.h"
+#include "support/TemporaryFolderTesting.h"
 
 #include <QCoreApplication>
 #include <QMimeData>

@@ -1,5 +1,5 @@
-#include "compose/DueDateChoices.h"
-#include "TestMain.h"
+#include "core/compose/DueDateChoices.h"
+#include "support/TestMain.h"
 
 #include <QTest>
 

@@ -1,6 +1,6 @@
-#include "compose/FieldChipTitles.h"
-#include "TestMain.h"
-#include "compose/TaskDraft.h"
+#include "core/compose/FieldChipTitles.h"
+#include "core/compose/TaskDraft.h"
+#include "support/TestMain.h"
 
 #include <QTest>
 

@@ -1,5 +1,5 @@
-#include "compose/FieldChipsRow.h"
-#include "TestMain.h"
+#include "core/compose/FieldChipsRow.h"
+#include "support/TestMain.h"
 
 #include <QTest>
 

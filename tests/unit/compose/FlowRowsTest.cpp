@@ -1,5 +1,5 @@
-#include "compose/FlowRows.h"
-#include "TestMain.h"
+#include "core/compose/FlowRows.h"
+#include "support/TestMain.h"
 
 #include <QTest>
 

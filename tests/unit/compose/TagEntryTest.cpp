@@ -1,6 +1,6 @@
-#include "compose/TagEntry.h"
-#include "TestMain.h"
-#include "compose/TaskDraft.h"
+#include "core/compose/TagEntry.h"
+#include "core/compose/TaskDraft.h"
+#include "support/TestMain.h"
 
 #include <QTest>
 

@@ -1,7 +1,7 @@
-#include "compose/TaskDraft.h"
-#include "DraftTesting.h"
-#include "TestMain.h"
-#include "json/JsonEncoding.h"
+#include "core/compose/TaskDraft.h"
+#include "core/json/JsonEncoding.h"
+#include "support/DraftTesting.h"
+#include "support/TestMain.h"
 
 #include <QFile>
 #include <QSignalSpy>

@@ -1,6 +1,6 @@
-#include "compose/TemplateList.h"
-#include "SettingsFileTesting.h"
-#include "TestMain.h"
+#include "core/compose/TemplateList.h"
+#include "support/SettingsFileTesting.h"
+#include "support/TestMain.h"
 
 #include <QFile>
 #include <QJsonArray>

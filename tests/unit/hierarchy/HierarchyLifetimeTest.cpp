@@ -1,7 +1,7 @@
-#include "HierarchyTesting.h"
-#include "TestMain.h"
-#include "hierarchy/HierarchyStore.h"
-#include "hierarchy/ListContext.h"
+#include "core/hierarchy/HierarchyStore.h"
+#include "core/hierarchy/ListContext.h"
+#include "support/HierarchyTesting.h"
+#include "support/TestMain.h"
 
 #include <QTest>
 

@@ -1,6 +1,6 @@
-#include "hierarchy/HierarchyStore.h"
-#include "HierarchyTesting.h"
-#include "TestMain.h"
+#include "core/hierarchy/HierarchyStore.h"
+#include "support/HierarchyTesting.h"
+#include "support/TestMain.h"
 
 #include <QSignalSpy>
 #include <QTest>

@@ -1,6 +1,6 @@
-#include "hierarchy/ListContext.h"
-#include "HierarchyTesting.h"
-#include "TestMain.h"
+#include "core/hierarchy/ListContext.h"
+#include "support/HierarchyTesting.h"
+#include "support/TestMain.h"
 
 #include <QSignalSpy>
 #include <QTest>

@@ -1,8 +1,8 @@
-#include "hierarchy/LocationPickerModel.h"
-#include "HierarchyTesting.h"
-#include "TemporaryFolderTesting.h"
-#include "TestMain.h"
-#include "hierarchy/LocationRowModel.h"
+#include "core/hierarchy/LocationPickerModel.h"
+#include "core/hierarchy/LocationRowModel.h"
+#include "support/HierarchyTesting.h"
+#include "support/TemporaryFolderTesting.h"
+#include "support/TestMain.h"
 
 #include <QJsonArray>
 #include <QJsonDocument>

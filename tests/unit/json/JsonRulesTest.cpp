@@ -1,6 +1,6 @@
-#include "TestMain.h"
-#include "json/JsonDecoding.h"
-#include "json/JsonEncoding.h"
+#include "core/json/JsonDecoding.h"
+#include "core/json/JsonEncoding.h"
+#include "support/TestMain.h"
 
 #include <QTest>
 #include <limits>

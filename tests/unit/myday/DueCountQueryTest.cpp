@@ -1,10 +1,10 @@
 // The tray icon's due count over a session that answers from a table: what it asks for, what it
 // counts, when it fetches and when it drops an answer.
-#include "myday/DueCountQuery.h"
-#include "HierarchyTesting.h"
-#include "MyDayTesting.h"
-#include "TestMain.h"
-#include "settings/SettingsStore.h"
+#include "core/myday/DueCountQuery.h"
+#include "core/settings/SettingsStore.h"
+#include "support/HierarchyTesting.h"
+#include "support/MyDayTesting.h"
+#include "support/TestMain.h"
 
 #include <QJsonArray>
 #include <QJsonDocument>

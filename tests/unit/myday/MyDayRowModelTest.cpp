@@ -1,7 +1,7 @@
 // The row model of the Tasks tab: rows applied with row-level signals and read through roles.
-#include "myday/MyDayRowModel.h"
-#include "MyDayTesting.h"
-#include "TestMain.h"
+#include "core/myday/MyDayRowModel.h"
+#include "support/MyDayTesting.h"
+#include "support/TestMain.h"
 
 #include <QSignalSpy>
 #include <QTest>

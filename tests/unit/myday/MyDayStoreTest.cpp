@@ -1,9 +1,9 @@
 // The store of My Day over a session that answers from a table: paging, refreshing, statuses and
 // the row actions with the lists they leave behind.
-#include "myday/MyDayStore.h"
-#include "HierarchyTesting.h"
-#include "MyDayTesting.h"
-#include "TestMain.h"
+#include "core/myday/MyDayStore.h"
+#include "support/HierarchyTesting.h"
+#include "support/MyDayTesting.h"
+#include "support/TestMain.h"
 
 #include <QJsonDocument>
 #include <QSignalSpy>

@@ -1,10 +1,10 @@
 // Every text My Day shows goes through translation with its exact English as the source text.
-#include "HierarchyTesting.h"
-#include "MyDayTesting.h"
-#include "TestMain.h"
-#include "myday/MyDayStore.h"
-#include "myday/QuickTimes.h"
-#include "myday/TasksTabState.h"
+#include "core/myday/MyDayStore.h"
+#include "core/myday/QuickTimes.h"
+#include "core/myday/TasksTabState.h"
+#include "support/HierarchyTesting.h"
+#include "support/MyDayTesting.h"
+#include "support/TestMain.h"
 
 #include <QCoreApplication>
 #include <QTest>

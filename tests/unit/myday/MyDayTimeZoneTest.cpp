@@ -1,12 +1,12 @@
 // My Day's sections and quick times in two pinned time zones, on the days their clocks go forward
 // and back: today's bounds stay 00:00:00 to 23:59:59 on days of 23 and 25 hours, and the quick
 // times land on the wall-clock hour.
-#include "MyDayTesting.h"
-#include "TestMain.h"
-#include "myday/DayBounds.h"
-#include "myday/QuickTimes.h"
-#include "myday/SnoozePresets.h"
-#include "myday/TaskOrdering.h"
+#include "core/myday/DayBounds.h"
+#include "core/myday/QuickTimes.h"
+#include "core/myday/SnoozePresets.h"
+#include "core/myday/TaskOrdering.h"
+#include "support/MyDayTesting.h"
+#include "support/TestMain.h"
 
 #include <QTest>
 #include <ctime>

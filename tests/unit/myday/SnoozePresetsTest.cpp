@@ -1,9 +1,9 @@
 // The quick times in the local time zone of the test's machine on ordinary days; the time-zone
 // test pins zones with daylight-saving changes.
-#include "myday/SnoozePresets.h"
-#include "MyDayTesting.h"
-#include "TestMain.h"
-#include "myday/QuickTimes.h"
+#include "core/myday/SnoozePresets.h"
+#include "core/myday/QuickTimes.h"
+#include "support/MyDayTesting.h"
+#include "support/TestMain.h"
 
 #include <QTest>
 

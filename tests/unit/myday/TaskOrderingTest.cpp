@@ -1,9 +1,9 @@
 // My Day's order and today's bounds: the rank of each due date, the order within a rank, and the
 // count of tasks due by the end of today.
-#include "myday/TaskOrdering.h"
-#include "MyDayTesting.h"
-#include "TestMain.h"
-#include "myday/DueDate.h"
+#include "core/myday/TaskOrdering.h"
+#include "core/myday/DueDate.h"
+#include "support/MyDayTesting.h"
+#include "support/TestMain.h"
 
 #include <QTest>
 

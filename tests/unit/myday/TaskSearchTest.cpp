@@ -1,7 +1,7 @@
 // Searching the loaded tasks: tokens, folding of case and accents, and the five fields searched.
-#include "myday/TaskSearch.h"
-#include "MyDayTesting.h"
-#include "TestMain.h"
+#include "core/myday/TaskSearch.h"
+#include "support/MyDayTesting.h"
+#include "support/TestMain.h"
 
 #include <QTest>
 

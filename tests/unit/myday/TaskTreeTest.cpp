@@ -1,7 +1,7 @@
 // The subtask tree: roots, children in list order, depth, and lists the service should never send.
-#include "myday/TaskTree.h"
-#include "MyDayTesting.h"
-#include "TestMain.h"
+#include "core/myday/TaskTree.h"
+#include "support/MyDayTesting.h"
+#include "support/TestMain.h"
 
 #include <QTest>
 

@@ -1,11 +1,11 @@
 // The Tasks tab's logic over a session that answers from a table: what goes to the service and what
 // is filtered here, the refresh key, sections and search rows, the filter menus and the row actions.
-#include "myday/TasksTabState.h"
-#include "HierarchyTesting.h"
-#include "ManualWallClock.h"
-#include "MyDayTesting.h"
-#include "RecordingNotifier.h"
-#include "TestMain.h"
+#include "core/myday/TasksTabState.h"
+#include "support/HierarchyTesting.h"
+#include "support/ManualWallClock.h"
+#include "support/MyDayTesting.h"
+#include "support/RecordingNotifier.h"
+#include "support/TestMain.h"
 
 #include <QJsonDocument>
 #include <QSignalSpy>

@@ -1,6 +1,6 @@
-#include "NotifyTesting.h"
-#include "TestMain.h"
-#include "notify/NotificationCategories.h"
+#include "core/notify/NotificationCategories.h"
+#include "support/NotifyTesting.h"
+#include "support/TestMain.h"
 
 #include <QRegularExpression>
 #include <QSignalSpy>

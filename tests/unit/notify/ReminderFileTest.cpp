@@ -1,6 +1,6 @@
-#include "notify/ReminderFile.h"
-#include "NotifyTesting.h"
-#include "TestMain.h"
+#include "core/notify/ReminderFile.h"
+#include "support/NotifyTesting.h"
+#include "support/TestMain.h"
 
 #include <QFile>
 #include <QTest>

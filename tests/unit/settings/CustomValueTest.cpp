@@ -1,6 +1,6 @@
-#include "settings/CustomValue.h"
-#include "TestMain.h"
-#include "json/JsonEncoding.h"
+#include "core/settings/CustomValue.h"
+#include "core/json/JsonEncoding.h"
+#include "support/TestMain.h"
 
 #include <QTest>
 

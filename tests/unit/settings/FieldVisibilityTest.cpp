@@ -1,6 +1,6 @@
-#include "settings/FieldVisibility.h"
-#include "SettingsFileTesting.h"
-#include "TestMain.h"
+#include "core/settings/FieldVisibility.h"
+#include "support/SettingsFileTesting.h"
+#include "support/TestMain.h"
 
 #include <QFile>
 #include <QJsonArray>

@@ -1,8 +1,8 @@
-#include "settings/QuickLinks.h"
-#include "SettingsFileTesting.h"
-#include "TestMain.h"
+#include "core/settings/QuickLinks.h"
+#include "support/SettingsFileTesting.h"
+#include "support/TestMain.h"
 
-#include "json/JsonDecoding.h"
+#include "core/json/JsonDecoding.h"
 
 #include <QFile>
 #include <QJsonArray>

@@ -1,5 +1,5 @@
-#include "settings/ReminderLeadTime.h"
-#include "TestMain.h"
+#include "core/settings/ReminderLeadTime.h"
+#include "support/TestMain.h"
 
 #include <QTest>
 

@@ -1,8 +1,8 @@
 // A writer killed at any moment of a save leaves the old file or the new one, never half of either.
-#include "BigSettings.h"
-#include "TestMain.h"
-#include "settings/SettingsStore.h"
-#include "json/JsonEncoding.h"
+#include "core/json/JsonEncoding.h"
+#include "core/settings/SettingsStore.h"
+#include "support/BigSettings.h"
+#include "support/TestMain.h"
 
 #include <QElapsedTimer>
 #include <QFile>

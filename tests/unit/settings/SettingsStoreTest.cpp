@@ -1,7 +1,7 @@
-#include "settings/SettingsStore.h"
-#include "TestMain.h"
+#include "core/settings/SettingsStore.h"
+#include "support/TestMain.h"
 
-#include "json/JsonDecoding.h"
+#include "core/json/JsonDecoding.h"
 
 #include <QFile>
 #include <QJsonDocument>

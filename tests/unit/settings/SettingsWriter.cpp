@@ -1,7 +1,7 @@
 // Saves big settings to a file over and over, numbering the versions from the first argument on, for
 // SettingsKillTest to kill at random moments. Prints "begin N" before and "end N" after each save.
-#include "BigSettings.h"
-#include "settings/SettingsStore.h"
+#include "core/settings/SettingsStore.h"
+#include "support/BigSettings.h"
 
 #include <QCoreApplication>
 #include <cstdio>

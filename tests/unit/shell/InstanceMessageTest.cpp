@@ -1,5 +1,5 @@
-#include "shell/InstanceMessage.h"
-#include "TestMain.h"
+#include "core/shell/InstanceMessage.h"
+#include "support/TestMain.h"
 
 #include <QTest>
 

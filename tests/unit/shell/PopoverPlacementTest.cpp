@@ -1,5 +1,5 @@
-#include "shell/PopoverPlacement.h"
-#include "TestMain.h"
+#include "core/shell/PopoverPlacement.h"
+#include "support/TestMain.h"
 
 #include <QTest>
 

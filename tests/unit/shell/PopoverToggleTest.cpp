@@ -1,5 +1,5 @@
-#include "shell/PopoverToggle.h"
-#include "TestMain.h"
+#include "core/shell/PopoverToggle.h"
+#include "support/TestMain.h"
 
 #include <QTest>
 

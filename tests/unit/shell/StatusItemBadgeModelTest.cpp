@@ -1,13 +1,13 @@
 // What the tray icon shows, as the queue of jobs, the due count and the settings change it, over a
 // session that answers from a table.
-#include "shell/StatusItemBadgeModel.h"
-#include "HierarchyTesting.h"
-#include "SubmitPipeline.h"
-#include "SubmitTesting.h"
-#include "TestMain.h"
-#include "myday/DueCountQuery.h"
-#include "settings/SettingsStore.h"
-#include "storage/StorageProviderRegistry.h"
+#include "core/shell/StatusItemBadgeModel.h"
+#include "core/myday/DueCountQuery.h"
+#include "core/settings/SettingsStore.h"
+#include "core/storage/StorageProviderRegistry.h"
+#include "support/HierarchyTesting.h"
+#include "support/SubmitPipeline.h"
+#include "support/SubmitTesting.h"
+#include "support/TestMain.h"
 
 #include <QJsonArray>
 #include <QJsonDocument>

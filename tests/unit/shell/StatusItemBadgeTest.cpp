@@ -1,5 +1,5 @@
-#include "shell/StatusItemBadge.h"
-#include "TestMain.h"
+#include "core/shell/StatusItemBadge.h"
+#include "support/TestMain.h"
 
 #include <QTest>
 

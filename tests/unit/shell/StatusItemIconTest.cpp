@@ -1,5 +1,5 @@
-#include "shell/StatusItemIcon.h"
-#include "TestMain.h"
+#include "core/shell/StatusItemIcon.h"
+#include "support/TestMain.h"
 
 #include <QTest>
 

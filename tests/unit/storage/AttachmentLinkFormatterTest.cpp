@@ -1,5 +1,5 @@
-#include "storage/AttachmentLinkFormatter.h"
-#include "TestMain.h"
+#include "core/storage/AttachmentLinkFormatter.h"
+#include "support/TestMain.h"
 
 #include <QTest>
 

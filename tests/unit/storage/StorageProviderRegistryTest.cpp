@@ -1,8 +1,8 @@
-#include "storage/StorageProviderRegistry.h"
-#include "TestMain.h"
-#include "storage/StorageProviderError.h"
+#include "core/storage/StorageProviderRegistry.h"
+#include "core/storage/StorageProviderError.h"
+#include "support/TestMain.h"
 
-#include "RunTask.h"
+#include "support/RunTask.h"
 
 #include <QTest>
 

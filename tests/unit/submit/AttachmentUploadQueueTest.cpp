@@ -1,13 +1,13 @@
-#include "submit/AttachmentUploadQueue.h"
-#include "TestMain.h"
-#include "submit/AttachmentUploadError.h"
-#include "submit/AttachmentUploader.h"
+#include "core/submit/AttachmentUploadQueue.h"
+#include "core/submit/AttachmentUploadError.h"
+#include "core/submit/AttachmentUploader.h"
+#include "support/TestMain.h"
 
-#include "ClientTesting.h"
-#include "HierarchyTesting.h"
-#include "RunTask.h"
-#include "TemporaryFolderTesting.h"
-#include "api/NVError.h"
+#include "core/api/NVError.h"
+#include "support/ClientTesting.h"
+#include "support/HierarchyTesting.h"
+#include "support/RunTask.h"
+#include "support/TemporaryFolderTesting.h"
 
 #include <QLocale>
 #include <QRegularExpression>

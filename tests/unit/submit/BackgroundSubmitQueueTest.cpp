@@ -1,13 +1,13 @@
 
-#include "HierarchyTesting.h"
-#include "LoopbackStorageProvider.h"
-#include "LoopbackStorageServer.h"
-#include "RunTask.h"
-#include "SubmitPipeline.h"
-#include "SubmitTesting.h"
-#include "TestMain.h"
-#include "settings/SettingsStore.h"
-#include "storage/StorageProviderRegistry.h"
+#include "core/settings/SettingsStore.h"
+#include "core/storage/StorageProviderRegistry.h"
+#include "support/HierarchyTesting.h"
+#include "support/LoopbackStorageProvider.h"
+#include "support/LoopbackStorageServer.h"
+#include "support/RunTask.h"
+#include "support/SubmitPipeline.h"
+#include "support/SubmitTesting.h"
+#include "support/TestMain.h"
 
 #include <QNetworkAccessManager>
 #include <QSignalSpy>

@@ -1,9 +1,9 @@
-#include "submit/BulkSubmitter.h"
-#include "TestMain.h"
+#include "core/submit/BulkSubmitter.h"
+#include "support/TestMain.h"
 
-#include "HierarchyTesting.h"
-#include "RunTask.h"
-#include "SubmitTesting.h"
+#include "support/HierarchyTesting.h"
+#include "support/RunTask.h"
+#include "support/SubmitTesting.h"
 
 #include <QTest>
 

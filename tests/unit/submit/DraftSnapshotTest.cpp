@@ -1,6 +1,6 @@
-#include "submit/DraftSnapshot.h"
-#include "DraftTesting.h"
-#include "TestMain.h"
+#include "core/submit/DraftSnapshot.h"
+#include "support/DraftTesting.h"
+#include "support/TestMain.h"
 
 #include <QFile>
 #include <QFileInfo>

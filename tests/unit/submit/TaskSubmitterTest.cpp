@@ -1,13 +1,13 @@
-#include "submit/TaskSubmitter.h"
-#include "TestMain.h"
-#include "submit/AttachmentUploadQueue.h"
+#include "core/submit/TaskSubmitter.h"
+#include "core/submit/AttachmentUploadQueue.h"
+#include "support/TestMain.h"
 
-#include "HierarchyTesting.h"
-#include "LoopbackStorageProvider.h"
-#include "LoopbackStorageServer.h"
-#include "RecordingNotifier.h"
-#include "RunTask.h"
-#include "SubmitTesting.h"
+#include "support/HierarchyTesting.h"
+#include "support/LoopbackStorageProvider.h"
+#include "support/LoopbackStorageServer.h"
+#include "support/RecordingNotifier.h"
+#include "support/RunTask.h"
+#include "support/SubmitTesting.h"
 
 #include <QNetworkAccessManager>
 #include <QTemporaryDir>

@@ -1,5 +1,5 @@
-#include "support/NorvaneColor.h"
-#include "TestMain.h"
+#include "core/support/NorvaneColor.h"
+#include "support/TestMain.h"
 
 #include <QTest>
 

@@ -1,7 +1,7 @@
-#include "admin/AdminRoutes.h"
+#include "sandbox/admin/AdminRoutes.h"
 
-#include "service/ApiErrors.h"
-#include "service/JsonBody.h"
+#include "sandbox/service/ApiErrors.h"
+#include "sandbox/service/JsonBody.h"
 
 #include <QJsonDocument>
 

@@ -1,9 +1,9 @@
 #pragma once
 
-#include "admin/FaultRules.h"
-#include "admin/RequestLog.h"
-#include "service/RouteTable.h"
-#include "service/SandboxConfig.h"
+#include "sandbox/admin/FaultRules.h"
+#include "sandbox/admin/RequestLog.h"
+#include "sandbox/service/RouteTable.h"
+#include "sandbox/service/SandboxConfig.h"
 
 using AdminRoutes = RouteTable<RouteCall>;
 

@@ -1,6 +1,6 @@
-#include "admin/FaultRules.h"
+#include "sandbox/admin/FaultRules.h"
 
-#include "service/JsonBody.h"
+#include "sandbox/service/JsonBody.h"
 
 #include <QJsonDocument>
 

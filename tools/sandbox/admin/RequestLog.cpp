@@ -1,4 +1,4 @@
-#include "admin/RequestLog.h"
+#include "sandbox/admin/RequestLog.h"
 
 #include <QDateTime>
 #include <QJsonDocument>

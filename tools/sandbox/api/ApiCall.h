@@ -1,7 +1,7 @@
 #pragma once
 
-#include "service/ServiceRequest.h"
-#include "store/Records.h"
+#include "sandbox/service/ServiceRequest.h"
+#include "sandbox/store/Records.h"
 
 // One request to the REST API, with the user its token belongs to and the ids taken from its path.
 struct ApiCall {

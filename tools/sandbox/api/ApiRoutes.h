@@ -1,9 +1,9 @@
 #pragma once
 
-#include "api/ApiCall.h"
-#include "service/RouteTable.h"
-#include "service/SandboxConfig.h"
-#include "store/SandboxStore.h"
+#include "sandbox/api/ApiCall.h"
+#include "sandbox/service/RouteTable.h"
+#include "sandbox/service/SandboxConfig.h"
+#include "sandbox/store/SandboxStore.h"
 
 using ApiRoutes = RouteTable<ApiCall>;
 

@@ -1,9 +1,9 @@
-#include "api/ApiRoutes.h"
-#include "api/AttachmentUpload.h"
-#include "api/Visibility.h"
-#include "api/WireJson.h"
-#include "service/ApiErrors.h"
-#include "web/WebRoutes.h"
+#include "sandbox/api/ApiRoutes.h"
+#include "sandbox/api/AttachmentUpload.h"
+#include "sandbox/api/Visibility.h"
+#include "sandbox/api/WireJson.h"
+#include "sandbox/service/ApiErrors.h"
+#include "sandbox/web/WebRoutes.h"
 
 #include <QDateTime>
 #include <QFile>

@@ -1,4 +1,4 @@
-#include "api/AttachmentUpload.h"
+#include "sandbox/api/AttachmentUpload.h"
 
 #include <QDir>
 #include <QFile>

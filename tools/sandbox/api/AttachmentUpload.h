@@ -1,6 +1,6 @@
 #pragma once
 
-#include "service/ServiceRequest.h"
+#include "sandbox/service/ServiceRequest.h"
 
 #include <QString>
 

@@ -1,6 +1,6 @@
-#include "api/CustomFieldValues.h"
+#include "sandbox/api/CustomFieldValues.h"
 
-#include "service/JsonBody.h"
+#include "sandbox/service/JsonBody.h"
 
 #include <QJsonObject>
 

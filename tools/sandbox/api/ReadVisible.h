@@ -1,8 +1,8 @@
 #pragma once
 
-#include "api/ApiRoutes.h"
-#include "api/WireJson.h"
-#include "service/ApiErrors.h"
+#include "sandbox/api/ApiRoutes.h"
+#include "sandbox/api/WireJson.h"
+#include "sandbox/service/ApiErrors.h"
 
 // Answers a request about the record named by the first id of its path: `answer` runs under the
 // store's read lock when the user may see the record, else the answer is 404 naming `what`.

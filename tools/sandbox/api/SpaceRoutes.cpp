@@ -1,5 +1,5 @@
-#include "api/ReadVisible.h"
-#include "api/Visibility.h"
+#include "sandbox/api/ReadVisible.h"
+#include "sandbox/api/Visibility.h"
 
 #include <QJsonArray>
 

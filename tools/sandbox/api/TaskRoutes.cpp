@@ -1,9 +1,9 @@
-#include "api/ApiRoutes.h"
-#include "api/CustomFieldValues.h"
-#include "api/Visibility.h"
-#include "api/WireJson.h"
-#include "service/ApiErrors.h"
-#include "service/JsonBody.h"
+#include "sandbox/api/ApiRoutes.h"
+#include "sandbox/api/CustomFieldValues.h"
+#include "sandbox/api/Visibility.h"
+#include "sandbox/api/WireJson.h"
+#include "sandbox/service/ApiErrors.h"
+#include "sandbox/service/JsonBody.h"
 
 #include <QDateTime>
 

@@ -1,6 +1,6 @@
-#include "api/ReadVisible.h"
-#include "api/TeamTaskQuery.h"
-#include "api/Visibility.h"
+#include "sandbox/api/ReadVisible.h"
+#include "sandbox/api/TeamTaskQuery.h"
+#include "sandbox/api/Visibility.h"
 
 #include <QJsonArray>
 

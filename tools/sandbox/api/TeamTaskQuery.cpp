@@ -1,6 +1,6 @@
-#include "api/TeamTaskQuery.h"
+#include "sandbox/api/TeamTaskQuery.h"
 
-#include "service/ApiErrors.h"
+#include "sandbox/service/ApiErrors.h"
 
 #include <algorithm>
 

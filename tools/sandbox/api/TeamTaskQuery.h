@@ -1,7 +1,7 @@
 #pragma once
 
-#include "service/ServiceResponse.h"
-#include "store/StoreData.h"
+#include "sandbox/service/ServiceResponse.h"
+#include "sandbox/store/StoreData.h"
 
 #include <variant>
 

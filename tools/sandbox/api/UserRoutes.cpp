@@ -1,5 +1,5 @@
-#include "api/ApiRoutes.h"
-#include "api/WireJson.h"
+#include "sandbox/api/ApiRoutes.h"
+#include "sandbox/api/WireJson.h"
 
 void addUserRoutes(ApiRoutes& routes, const ApiEnvironment& environment) {
     routes.add("GET", u"user", [&environment](const ApiCall& call) {

@@ -1,4 +1,4 @@
-#include "api/Visibility.h"
+#include "sandbox/api/Visibility.h"
 
 namespace Visibility {
 

@@ -1,6 +1,6 @@
 #pragma once
 
-#include "store/StoreData.h"
+#include "sandbox/store/StoreData.h"
 
 // What a user may see: the records of the workspaces they are a member of. Anything else is
 // answered as if it did not exist.

@@ -1,4 +1,4 @@
-#include "api/WireJson.h"
+#include "sandbox/api/WireJson.h"
 
 #include <QUrl>
 

@@ -1,6 +1,6 @@
 #pragma once
 
-#include "store/StoreData.h"
+#include "sandbox/store/StoreData.h"
 
 #include <QJsonArray>
 #include <QJsonObject>

@@ -1,4 +1,4 @@
-#include "server/ConnectionDrop.h"
+#include "sandbox/server/ConnectionDrop.h"
 
 #include <QDir>
 

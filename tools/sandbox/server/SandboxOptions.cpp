@@ -1,6 +1,6 @@
-#include "server/SandboxOptions.h"
+#include "sandbox/server/SandboxOptions.h"
 
-#include "store/DemoSeed.h"
+#include "sandbox/store/DemoSeed.h"
 
 #include <QCommandLineParser>
 #include <QFile>

@@ -1,7 +1,7 @@
-#include "server/SandboxServer.h"
+#include "sandbox/server/SandboxServer.h"
 
-#include "server/ConnectionDrop.h"
-#include "service/SandboxService.h"
+#include "sandbox/server/ConnectionDrop.h"
+#include "sandbox/service/SandboxService.h"
 
 #include <httplib.h>
 

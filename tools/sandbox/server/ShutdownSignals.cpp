@@ -1,4 +1,4 @@
-#include "server/ShutdownSignals.h"
+#include "sandbox/server/ShutdownSignals.h"
 
 #include <pthread.h>
 

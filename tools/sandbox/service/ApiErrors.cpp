@@ -1,4 +1,4 @@
-#include "service/ApiErrors.h"
+#include "sandbox/service/ApiErrors.h"
 
 namespace ApiErrors {
 

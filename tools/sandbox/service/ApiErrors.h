@@ -1,6 +1,6 @@
 #pragma once
 
-#include "service/ServiceResponse.h"
+#include "sandbox/service/ServiceResponse.h"
 
 // The error answers of the service: a JSON object with the message in `err` and a code in `ECODE`.
 namespace ApiErrors {

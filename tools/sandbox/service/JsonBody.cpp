@@ -1,6 +1,6 @@
-#include "service/JsonBody.h"
+#include "sandbox/service/JsonBody.h"
 
-#include "service/ApiErrors.h"
+#include "sandbox/service/ApiErrors.h"
 
 #include <QCborValue>
 #include <QJsonDocument>

@@ -1,6 +1,6 @@
 #pragma once
 
-#include "service/ServiceResponse.h"
+#include "sandbox/service/ServiceResponse.h"
 
 #include <functional>
 #include <vector>

@@ -1,7 +1,7 @@
-#include "service/SandboxService.h"
+#include "sandbox/service/SandboxService.h"
 
-#include "service/ApiErrors.h"
-#include "store/SeedLoader.h"
+#include "sandbox/service/ApiErrors.h"
+#include "sandbox/store/SeedLoader.h"
 
 #include <QDateTime>
 #include <QFile>

@@ -1,8 +1,8 @@
 #pragma once
 
-#include "admin/AdminRoutes.h"
-#include "api/ApiRoutes.h"
-#include "web/WebRoutes.h"
+#include "sandbox/admin/AdminRoutes.h"
+#include "sandbox/api/ApiRoutes.h"
+#include "sandbox/web/WebRoutes.h"
 
 #include <QJsonObject>
 

@@ -1,4 +1,4 @@
-#include "service/ServiceRequest.h"
+#include "sandbox/service/ServiceRequest.h"
 
 #include <QUrl>
 #include <QUrlQuery>

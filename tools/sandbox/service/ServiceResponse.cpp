@@ -1,4 +1,4 @@
-#include "service/ServiceResponse.h"
+#include "sandbox/service/ServiceResponse.h"
 
 #include <QJsonDocument>
 

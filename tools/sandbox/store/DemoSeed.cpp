@@ -1,4 +1,4 @@
-#include "store/DemoSeed.h"
+#include "sandbox/store/DemoSeed.h"
 
 #include <QJsonArray>
 #include <QRandomGenerator>

@@ -1,6 +1,6 @@
-#include "store/SeedLoader.h"
+#include "sandbox/store/SeedLoader.h"
 
-#include "service/JsonBody.h"
+#include "sandbox/service/JsonBody.h"
 
 #include <QJsonArray>
 

@@ -1,4 +1,4 @@
-#include "store/StoreData.h"
+#include "sandbox/store/StoreData.h"
 
 #include <algorithm>
 

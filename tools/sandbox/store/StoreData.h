@@ -1,6 +1,6 @@
 #pragma once
 
-#include "store/Records.h"
+#include "sandbox/store/Records.h"
 
 #include <QByteArray>
 

@@ -1,6 +1,6 @@
-#include "web/WebRoutes.h"
+#include "sandbox/web/WebRoutes.h"
 
-#include "api/WireJson.h"
+#include "sandbox/api/WireJson.h"
 
 #include <QDateTime>
 

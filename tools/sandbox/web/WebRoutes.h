@@ -1,7 +1,7 @@
 #pragma once
 
-#include "service/RouteTable.h"
-#include "store/SandboxStore.h"
+#include "sandbox/service/RouteTable.h"
+#include "sandbox/store/SandboxStore.h"
 
 using WebRoutes = RouteTable<RouteCall>;
 

@@ -1,2 +1,2 @@
 #include <QtCore/QString>
-#  include <myday/MyDayStore.h>
+#  include <core/myday/MyDayStore.h>

@@ -1,3 +1,3 @@
-#include "compose/StagedAttachment.h"
-#include "hierarchy/ListEntry.h"
-#include "submit/SubmitJobPayload.h"
+#include "core/compose/StagedAttachment.h"
+#include "core/hierarchy/ListEntry.h"
+#include "core/submit/SubmitJobPayload.h"

@@ -1,2 +1,2 @@
-#include "shell/StatusItemBadgeModel.h"
-#include "support/Overloaded.h"
+#include "core/shell/StatusItemBadgeModel.h"
+#include "core/support/Overloaded.h"

@@ -1,8 +1,8 @@
-#include "compose/TaskDraft.h"
+#include "core/compose/TaskDraft.h"
 
-#include "hierarchy/LocationMemory.h"
-#include "settings/SettingsStore.h"
-#include "support/Overloaded.h"
+#include "core/hierarchy/LocationMemory.h"
+#include "core/settings/SettingsStore.h"
+#include "core/support/Overloaded.h"
 #include <QtCore/QString>
-#include <compose/TagEntry.h>
+#include <core/compose/TagEntry.h>
 #include "moc_Planted.cpp"

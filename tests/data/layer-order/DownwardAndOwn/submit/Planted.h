@@ -1,2 +1,2 @@
-#include "storage/ExternalStorageProvider.h"
-#include "compose/StagedAttachment.h"
+#include "core/storage/ExternalStorageProvider.h"
+#include "core/compose/StagedAttachment.h"

@@ -1,2 +1,2 @@
-#include "recording/FacecamStyle.h"
-#include "auth/AccountLabels.h"
+#include "core/recording/FacecamStyle.h"
+#include "core/auth/AccountLabels.h"

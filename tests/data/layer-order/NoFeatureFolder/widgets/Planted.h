@@ -1,1 +1,1 @@
-#include "support/Overloaded.h"
+#include "core/support/Overloaded.h"

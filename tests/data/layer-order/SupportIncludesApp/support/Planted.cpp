@@ -1,3 +1,3 @@
-#include "support/Overloaded.h"
+#include "core/support/Overloaded.h"
 
-#include "app/AppState.h"
+#include "core/app/AppState.h"

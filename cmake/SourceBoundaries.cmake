@@ -1,5 +1,5 @@
-# The core's boundaries, which the build enforces: no window system, and one layer order of its
-# features.
+# The boundaries the build enforces: no window system in the core, one layer order of its features,
+# and includes that name their layer.
 
 # Keeps src/core free of the window system, at configure time for what it links and at build
 # time for what its sources include or use.
@@ -21,14 +21,23 @@ function(norvanebar_enforce_layer_order target)
                              "Checking that the features of ${target} keep their layer order")
 endfunction()
 
+# Keeps every include of <target>'s sources naming its layer, one of LAYERS, which are the ones the
+# target may include (check-include-layers.cmake).
+function(norvanebar_enforce_include_layers target)
+    cmake_parse_arguments(arg "" "" "LAYERS" ${ARGN})
+    list(JOIN arg_LAYERS "," layers)
+    norvanebar_check_sources(${target} includes ${PROJECT_SOURCE_DIR}/cmake/check-include-layers.cmake
+                             "Checking that the includes of ${target} name their layer" -DLAYERS=${layers})
+endfunction()
+
 # Runs the check <script> on the folder of the calling CMakeLists before <target> builds, and again
-# whenever a source there changes; a refusal fails the build.
+# whenever a source there changes; a refusal fails the build. Further arguments go to the script.
 function(norvanebar_check_sources target check script comment)
     set(stamp "${CMAKE_CURRENT_BINARY_DIR}/${target}-${check}.stamp")
     file(GLOB_RECURSE sources CONFIGURE_DEPENDS "${CMAKE_CURRENT_SOURCE_DIR}/*.h" "${CMAKE_CURRENT_SOURCE_DIR}/*.cpp")
     add_custom_command(
         OUTPUT "${stamp}"
-        COMMAND ${CMAKE_COMMAND} -DDIR=${CMAKE_CURRENT_SOURCE_DIR} -DSTAMP=${stamp} -P ${script}
+        COMMAND ${CMAKE_COMMAND} -DDIR=${CMAKE_CURRENT_SOURCE_DIR} -DSTAMP=${stamp} ${ARGN} -P ${script}
         DEPENDS ${sources} ${script}
         COMMENT "${comment}")
     add_custom_target(${target}_${check} DEPENDS "${stamp}")

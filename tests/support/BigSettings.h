@@ -1,6 +1,6 @@
 #pragma once
 
-#include "settings/AppSettings.h"
+#include "core/settings/AppSettings.h"
 
 // Settings of one version, large enough (about 200 KB) that saving them takes a while: version n is
 // told by preferredWorkspaceID "version-n". The same version always gives the same file.

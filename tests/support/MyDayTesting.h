@@ -1,6 +1,6 @@
 #pragma once
 
-#include "api/TaskRecords.h"
+#include "core/api/TaskRecords.h"
 
 #include <QDateTime>
 #include <QJsonArray>

@@ -1,7 +1,7 @@
 #pragma once
 
-#include "json/DecodingError.h"
-#include "json/JsonDecoding.h"
+#include "core/json/DecodingError.h"
+#include "core/json/JsonDecoding.h"
 
 #include <QByteArray>
 #include <QJsonValue>

@@ -1,9 +1,9 @@
 #pragma once
 
-#include "ManualWallClock.h"
-#include "RecordingLinkActions.h"
-#include "RecordingNotificationCenter.h"
-#include "notify/NotificationScheduler.h"
+#include "core/notify/NotificationScheduler.h"
+#include "support/ManualWallClock.h"
+#include "support/RecordingLinkActions.h"
+#include "support/RecordingNotificationCenter.h"
 
 #include <QDateTime>
 #include <QTemporaryDir>

@@ -1,0 +1,2 @@
+#include "core/compose/TaskDraft.h"
+#include "desktop/compose/ComposerViewModel.h"

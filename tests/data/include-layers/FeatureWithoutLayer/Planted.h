@@ -1,0 +1,2 @@
+#include "core/support/Overloaded.h"
+#include "compose/TaskDraft.h"

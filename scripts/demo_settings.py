@@ -2,6 +2,7 @@
 with a second account added on the Account tab, and the popover's account menu listing both."""
 
 import os
+import subprocess
 import sys
 import time
 
@@ -13,16 +14,32 @@ from norvanebar_app import click, wait_until, xembed_icon_window  # noqa: E402
 TABS = ("account", "fields", "templates", "general")
 
 
+def visible_windows():
+    """NorvaneBar's windows on the screen; the tray menu and each of its submenus is one. The menus
+    are not on the accessibility bus, so this is how a step knows that one has opened."""
+    found = subprocess.run(["xdotool", "search", "--onlyvisible", "--classname", "norvanebar"],
+                           capture_output=True, text=True)
+    return set(found.stdout.split())
+
+
+def opening_a_window(action, what):
+    """Does the action and waits until one window of NorvaneBar more is on the screen."""
+    before = visible_windows()
+    action()
+    wait_until(lambda: visible_windows() - before, what=what)
+
+
 def tray_menu(*entry_keys):
     """Opens the tray icon's menu and moves through it by keyboard: New Task, Quick Links,
     Settings…, Quit."""
-    click(wait_until(xembed_icon_window, what="the tray icon"), 3)
-    time.sleep(0.5)
+    icon = wait_until(xembed_icon_window, what="the tray icon")
+    opening_a_window(lambda: click(icon, 3), "the tray menu")
     keys(*entry_keys)
 
 
 def quick_links(ui, out):
-    tray_menu("Down", "Down", "Right")
+    tray_menu("Down", "Down")
+    opening_a_window(lambda: keys("Right"), "the quick links submenu")
     shown(ui, "Inbox")
     screenshot(out, "Q1-tray-menu-quick-links.png")
     keys("Escape", "Escape")

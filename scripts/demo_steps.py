@@ -70,6 +70,17 @@ def hover(ui, name, *then):
                    check=True)
 
 
+def wheel_down_until(x, y, condition, what):
+    """Turns the mouse wheel down over the point (x, y) until `condition` holds."""
+    subprocess.run(["xdotool", "mousemove", str(x), str(y)], check=True)
+    for _ in range(60):
+        if condition():
+            return
+        subprocess.run(["xdotool", "click", "5"], check=True)
+        time.sleep(0.05)
+    raise TimeoutError(f"{what} never came into view")
+
+
 def click_on(ui, name):
     """Clicks the middle of the control of this accessible name, which also gives its window the
     keyboard."""

@@ -3,13 +3,12 @@ with markup whose picture points back at norvane-sandbox, each hovered until its
 name exactly as written; in light (`H1` to `H3`) and again in dark (`H4` to `H6`)."""
 
 import os
-import subprocess
 import sys
 import time
 
 sys.path.insert(0, os.path.dirname(__file__))
 from demo_settings import add_account, tray_menu  # noqa: E402
-from demo_steps import close_if_showing, hover, keys, screenshot, shown, type_text  # noqa: E402
+from demo_steps import close_if_showing, hover, keys, screenshot, shown, type_text, wheel_down_until  # noqa: E402
 from accessibility import Atspi, descendants, find, press, pump_until  # noqa: E402
 
 ADA = "Ada Okafor (ada@northwind.example)"
@@ -45,15 +44,12 @@ def scroll_into_window(ui, name):
     """Turns the mouse wheel over the window of the control `name` until the control stands inside it."""
     node = pump_until(lambda: find(ui, None, name), what=f'"{name}"')
     window = window_of(node).get_extents(Atspi.CoordType.SCREEN)
-    subprocess.run(["xdotool", "mousemove", str(window.x + window.width // 2), str(window.y + window.height // 2)],
-                   check=True)
-    for _ in range(60):
+
+    def inside():
         box = find(ui, None, name).get_extents(Atspi.CoordType.SCREEN)
-        if box.y >= window.y and box.y + box.height <= window.y + window.height:
-            return
-        subprocess.run(["xdotool", "click", "5"], check=True)
-        time.sleep(0.05)
-    raise TimeoutError(f'"{name}" never came into the window')
+        return box.y >= window.y and box.y + box.height <= window.y + window.height
+
+    wheel_down_until(window.x + window.width // 2, window.y + window.height // 2, inside, f'"{name}"')
 
 
 def popover_tips(ui, out, sandbox, first, second):

@@ -35,7 +35,8 @@ sys.path.insert(0, os.path.dirname(__file__))
 from demo_compose import compose_road  # noqa: E402
 from demo_settings import settings_road, settings_tabs  # noqa: E402
 from demo_tooltips import dark_tips, light_tips, quick_link  # noqa: E402
-from demo_steps import SETTLE, focus, norvanebar, paste, screenshot, shown, submit, type_into_popover  # noqa: E402
+from demo_steps import (SETTLE, focus, norvanebar, paste, screenshot, shown, submit, type_into_popover,  # noqa: E402
+                        wheel_down_until)
 
 
 def sample_files(out):
@@ -205,7 +206,6 @@ def dark_road(sandbox, out, portal):
 def scroll_to(ui, anchor, name):
     """Turns the mouse wheel over the list below `anchor` until the row `name` stands near its top."""
     box = find(ui, None, anchor).get_extents(Atspi.CoordType.SCREEN)
-    subprocess.run(["xdotool", "mousemove", str(box.x + box.width // 2), str(box.y + 40)], check=True)
 
     def near_top():
         node = find(ui, None, name)
@@ -213,12 +213,7 @@ def scroll_to(ui, anchor, name):
             return False
         return node.get_extents(Atspi.CoordType.SCREEN).y < box.y + 120
 
-    for _ in range(60):
-        if near_top():
-            return
-        subprocess.run(["xdotool", "click", "5"], check=True)
-        time.sleep(0.05)
-    raise TimeoutError(f'"{name}" never came into view')
+    wheel_down_until(box.x + box.width // 2, box.y + 40, near_top, f'"{name}"')
 
 
 def tasks_tab(out):

@@ -1,15 +1,10 @@
 #include "platform/linux/XEmbedTray.h"
 
-#include <QGuiApplication>
+#include "platform/linux/X11Connection.h"
+
 #include <memory>
-#include <xcb/xcb.h>
 
 namespace {
-xcb_connection_t* x11Connection() {
-    const auto* x11 = qGuiApp ? qGuiApp->nativeInterface<QNativeInterface::QX11Application>() : nullptr;
-    return x11 ? x11->connection() : nullptr;
-}
-
 uint32_t internAtom(xcb_connection_t* connection, const QByteArray& name) {
     const auto cookie = xcb_intern_atom(connection, 0, static_cast<uint16_t>(name.size()), name.constData());
     const std::unique_ptr<xcb_intern_atom_reply_t, decltype(&free)> reply(

@@ -1,0 +1,10 @@
+#pragma once
+
+#include "core/platform/GlobalShortcutService.h"
+
+#include <QDBusConnection>
+#include <memory>
+
+// The first way of binding global shortcuts that this desktop offers: the GlobalShortcuts portal,
+// KDE's kglobalaccel, key grabs on X11, or none.
+std::unique_ptr<GlobalShortcutService> desktopGlobalShortcuts(QDBusConnection bus = QDBusConnection::sessionBus());

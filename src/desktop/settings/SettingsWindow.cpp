@@ -4,12 +4,13 @@
 
 #include <QCoreApplication>
 
-SettingsWindow::SettingsWindow(AppState& app, LoginItem& loginItem, QObject* parent)
+SettingsWindow::SettingsWindow(AppState& app, LoginItem& loginItem, HotKeyManager& hotKeys, QObject* parent)
     : QObject(parent)
     , m_accounts(app.auth(), app.settings(), app.serviceAddresses())
     , m_fields(app.settings(), app.location(), app.serviceAddresses(), app.linkActions())
     , m_templates(app.settings(), app.location(), app.serviceAddresses().webBaseURL)
     , m_general(app, loginItem)
+    , m_shortcuts(app.settings(), hotKeys)
     , m_quickLinks(app.settings(), app.serviceAddresses()) {}
 
 QQuickView& SettingsWindow::view() {
@@ -55,6 +56,7 @@ void SettingsWindow::prepare() {
                                   {QStringLiteral("fields"), QVariant::fromValue(&m_fields)},
                                   {QStringLiteral("templates"), QVariant::fromValue(&m_templates)},
                                   {QStringLiteral("general"), QVariant::fromValue(&m_general)},
+                                  {QStringLiteral("shortcuts"), QVariant::fromValue(&m_shortcuts)},
                                   {QStringLiteral("quickLinks"), QVariant::fromValue(&m_quickLinks)}});
     m_view->setSource(QUrl(QStringLiteral("qrc:/qt/qml/NorvaneBar/settings/qml/SettingsView.qml")));
     // As in the popover: Qt 6.4's Fusion style takes the application's palette only when it

@@ -3,10 +3,12 @@
 #include "core/app/AppState.h"
 #include "core/platform/LoginItem.h"
 #include "core/settings/SettingsTab.h"
+#include "core/shell/HotKeyManager.h"
 #include "desktop/auth/AccountsViewModel.h"
 #include "desktop/settings/FieldVisibilityViewModel.h"
 #include "desktop/settings/GeneralSettingsViewModel.h"
 #include "desktop/settings/QuickLinksViewModel.h"
+#include "desktop/settings/ShortcutSettingsViewModel.h"
 #include "desktop/settings/TemplateSettingsViewModel.h"
 
 #include <QObject>
@@ -25,7 +27,7 @@ class SettingsWindow : public QObject {
     Q_PROPERTY(int currentTab READ currentTab WRITE setCurrentTab NOTIFY currentTabChanged)
 
 public:
-    SettingsWindow(AppState& app, LoginItem& loginItem, QObject* parent = nullptr);
+    SettingsWindow(AppState& app, LoginItem& loginItem, HotKeyManager& hotKeys, QObject* parent = nullptr);
 
     // The window, made and loaded at first use: a second QML engine costs start-up time and memory.
     QQuickView& view();
@@ -33,6 +35,7 @@ public:
     FieldVisibilityViewModel& fields() { return m_fields; }
     TemplateSettingsViewModel& templates() { return m_templates; }
     GeneralSettingsViewModel& general() { return m_general; }
+    ShortcutSettingsViewModel& shortcuts() { return m_shortcuts; }
     QuickLinksViewModel& quickLinks() { return m_quickLinks; }
 
     int currentTab() const { return int(m_currentTab); }
@@ -53,6 +56,7 @@ private:
     FieldVisibilityViewModel m_fields;
     TemplateSettingsViewModel m_templates;
     GeneralSettingsViewModel m_general;
+    ShortcutSettingsViewModel m_shortcuts;
     QuickLinksViewModel m_quickLinks;
     SettingsTab m_currentTab = SettingsTab::account;
     // After the models, so that the pages are gone before the models they show.

@@ -49,11 +49,26 @@ void AppDelegate::applicationDidFinishLaunching() {
     m_app.notifications().registerCategories();
     m_app.notifications().restoreReminders();
 
+    registerHotKeys();
     m_instance.listen();
     m_control.publish();
     m_trayHost.start();
     m_colorScheme.start();
     startTask(this, launch());
+}
+
+void AppDelegate::registerHotKeys() {
+    const AppSettings& settings = m_app.settings().settings();
+    m_hotKeys.registerHotKey(HotKeyManager::composeSlot, settings.hotKeyPreset, [this] {
+        PopoverWindow& popover = m_pages.window();
+        if (popover.isVisible()) {
+            popover.hide();
+        } else {
+            popover.showPopover();
+        }
+    });
+    m_hotKeys.applyScreenshot(settings.screenshotHotKeyPreset);
+    m_hotKeys.applyScreenRecording(settings.screenRecordingHotKeyPreset);
 }
 
 QCoro::Task<> AppDelegate::launch() {

@@ -1,12 +1,14 @@
 #pragma once
 
 #include "core/app/AppState.h"
+#include "core/shell/HotKeyManager.h"
 #include "desktop/settings/SettingsWindow.h"
 #include "desktop/shell/ColorSchemePalette.h"
 #include "desktop/shell/PopoverPages.h"
 #include "desktop/shell/StatusItem.h"
 #include "platform/linux/AutostartEntry.h"
 #include "platform/linux/ControlService.h"
+#include "platform/linux/DesktopGlobalShortcuts.h"
 #include "platform/linux/DesktopLinkActions.h"
 #include "platform/linux/FreedesktopNotificationCenter.h"
 #include "platform/linux/PortalColorScheme.h"
@@ -33,6 +35,9 @@ public:
 private:
     void trayHostFound();
     void noTrayHostFound();
+    // The shortcuts of the settings: compose toggles the popover. The screenshot and screen
+    // recording slots keep the presets of the settings until their flows are wired.
+    void registerHotKeys();
     // Bootstrap, then the due count once.
     QCoro::Task<> launch();
 
@@ -51,5 +56,7 @@ private:
     ColorSchemePalette m_palette{m_colorScheme};
     PopoverPages m_pages{m_app, *QGuiApplication::clipboard()};
     AutostartEntry m_loginItem;
-    SettingsWindow m_settingsWindow{m_app, m_loginItem};
+    std::unique_ptr<GlobalShortcutService> m_shortcuts = desktopGlobalShortcuts();
+    HotKeyManager m_hotKeys{*m_shortcuts};
+    SettingsWindow m_settingsWindow{m_app, m_loginItem, m_hotKeys};
 };

@@ -4,6 +4,7 @@
 #include "platform/linux/AutostartEntry.h"
 #include "support/AppStateFixture.h"
 #include "support/ManualColorScheme.h"
+#include "support/ManualGlobalShortcuts.h"
 #include "support/QuickItems.h"
 #include "support/SandboxDemo.h"
 #include "support/SettingsFileTesting.h"
@@ -26,6 +27,8 @@ class SettingsWindowTest : public QObject {
     std::unique_ptr<AppStateFixture> m_fixture;
     QTemporaryDir m_home;
     std::unique_ptr<AutostartEntry> m_loginItem;
+    std::unique_ptr<ManualGlobalShortcuts> m_desktopShortcuts;
+    std::unique_ptr<HotKeyManager> m_hotKeys;
     std::unique_ptr<SettingsWindow> m_window;
 
     AppState& app() { return m_fixture->app(); }
@@ -117,7 +120,7 @@ class SettingsWindowTest : public QObject {
         QCOMPARE(runTask(state.signIn(m_sandbox.token())), std::nullopt);
         QVERIFY(m_fixture->chooseNorthwindList(listID));
         QTRY_VERIFY_WITH_TIMEOUT(!state.currentContext()->isLoading(), 10000);
-        m_window = std::make_unique<SettingsWindow>(state, *m_loginItem);
+        m_window = std::make_unique<SettingsWindow>(state, *m_loginItem, *m_hotKeys);
     }
 
 private slots:
@@ -128,11 +131,14 @@ private slots:
 
     void init() {
         m_loginItem = std::make_unique<AutostartEntry>(autostartFolder(), QStringLiteral("/usr/bin/norvanebar"));
+        m_desktopShortcuts = std::make_unique<ManualGlobalShortcuts>();
+        m_hotKeys = std::make_unique<HotKeyManager>(*m_desktopShortcuts);
         openSignedIn(SandboxDemo::inboxListID);
     }
 
     void cleanup() {
         m_window.reset();
+        m_hotKeys.reset();
         m_fixture.reset();
         QDir(autostartFolder()).removeRecursively();
         QFile::remove(autostartFolder());
@@ -200,7 +206,8 @@ private slots:
         show(SettingsTab::general);
         const QSet<QString> reached = tabRound();
         for (const QString& name :
-             {QStringLiteral("showDueCountBadge"), QStringLiteral("defaultWorkspace"),
+             {QStringLiteral("composeHotKey"), QStringLiteral("screenshotHotKey"), QStringLiteral("screenshotTemplate"),
+              QStringLiteral("showDueCountBadge"), QStringLiteral("defaultWorkspace"),
               QStringLiteral("branchNameFormat"), QStringLiteral("reminderLeadTime"), QStringLiteral("launchAtLogin"),
               QStringLiteral("removeQuickLink0"), QStringLiteral("quickLinkName"), QStringLiteral("quickLinkAddress"),
               QStringLiteral("addQuickLink")}) {
@@ -259,7 +266,7 @@ private slots:
     void withoutAListTheFieldsTabAsksForOne() {
         m_window.reset();
         m_fixture = std::make_unique<AppStateFixture>();
-        m_window = std::make_unique<SettingsWindow>(m_fixture->start(), *m_loginItem);
+        m_window = std::make_unique<SettingsWindow>(m_fixture->start(), *m_loginItem, *m_hotKeys);
         show(SettingsTab::fields);
         QVERIFY(item(QStringLiteral("noList"))->isVisible());
         QCOMPARE(item(QStringLiteral("noList"))->property("text").toString(),
@@ -322,6 +329,69 @@ private slots:
         key(Qt::Key_Space);
         QTRY_VERIFY(settingsFile().value(QStringLiteral("bookmarks")).toArray().isEmpty());
         QTRY_VERIFY(item(QStringLiteral("noQuickLinks"))->isVisible());
+    }
+
+    void theShortcutsAreChosenByKeyboardSavedAndBound() {
+        m_hotKeys->registerHotKey(HotKeyManager::composeSlot, HotKeyPreset::optionShiftSpace, [] {});
+        storeTemplates({QStringLiteral("Bug report"), QStringLiteral("Screenshot")});
+        const QUuid screenshotTemplate = app().settings().settings().templates.at(1).id;
+        show(SettingsTab::general);
+        QVERIFY(!item(QStringLiteral("noGlobalShortcuts"))->isVisible());
+
+        QVERIFY(tabTo(QStringLiteral("composeHotKey")));
+        QCOMPARE(item(QStringLiteral("composeHotKey"))->property("currentText").toString(),
+                 QStringLiteral("Alt+Shift+Space"));
+        key(Qt::Key_Down);
+        QTRY_COMPARE(settingsFile().value(QStringLiteral("hotKeyPreset")).toString(),
+                     QStringLiteral("controlShiftSpace"));
+        QCOMPARE(m_desktopShortcuts->bound.value(1), QStringLiteral("Ctrl+Shift+Space"));
+
+        // From "Disabled", the last, up to the one before it.
+        QVERIFY(tabTo(QStringLiteral("screenshotHotKey")));
+        QCOMPARE(item(QStringLiteral("screenshotHotKey"))->property("currentText").toString(),
+                 QStringLiteral("Disabled"));
+        key(Qt::Key_Up);
+        QTRY_COMPARE(settingsFile().value(QStringLiteral("screenshotHotKeyPreset")).toString(),
+                     QStringLiteral("optionShiftN"));
+        QCOMPARE(m_desktopShortcuts->bound.value(2), QStringLiteral("Alt+Shift+N"));
+
+        QVERIFY(tabTo(QStringLiteral("screenshotTemplate")));
+        QCOMPARE(item(QStringLiteral("screenshotTemplate"))->property("currentText").toString(),
+                 QStringLiteral("None"));
+        key(Qt::Key_Down);
+        key(Qt::Key_Down);
+        QTRY_COMPARE(settingsFile().value(QStringLiteral("screenshotTemplateID")).toString(),
+                     screenshotTemplate.toString(QUuid::WithoutBraces));
+        key(Qt::Key_Up);
+        key(Qt::Key_Up);
+        QTRY_VERIFY(!settingsFile().contains(QStringLiteral("screenshotTemplateID")));
+    }
+
+    void aTakenCombinationIsStoredWithoutAMessage() {
+        m_desktopShortcuts->takenByOthers.insert(QStringLiteral("Ctrl+Shift+Space"));
+        show(SettingsTab::general);
+        QVERIFY(tabTo(QStringLiteral("composeHotKey")));
+        key(Qt::Key_Down);
+        QTRY_COMPARE(settingsFile().value(QStringLiteral("hotKeyPreset")).toString(),
+                     QStringLiteral("controlShiftSpace"));
+        QVERIFY(!m_hotKeys->isBound(HotKeyManager::composeSlot));
+        QCOMPARE(item(QStringLiteral("composeHotKey"))->property("currentText").toString(),
+                 QStringLiteral("Ctrl+Shift+Space"));
+        QVERIFY(!item(QStringLiteral("noGlobalShortcuts"))->isVisible());
+    }
+
+    void aDesktopThatBindsNothingGetsTheCommandToBind() {
+        m_window.reset();
+        ManualGlobalShortcuts nothing;
+        nothing.binds = false;
+        HotKeyManager hotKeys(nothing);
+        m_window = std::make_unique<SettingsWindow>(app(), *m_loginItem, hotKeys);
+        show(SettingsTab::general);
+        QVERIFY(item(QStringLiteral("noGlobalShortcuts"))->isVisible());
+        QCOMPARE(item(QStringLiteral("toggleCommand"))->property("text").toString(),
+                 QStringLiteral("gdbus call --session --dest com.norvanebar.NorvaneBar --object-path "
+                                "/com/norvanebar/NorvaneBar --method com.norvanebar.NorvaneBar.TogglePopover"));
+        m_window.reset();
     }
 
     void aQuickLinkWithAnotherSchemeCannotBeAddedByKeyboard() {

@@ -1,5 +1,6 @@
 #include "desktop/settings/SettingsWindow.h"
 #include "platform/linux/AutostartEntry.h"
+#include "support/ManualGlobalShortcuts.h"
 #include "support/PopoverFixture.h"
 #include "support/QuickItems.h"
 #include "support/SandboxDemo.h"
@@ -122,7 +123,9 @@ private slots:
         });
         QTemporaryDir autostart;
         AutostartEntry loginItem(autostart.path(), QStringLiteral("/usr/bin/norvanebar"));
-        SettingsWindow window(*m_fixture->app, loginItem);
+        ManualGlobalShortcuts shortcuts;
+        HotKeyManager hotKeys(shortcuts);
+        SettingsWindow window(*m_fixture->app, loginItem, hotKeys);
         window.showTab(SettingsTab::general);
         QVERIFY(QTest::qWaitForWindowActive(&window.view()));
         QQuickItem* remove = nullptr;

@@ -5,6 +5,7 @@
 #include "desktop/settings/SettingsWindow.h"
 #include "desktop/shell/StatusItem.h"
 #include "platform/linux/AutostartEntry.h"
+#include "support/ManualGlobalShortcuts.h"
 #include "support/PopoverFixture.h"
 #include "support/QuickItems.h"
 #include "support/TestMain.h"
@@ -245,7 +246,9 @@ private slots:
         });
         QTemporaryDir home;
         AutostartEntry loginItem(home.filePath(QStringLiteral("autostart")), QStringLiteral("/usr/bin/norvanebar"));
-        SettingsWindow window(*m_fixture->app, loginItem);
+        ManualGlobalShortcuts shortcuts;
+        HotKeyManager hotKeys(shortcuts);
+        SettingsWindow window(*m_fixture->app, loginItem, hotKeys);
         window.setCurrentTab(int(SettingsTab::general));
         window.prepare();
         QVERIFY(window.view().rootObject());
@@ -256,7 +259,8 @@ private slots:
               u"Shows overdue and due-today tasks assigned to you next to the icon.", u"Default workspace",
               u"Git Branch Names", u"Branch name format", u"Default reminder lead time", u"Launch at login",
               u"Quick Links", u"Quick links appear in the tray icon's right-click menu and open in your browser.",
-              u"Add Quick Link"}) {
+              u"Add Quick Link", u"Shortcuts", u"New task from anywhere", u"Screenshot capture",
+              u"Apply template on screenshot"}) {
             QVERIFY2(names.contains(marked(text)), qPrintable(names.join(u'|')));
         }
         QVERIFY2(names.contains(marked(u"Remove ") + QStringLiteral("Docs")), qPrintable(names.join(u'|')));
@@ -270,7 +274,9 @@ private slots:
     void theTemplatesTabAndItsSheetButNotTheNamesOfTemplates() {
         QTemporaryDir home;
         AutostartEntry loginItem(home.filePath(QStringLiteral("autostart")), QStringLiteral("/usr/bin/norvanebar"));
-        SettingsWindow window(*m_fixture->app, loginItem);
+        ManualGlobalShortcuts shortcuts;
+        HotKeyManager hotKeys(shortcuts);
+        SettingsWindow window(*m_fixture->app, loginItem, hotKeys);
         window.setCurrentTab(int(SettingsTab::templates));
         window.prepare();
         QVERIFY(window.view().rootObject());

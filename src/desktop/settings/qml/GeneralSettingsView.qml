@@ -3,16 +3,22 @@ import QtQuick.Controls
 import QtQuick.Layouts
 import NorvaneBar
 
-// The "General" tab: the due count, the default workspace, Git branch names, reminders, launch at
-// login, and the quick links of the tray menu.
+// The "General" tab: the shortcuts, the due count, the default workspace, Git branch names,
+// reminders, launch at login, and the quick links of the tray menu.
 SettingsPage {
     id: root
 
     required property GeneralSettingsViewModel general
+    required property ShortcutSettingsViewModel shortcuts
     required property QuickLinksViewModel quickLinks
+
+    ShortcutSettingsSection {
+        shortcuts: root.shortcuts
+    }
 
     SettingSwitch {
         objectName: "showDueCountBadge"
+        Layout.topMargin: 8
         label: qsTr("Show due count in panel")
         checked: root.general.showDueCountBadge
         onToggled: root.general.showDueCountBadge = checked

@@ -14,6 +14,7 @@ Page {
     required property FieldVisibilityViewModel fields
     required property TemplateSettingsViewModel templates
     required property GeneralSettingsViewModel general
+    required property ShortcutSettingsViewModel shortcuts
     required property QuickLinksViewModel quickLinks
 
     readonly property int tabCount: 4
@@ -86,6 +87,7 @@ Page {
 
         GeneralSettingsView {
             general: root.general
+            shortcuts: root.shortcuts
             quickLinks: root.quickLinks
         }
     }

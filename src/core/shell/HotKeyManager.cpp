@@ -37,10 +37,10 @@ QString HotKeyManager::description(quint8 slot) {
     }
 }
 
-void HotKeyManager::registerHotKey(quint8 slot, HotKeyPreset preset, Handler handler) {
+void HotKeyManager::registerHotKey(quint8 slot, HotKeyPreset preset, const Handler& handler) {
     const quint32 id = idOf(slot);
     unregister(slot);
-    m_handlers.insert(id, std::move(handler));
+    m_handlers.insert(id, handler);
     if (preset == HotKeyPreset::disabled) {
         return;
     }

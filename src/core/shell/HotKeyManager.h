@@ -28,7 +28,7 @@ public:
 
     // Named so because `register` is a C++ keyword.
     // Unbinds the slot, keeps `handler` for it (also for disabled), then binds the preset.
-    void registerHotKey(quint8 slot, HotKeyPreset preset, Handler handler);
+    void registerHotKey(quint8 slot, HotKeyPreset preset, const Handler& handler);
     void unregister(quint8 slot);
 
     // Bind the slot again with a new preset and the handler it has, or none.

@@ -5,7 +5,7 @@
 #include "platform/linux/PortalGlobalShortcuts.h"
 #include "platform/linux/XcbGlobalShortcuts.h"
 
-std::unique_ptr<GlobalShortcutService> desktopGlobalShortcuts(QDBusConnection bus) {
+std::unique_ptr<GlobalShortcutService> desktopGlobalShortcuts(const QDBusConnection& bus) {
     if (PortalGlobalShortcuts::isAvailable(bus)) {
         return std::make_unique<PortalGlobalShortcuts>(bus);
     }

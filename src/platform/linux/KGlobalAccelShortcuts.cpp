@@ -37,7 +37,7 @@ KGlobalAccelShortcuts::KGlobalAccelShortcuts(QDBusConnection bus, QObject* paren
                   QStringLiteral("globalShortcutPressed"), this, SLOT(shortcutPressed(QString, QString, qlonglong)));
 }
 
-bool KGlobalAccelShortcuts::isAvailable(QDBusConnection bus) {
+bool KGlobalAccelShortcuts::isAvailable(const QDBusConnection& bus) {
     return bus.isConnected() && bus.interface()->isServiceRegistered(service).value();
 }
 
@@ -50,7 +50,7 @@ bool KGlobalAccelShortcuts::bind(quint32 id, const QString& keys, const QString&
     const QDBusMessage reply = call(m_bus, QStringLiteral("setShortcut"),
                                     {action, QVariant::fromValue(QList<int>{key}), setPresent | noAutoloading});
     // The daemon answers with the keys the action has now: without ours, another action holds it.
-    const QList<int> keysNow = qdbus_cast<QList<int>>(reply.arguments().value(0));
+    const auto keysNow = qdbus_cast<QList<int>>(reply.arguments().value(0));
     if (reply.type() != QDBusMessage::ReplyMessage || !keysNow.contains(key)) {
         call(m_bus, QStringLiteral("unregister"), {component, actionOf(id)});
         return false;

@@ -17,7 +17,7 @@ public:
     explicit KGlobalAccelShortcuts(QDBusConnection bus = QDBusConnection::sessionBus(), QObject* parent = nullptr);
 
     // Whether the daemon is on the bus.
-    static bool isAvailable(QDBusConnection bus = QDBusConnection::sessionBus());
+    static bool isAvailable(const QDBusConnection& bus = QDBusConnection::sessionBus());
 
     bool bindsShortcuts() const override { return true; }
     bool bind(quint32 id, const QString& keys, const QString& description) override;

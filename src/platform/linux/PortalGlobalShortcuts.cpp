@@ -60,7 +60,7 @@ PortalGlobalShortcuts::PortalGlobalShortcuts(QDBusConnection bus, QObject* paren
                   SLOT(activated(QDBusObjectPath, QString, qulonglong, QVariantMap)));
 }
 
-bool PortalGlobalShortcuts::isAvailable(QDBusConnection bus) {
+bool PortalGlobalShortcuts::isAvailable(const QDBusConnection& bus) {
     QDBusMessage request = QDBusMessage::createMethodCall(
         service, path, QStringLiteral("org.freedesktop.DBus.Properties"), QStringLiteral("Get"));
     request << interface << QStringLiteral("version");

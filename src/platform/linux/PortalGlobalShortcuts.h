@@ -18,7 +18,7 @@ public:
     explicit PortalGlobalShortcuts(QDBusConnection bus = QDBusConnection::sessionBus(), QObject* parent = nullptr);
 
     // Whether a portal on the bus offers the GlobalShortcuts interface; asks it and waits a moment.
-    static bool isAvailable(QDBusConnection bus = QDBusConnection::sessionBus());
+    static bool isAvailable(const QDBusConnection& bus = QDBusConnection::sessionBus());
 
     bool bindsShortcuts() const override { return true; }
     bool bind(quint32 id, const QString& keys, const QString& description) override;

@@ -56,6 +56,15 @@ void AppDelegate::applicationDidFinishLaunching() {
     startTask(this, launch());
 }
 
+void AppDelegate::startScreenshotCapture() {
+    m_pages.window().hide();
+    startTask(this, m_app.startScreenshotCapture(), [this](bool show) {
+        if (show) {
+            m_pages.window().showPopover();
+        }
+    });
+}
+
 QCoro::Task<> AppDelegate::launch() {
     QCoro::Task<> bootstrapping = m_app.bootstrap();
     co_await std::move(bootstrapping);

@@ -72,7 +72,7 @@ void ScreenshotPortal::listen(const QString& requestPath) {
     if (requestPath == m_listening) {
         return;
     }
-    const auto signature = SLOT(response(uint, QVariantMap));
+    const char* const signature = SLOT(response(uint, QVariantMap));
     if (!m_listening.isEmpty()) {
         m_bus.disconnect(service, m_listening, requestInterface, QStringLiteral("Response"), this, signature);
     }

@@ -2,8 +2,10 @@
 """Plays the user of an X11 region selector (slop, as maim -s uses it) under Xvfb.
 
 Waits until another client holds the pointer grab, as a selector does once it is ready for the
-user, then either drags a rectangle with xdotool (press, a few moves, release) or presses Escape.
-Exits 0 once done, 1 when no grab appeared within the time limit.
+user, then either drags a rectangle with xdotool (press, a few moves, release) or holds Escape until
+the selector has let the pointer go (it reads the keyboard's state when it gets to it, so a short
+press can pass unseen on a busy machine). Exits 0 once done, 1 when no grab appeared or went within
+the time limit.
 
 Usage: region_drag.py X1 Y1 X2 Y2 | region_drag.py --cancel
 """
@@ -32,7 +34,7 @@ def another_client_grabs_the_pointer(xlib, display):
     return status == ALREADY_GRABBED
 
 
-def wait_for_grab():
+def open_display():
     xlib = ctypes.CDLL("libX11.so.6")
     xlib.XOpenDisplay.restype = ctypes.c_void_p
     xlib.XDefaultRootWindow.argtypes = [ctypes.c_void_p]
@@ -41,12 +43,14 @@ def wait_for_grab():
                                   ctypes.c_int, ctypes.c_ulong, ctypes.c_ulong, ctypes.c_ulong]
     xlib.XUngrabPointer.argtypes = [ctypes.c_void_p, ctypes.c_ulong]
     xlib.XSync.argtypes = [ctypes.c_void_p, ctypes.c_int]
-    display = xlib.XOpenDisplay(None)
-    if not display:
-        return False
+    return xlib, xlib.XOpenDisplay(None)
+
+
+def wait_for_grab(xlib, display, held):
+    """Waits until another client holds the pointer (held) or no longer does (not held)."""
     deadline = time.monotonic() + WAIT_LIMIT_S
     while time.monotonic() < deadline:
-        if another_client_grabs_the_pointer(xlib, display):
+        if another_client_grabs_the_pointer(xlib, display) == held:
             return True
         time.sleep(POLL_S)
     return False
@@ -57,11 +61,14 @@ def xdotool(*arguments):
 
 
 def main():
-    if not wait_for_grab():
+    xlib, display = open_display()
+    if not display or not wait_for_grab(xlib, display, True):
         return 1
     if sys.argv[1:] == ["--cancel"]:
-        xdotool("keydown", "Escape", "sleep", "0.2", "keyup", "Escape")
-        return 0
+        xdotool("keydown", "Escape")
+        released = wait_for_grab(xlib, display, False)
+        xdotool("keyup", "Escape")
+        return 0 if released else 1
     x1, y1, x2, y2 = (int(value) for value in sys.argv[1:5])
     xdotool("mousemove", str(x1), str(y1), "mousedown", "1")
     steps = 5

@@ -2,11 +2,13 @@
 
 import json
 import os
+import signal
 import subprocess
 import time
 
 import dbus
 import dbus.mainloop.glib
+import dbus.service
 from gi.repository import GLib
 
 HARNESS = os.path.dirname(os.path.abspath(__file__))
@@ -73,3 +75,20 @@ class SignalCatcher:
         for match in self._matches:
             match.remove()
         return kept()
+
+
+def serve(bus_name, make_service):
+    """Runs a D-Bus service on the session bus until SIGTERM, SIGINT or the bus goes.
+
+    make_service(bus) builds its objects; the name is owned last, so that its owner appearing is
+    the readiness signal.
+    """
+    connection = bus()
+    loop = GLib.MainLoop()
+    service = make_service(connection)
+    name = dbus.service.BusName(bus_name, connection, do_not_queue=True)
+    connection.call_on_disconnection(lambda _connection: loop.quit())
+    GLib.unix_signal_add(GLib.PRIORITY_DEFAULT, signal.SIGTERM, loop.quit)
+    GLib.unix_signal_add(GLib.PRIORITY_DEFAULT, signal.SIGINT, loop.quit)
+    loop.run()
+    del name, service

@@ -18,12 +18,11 @@ Usage: settings_portal.py [--color-scheme N]
 """
 
 import argparse
-import signal
 
 import dbus
-import dbus.mainloop.glib
 import dbus.service
-from gi.repository import GLib
+
+from session_helpers import serve
 
 BUS_NAME = "org.freedesktop.portal.Desktop"
 OBJECT_PATH = "/org/freedesktop/portal/desktop"
@@ -76,18 +75,7 @@ def main():
     if arguments.color_scheme is not None:
         values[(APPEARANCE, "color-scheme")] = dbus.UInt32(arguments.color_scheme)
 
-    dbus.mainloop.glib.DBusGMainLoop(set_as_default=True)
-    bus = dbus.SessionBus()
-    loop = GLib.MainLoop()
-    portal = SettingsPortal(bus, values)
-    # Own the name last: its owner appearing is the readiness signal.
-    name = dbus.service.BusName(BUS_NAME, bus, do_not_queue=True)
-    bus.call_on_disconnection(lambda _connection: loop.quit())
-    GLib.unix_signal_add(GLib.PRIORITY_DEFAULT, signal.SIGTERM, loop.quit)
-    GLib.unix_signal_add(GLib.PRIORITY_DEFAULT, signal.SIGINT, loop.quit)
-    loop.run()
-    del name, portal
-
+    serve(BUS_NAME, lambda connection: SettingsPortal(connection, values))
 
 if __name__ == "__main__":
     main()

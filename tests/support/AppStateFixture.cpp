@@ -54,6 +54,7 @@ AppState& AppStateFixture::start() {
         .linkActions = &m_linkActions,
         .remindersPath = remindersPath(),
         .wallClockAlarms = m_wallClock.alarms(),
+        .regionCaptureTool = m_regionCaptureTool,
     });
     return *m_app;
 }

@@ -58,6 +58,8 @@ public:
     // The waits of the central states started from now on, in place of those that return at once.
     void useSleeper(Sleeper sleeper) { m_waits = std::move(sleeper); }
     RecordingLinkActions& linkActions() { return m_linkActions; }
+    // The region capture tool of the central states started from now on; none before.
+    void useRegionCaptureTool(RegionCaptureTool& tool) { m_regionCaptureTool = &tool; }
     // The clock whose moves ring the alarms. The central state reads the system's time unless
     // useWallClockTime() was called before it started.
     ManualWallClock& wallClock() { return m_wallClock; }
@@ -77,5 +79,6 @@ private:
     RecordingLinkActions m_linkActions;
     ManualWallClock m_wallClock{QDateTime::currentDateTimeUtc()};
     Clock m_clock = Clocks::system();
+    RegionCaptureTool* m_regionCaptureTool = nullptr;
     std::unique_ptr<AppState> m_app;
 };

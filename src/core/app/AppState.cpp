@@ -53,7 +53,10 @@ AppState::AppState(AppEnvironment environment, QObject* parent)
                  {.signedInUserID = [this] { return signedInUserID(m_auth.authState()); },
                   .activeWorkspaceID = [this] { return m_location.activeWorkspaceID(); }},
                  m_myDay.clock())
-    , m_badge(m_submitQueue, m_dueCount, m_settings) {
+    , m_badge(m_submitQueue, m_dueCount, m_settings)
+    , m_screenshotCapture(environment.regionCaptureTool)
+    , m_screenshots(m_screenshotCapture, m_settings, m_templates, m_draft,
+                    [this] { setActiveTab(PopoverTab::compose); }) {
     m_draft.setReminderLeadMinutes(m_settings.settings().defaultReminderLeadMinutes);
     // The status, tags and custom values of one list mean nothing in another.
     connect(&m_location, &LocationMemory::otherListSelected, &m_draft, &TaskDraft::clearListSpecificValues);

@@ -16,6 +16,7 @@
 #include "core/settings/SettingsStore.h"
 #include "core/settings/SettingsTab.h"
 #include "core/shell/PopoverTab.h"
+#include "core/shell/ScreenshotFlow.h"
 #include "core/shell/StatusItemBadgeModel.h"
 #include "core/storage/StorageProviderRegistry.h"
 #include "core/submit/AttachmentUploadQueue.h"
@@ -40,6 +41,8 @@ struct AppEnvironment {
     QString remindersPath;
     // Alarms for what happens at a time of day: reminders, and midnight.
     WallClockAlarms wallClockAlarms;
+    // The desktop's tool for screenshots of a region; none means there are none.
+    RegionCaptureTool* regionCaptureTool = nullptr;
 };
 
 // The one central object and the place where NorvaneBar is put together: it builds the token
@@ -98,6 +101,8 @@ public:
     void setCustomValue(const CustomValue& value, const QString& fieldID) { m_draft.setCustomValue(value, fieldID); }
     QCoro::Task<> applyTemplate(TaskTemplate applied) { return m_templates.applyTemplate(std::move(applied)); }
     void saveCurrentAsTemplate(const QString& name) { m_templates.saveCurrentAsTemplate(name); }
+    // A region of the screen as a new task's only attachment; whether the popover is to be shown.
+    QCoro::Task<bool> startScreenshotCapture() { return m_screenshots.startScreenshotCapture(); }
 
 signals:
     void authStateChanged();
@@ -129,5 +134,7 @@ private:
     SubmitController m_submit;
     DueCountQuery m_dueCount;
     StatusItemBadgeModel m_badge;
+    ScreenshotCapture m_screenshotCapture;
+    ScreenshotFlow m_screenshots;
     PopoverTab m_activeTab = PopoverTab::compose;
 };

@@ -67,8 +67,19 @@ void AppDelegate::registerHotKeys() {
             popover.showPopover();
         }
     });
-    m_hotKeys.applyScreenshot(settings.screenshotHotKeyPreset);
+    // The screenshot closes the popover first, so that it is not in the picture.
+    m_hotKeys.registerHotKey(HotKeyManager::screenshotSlot, settings.screenshotHotKeyPreset,
+                             [this] { startScreenshotCapture(); });
     m_hotKeys.applyScreenRecording(settings.screenRecordingHotKeyPreset);
+}
+
+void AppDelegate::startScreenshotCapture() {
+    m_pages.window().hide();
+    startTask(this, m_app.startScreenshotCapture(), [this](bool show) {
+        if (show) {
+            m_pages.window().showPopover();
+        }
+    });
 }
 
 QCoro::Task<> AppDelegate::launch() {

@@ -10,6 +10,7 @@
 #include "platform/linux/ControlService.h"
 #include "platform/linux/DesktopGlobalShortcuts.h"
 #include "platform/linux/DesktopLinkActions.h"
+#include "platform/linux/DesktopRegionCaptureTool.h"
 #include "platform/linux/FreedesktopNotificationCenter.h"
 #include "platform/linux/PortalColorScheme.h"
 #include "platform/linux/SecretServiceStore.h"
@@ -31,6 +32,9 @@ public:
     explicit AppDelegate(QObject* parent = nullptr);
 
     void applicationDidFinishLaunching();
+    // Closes the popover, so that it is not in the picture, and lets the user take a screenshot of
+    // a region; one taken becomes the only attachment of a new task, shown in the popover.
+    void startScreenshotCapture();
 
 private:
     void trayHostFound();
@@ -44,10 +48,12 @@ private:
     SecretServiceStore m_secrets;
     FreedesktopNotificationCenter m_notificationCenter;
     DesktopLinkActions m_linkActions;
+    DesktopRegionCaptureTool m_regionCapture;
     AppState m_app{AppEnvironment{.secrets = &m_secrets,
                                   .notificationCenter = &m_notificationCenter,
                                   .linkActions = &m_linkActions,
-                                  .wallClockAlarms = [] { return std::make_unique<TimerFdAlarm>(); }}};
+                                  .wallClockAlarms = [] { return std::make_unique<TimerFdAlarm>(); },
+                                  .regionCaptureTool = &m_regionCapture}};
     SingleInstance m_instance;
     ControlService m_control;
     TrayHostWatcher m_trayHost;

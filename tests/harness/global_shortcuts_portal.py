@@ -31,7 +31,7 @@ import dbus.service
 from gi.repository import GLib
 
 sys.path.insert(0, os.path.dirname(os.path.abspath(__file__)))
-from bus_service import serve  # noqa: E402
+from session_helpers import serve  # noqa: E402
 
 BUS_NAME = "org.freedesktop.portal.Desktop"
 OBJECT_PATH = "/org/freedesktop/portal/desktop"

@@ -4,14 +4,20 @@
 # "sandbox/service/SandboxService.h", the test kit's "support/TestMain.h" and "bench/MyDaySeed.h".
 # LAYERS lists the layers that sources under DIR may include; the code generator's "Foo.moc" and
 # "moc_Foo.cpp" are the only quoted includes without one.
-# Usage: cmake -DDIR=<folder> -DLAYERS=<layer,...> [-DSTAMP=<file>] -P check-include-layers.cmake
+# DIR may name several folders, separated by commas.
+# Usage: cmake -DDIR=<folder,...> -DLAYERS=<layer,...> [-DSTAMP=<file>] -P check-include-layers.cmake
 if(NOT DIR OR NOT LAYERS)
     message(FATAL_ERROR "check-include-layers: DIR and LAYERS must be set")
 endif()
 string(REPLACE "," ";" LAYERS "${LAYERS}")
 set(project_layers core platform desktop sandbox support bench)
 list(JOIN LAYERS " " allowed)
-file(GLOB_RECURSE sources "${DIR}/*.h" "${DIR}/*.cpp")
+string(REPLACE "," ";" folders "${DIR}")
+set(sources "")
+foreach(folder IN LISTS folders)
+    file(GLOB_RECURSE found "${folder}/*.h" "${folder}/*.cpp")
+    list(APPEND sources ${found})
+endforeach()
 list(SORT sources)
 set(violations "")
 foreach(source IN LISTS sources)

@@ -135,6 +135,17 @@ class TrayAppTest(unittest.TestCase):
         self.assertEqual(self.app.wait_exit(), 0)
 
     @unittest.skipUnless(TRAY == "xembed", "needs an XEmbed tray")
+    def test_a_left_click_on_the_icon_while_its_menu_is_open_opens_the_popover(self):
+        icon = wait_until(xembed_icon_window, what="the XEmbed tray icon")
+        click(icon, 3)
+        wait_until(lambda: other_window(icon), what="the context menu")
+        click(icon, 1)
+        self.app.wait_popover(True)
+        wait_until(lambda: other_window(icon) is None, what="the menu to close")
+        click(icon, 1)
+        self.app.wait_popover(False)
+
+    @unittest.skipUnless(TRAY == "xembed", "needs an XEmbed tray")
     def test_a_right_click_while_the_popover_is_open_opens_the_menu(self):
         icon = wait_until(xembed_icon_window, what="the XEmbed tray icon")
         click(icon, 1)

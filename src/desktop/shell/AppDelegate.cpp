@@ -36,6 +36,7 @@ void AppDelegate::applicationDidFinishLaunching() {
     // keyboard grab, it takes the X input focus away with it; Qt then finds no window of the app
     // active and closes every popup, the menu among them.
     connect(&m_statusItem, &StatusItem::menuAboutToShow, &popover, &QWindow::hide);
+    connect(&popover, &PopoverWindow::menuRequested, &m_statusItem, &StatusItem::showMenu);
     connect(&popover, &PopoverWindow::presentedChanged, &m_control, &ControlService::setPopoverVisible);
     connect(&popover, &PopoverWindow::presentedChanged, this, [this](bool presented) {
         if (presented) {

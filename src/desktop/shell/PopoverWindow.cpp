@@ -120,7 +120,13 @@ void PopoverWindow::place() {
 
 void PopoverWindow::keyPressEvent(QKeyEvent* event) {
     QQuickView::keyPressEvent(event);
-    if (!event->isAccepted() && event->key() == Qt::Key_Escape) {
+    if (event->isAccepted()) {
+        return;
+    }
+    if (event->key() == Qt::Key_Escape) {
         hide();
+    } else if (event->key() == Qt::Key_Menu ||
+               (event->key() == Qt::Key_F10 && event->modifiers() == Qt::ShiftModifier)) {
+        emit menuRequested(position());
     }
 }

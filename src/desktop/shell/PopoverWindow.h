@@ -9,7 +9,8 @@
 class QQmlEngine;
 
 // The frameless window that hangs from the tray icon and holds NorvaneBar's pages. It closes on
-// Escape and when another window takes the focus.
+// Escape and when another window takes the focus; the Menu key and Shift+F10 ask for the tray menu,
+// which is the keyboard's way to it on a tray that only opens it for the mouse.
 class PopoverWindow : public QQuickView {
     Q_OBJECT
 
@@ -33,6 +34,9 @@ public slots:
 signals:
     // True once the first frame after showing is on screen, false when hidden.
     void presentedChanged(bool presented);
+    // The Menu key or Shift+F10 was pressed and nothing in the page took it; `at` is the
+    // popover's top left corner on screen.
+    void menuRequested(QPoint at);
 
 protected:
     void keyPressEvent(QKeyEvent* event) override;

@@ -59,6 +59,8 @@ StatusItem::StatusItem(QObject* parent)
     quit->setShortcut(QKeySequence(QKeySequence::Quit));
     connect(quit, &QAction::triggered, this, &StatusItem::quitRequested);
     connect(&m_menu, &QMenu::aboutToShow, this, &StatusItem::menuAboutToShow);
+    // A screen reader announces the menu by this name when it opens.
+    m_menu.setAccessibleName(tr("NorvaneBar"));
 }
 
 void StatusItem::create() {
@@ -114,6 +116,10 @@ void StatusItem::setBookmarks(const QList<Bookmark>& bookmarks) {
     } else if (!m_menu.actions().contains(m_quickLinks.menuAction())) {
         m_menu.insertMenu(m_settingsAction, &m_quickLinks);
     }
+}
+
+void StatusItem::showMenu(QPoint at) {
+    m_menu.popup(at);
 }
 
 void StatusItem::refreshIcon() {

@@ -26,6 +26,8 @@ public:
     void follow(const StatusItemBadgeModel& model);
     // The entries of the "Quick Links" submenu, in this order; without any, the submenu is absent.
     void setBookmarks(const QList<Bookmark>& bookmarks);
+    // Opens the context menu with its top left corner at `at`, for the keyboard.
+    void showMenu(QPoint at);
 
 signals:
     // A left click, with the icon's place on screen when the tray tells it.

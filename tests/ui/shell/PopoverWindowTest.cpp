@@ -89,6 +89,20 @@ private slots:
         QTRY_VERIFY(!popover.isVisible());
     }
 
+    void theMenuKeyAndShiftF10AskForTheTrayMenuAtItsCorner() {
+        PopoverWindow& popover = m_fixture->popover;
+        popover.toggle(QRect(600, 0, 24, 24));
+        QVERIFY(QTest::qWaitForWindowActive(&popover));
+        QSignalSpy asked(&popover, &PopoverWindow::menuRequested);
+        QTest::keyClick(&popover, Qt::Key_Menu);
+        QTest::keyClick(&popover, Qt::Key_F10, Qt::ShiftModifier);
+        QTest::keyClick(&popover, Qt::Key_F10);
+        QTest::keyClick(&popover, Qt::Key_F10, Qt::ControlModifier | Qt::ShiftModifier);
+        QCOMPARE(asked.count(), 2);
+        QCOMPARE(asked.at(0).at(0).toPoint(), popover.position());
+        QCOMPARE(asked.at(1).at(0).toPoint(), popover.position());
+    }
+
     void showPopoverReopensWhereItLastHung() {
         PopoverWindow& popover = m_fixture->popover;
         const QRect icon(1000, 0, 24, 24);

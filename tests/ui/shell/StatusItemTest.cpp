@@ -202,6 +202,20 @@ private slots:
         QCOMPARE(opening.count(), 1);
     }
 
+    void theMenuOpensAtAPointForTheKeyboardUnderItsName() {
+        StatusItem item;
+        item.create();
+        QMenu* contextMenu = menu(item);
+        QVERIFY(contextMenu);
+        QSignalSpy opening(&item, &StatusItem::menuAboutToShow);
+        item.showMenu(QPoint(240, 160));
+        QTRY_VERIFY(contextMenu->isVisible());
+        QCOMPARE(opening.count(), 1);
+        QCOMPARE(contextMenu->pos(), QPoint(240, 160));
+        QCOMPARE(contextMenu->accessibleName(), QStringLiteral("NorvaneBar"));
+        contextMenu->hide();
+    }
+
     void aRightClickWhileThePopoverIsOpenOpensTheMenu() {
         if (tray() != "xembed") {
             QSKIP("needs an XEmbed tray, whose menu the app draws itself");

@@ -7,7 +7,7 @@ import sys
 import time
 
 sys.path.insert(0, os.path.dirname(__file__))
-from demo_steps import click_on, keys, norvanebar, screenshot, shown, type_text  # noqa: E402
+from demo_steps import click_on, keys, norvanebar, screenshot, scroll_into_window, shown, type_text  # noqa: E402
 from accessibility import press  # noqa: E402
 from norvanebar_app import click, wait_until, xembed_icon_window  # noqa: E402
 
@@ -53,6 +53,8 @@ def settings_tabs(ui, out, prefix):
     for index, tab in enumerate(TABS):
         if index:
             keys("ctrl+Tab")
+        if tab == "general":  # from its top, where the shortcuts are; the window keeps where it was scrolled
+            scroll_into_window(ui, "Shortcuts")
         screenshot(out, f"{prefix}{index + 1}-settings-{tab}.png")
     keys("Escape")
     time.sleep(0.5)

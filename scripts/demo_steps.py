@@ -70,15 +70,41 @@ def hover(ui, name, *then):
                    check=True)
 
 
-def wheel_down_until(x, y, condition, what):
-    """Turns the mouse wheel down over the point (x, y) until `condition` holds."""
+WHEEL_UP, WHEEL_DOWN = "4", "5"
+
+
+def wheel_until(x, y, condition, what, button=WHEEL_DOWN):
+    """Turns the mouse wheel (down, or up with WHEEL_UP) over the point (x, y) until `condition` holds."""
     subprocess.run(["xdotool", "mousemove", str(x), str(y)], check=True)
     for _ in range(60):
         if condition():
             return
-        subprocess.run(["xdotool", "click", "5"], check=True)
+        subprocess.run(["xdotool", "click", button], check=True)
         time.sleep(0.05)
     raise TimeoutError(f"{what} never came into view")
+
+
+def window_of(node):
+    """The top-level window the accessible `node` stands in."""
+    while node.get_role() not in (Atspi.Role.FRAME, Atspi.Role.WINDOW, Atspi.Role.DIALOG):
+        node = node.get_parent()
+    return node
+
+
+def scroll_into_window(ui, name):
+    """Turns the mouse wheel over the window of the control `name`, up or down, until the control
+    stands inside it."""
+    node = pump_until(lambda: find(ui, None, name), what=f'"{name}"')
+    window = window_of(node).get_extents(Atspi.CoordType.SCREEN)
+
+    def box():
+        return find(ui, None, name).get_extents(Atspi.CoordType.SCREEN)
+
+    def inside():
+        return box().y >= window.y and box().y + box().height <= window.y + window.height
+
+    button = WHEEL_UP if box().y < window.y else WHEEL_DOWN
+    wheel_until(window.x + window.width // 2, window.y + window.height // 2, inside, f'"{name}"', button)
 
 
 def click_on(ui, name):

@@ -8,8 +8,8 @@ import time
 
 sys.path.insert(0, os.path.dirname(__file__))
 from demo_settings import add_account, tray_menu  # noqa: E402
-from demo_steps import close_if_showing, hover, keys, screenshot, shown, type_text, wheel_down_until  # noqa: E402
-from accessibility import Atspi, descendants, find, press, pump_until  # noqa: E402
+from demo_steps import close_if_showing, hover, keys, screenshot, scroll_into_window, shown, type_text  # noqa: E402
+from accessibility import Atspi, descendants, press, pump_until  # noqa: E402
 
 ADA = "Ada Okafor (ada@northwind.example)"
 
@@ -31,25 +31,6 @@ def tip(ui, text):
     pump_until(lambda: next((node for node in descendants(ui)
                              if node.get_role() == Atspi.Role.TOOL_TIP and node.get_name() == text), None),
                what=f'the tool tip "{text}"')
-
-
-def window_of(node):
-    """The top-level window the accessible `node` stands in."""
-    while node.get_role() not in (Atspi.Role.FRAME, Atspi.Role.WINDOW, Atspi.Role.DIALOG):
-        node = node.get_parent()
-    return node
-
-
-def scroll_into_window(ui, name):
-    """Turns the mouse wheel over the window of the control `name` until the control stands inside it."""
-    node = pump_until(lambda: find(ui, None, name), what=f'"{name}"')
-    window = window_of(node).get_extents(Atspi.CoordType.SCREEN)
-
-    def inside():
-        box = find(ui, None, name).get_extents(Atspi.CoordType.SCREEN)
-        return box.y >= window.y and box.y + box.height <= window.y + window.height
-
-    wheel_down_until(window.x + window.width // 2, window.y + window.height // 2, inside, f'"{name}"')
 
 
 def popover_tips(ui, out, sandbox, first, second):

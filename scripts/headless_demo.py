@@ -12,7 +12,7 @@ account, each tab of the settings window, the account menu) and the tool tips of
 Then the desktop turns dark, as its Settings portal tells, and the key pages of the same road are
 shown again in dark: the composer with text and files, a task being created and created, three in
 bulk, a refused one, the banner of a job in the background once no notification server is left,
-the three tool tips, and each tab of the settings window.
+the hot key and the region screenshot, the three tool tips, and each tab of the settings window.
 Run inside a desktop session with an accessibility bus, through which it presses the buttons.
 
 usage: headless_demo.py NORVANEBAR NORVANE_SANDBOX OUTPUT_FOLDER"""
@@ -32,11 +32,12 @@ from desktop_settings import DARK, LIGHT, SettingsPortal  # noqa: E402
 from norvanebar_app import NorvaneBar, click, popover_window_id, wait_until, xembed_icon_window  # noqa: E402
 
 sys.path.insert(0, os.path.dirname(__file__))
+from demo_capture import SCREENSHOT_SETTINGS, capture_road  # noqa: E402
 from demo_compose import compose_road  # noqa: E402
 from demo_settings import settings_road, settings_tabs  # noqa: E402
 from demo_tooltips import dark_tips, light_tips, quick_link  # noqa: E402
 from demo_steps import (SETTLE, focus, norvanebar, paste, screenshot, shown, submit, type_into_popover,  # noqa: E402
-                        wheel_down_until)
+                        wheel_until)
 
 
 def sample_files(out):
@@ -213,7 +214,7 @@ def scroll_to(ui, anchor, name):
             return False
         return node.get_extents(Atspi.CoordType.SCREEN).y < box.y + 120
 
-    wheel_down_until(box.x + box.width // 2, box.y + 40, near_top, f'"{name}"')
+    wheel_until(box.x + box.width // 2, box.y + 40, near_top, f'"{name}"')
 
 
 def tasks_tab(out):
@@ -275,7 +276,7 @@ def main(binary, sandbox_binary, out):
         # The tray icon counts the tasks due by today's end.
         write_profile(os.environ["XDG_CONFIG_HOME"], sandbox, showDueCountBadge=True,
                       visibleDefaultFields=["status", "assignee", "dueDate", "priority", "tags"],
-                      bookmarks=[quick_link(sandbox)])
+                      bookmarks=[quick_link(sandbox)], **SCREENSHOT_SETTINGS)
         token, _, name = sandbox.tokens[0]
         print(f"norvane-sandbox: {sandbox.web} (demo token of {name}: {token})")
         # Pasted pictures are staged in the temporary folder; the demo keeps its own.
@@ -321,9 +322,11 @@ def main(binary, sandbox_binary, out):
                 tray_icon(out)
                 create_tasks(sandbox, out)
                 compose_road(sandbox, out, sample_files(out))
+                capture_road(again, out, "K")
                 settings_road(sandbox, out, again)
                 light_tips(norvanebar(), out, sandbox, again)
                 dark_road(sandbox, out, portal)
+                capture_road(again, out, "DK")
                 dark_tips(norvanebar(), out, sandbox, again)
                 settings_tabs(norvanebar(), out, "D")
             except Exception:

@@ -28,7 +28,11 @@ DBusGMainLoop(set_as_default=True)
 BUS = dbus.SessionBus()
 INTERFACE = "com.norvanebar.NorvaneBar"
 OBJECT_PATH = "/com/norvanebar/NorvaneBar"
-WATCHER_LOG = os.environ["NORVANEBAR_WATCHER_LOG"]
+
+
+def watcher_log():
+    """The StatusNotifierWatcher's record of registrations, which only a session with one has."""
+    return os.environ["NORVANEBAR_WATCHER_LOG"]
 
 
 class Subject:
@@ -37,7 +41,7 @@ class Subject:
         self.process = None
 
     def start(self):
-        with open(WATCHER_LOG, encoding="utf-8") as log:
+        with open(watcher_log(), encoding="utf-8") as log:
             log.seek(0, os.SEEK_END)
             offset = log.tell()
         started = time.monotonic()
@@ -48,7 +52,7 @@ class Subject:
     def _wait_registration(self, offset):
         deadline = time.monotonic() + 20
         while time.monotonic() < deadline:
-            with open(WATCHER_LOG, encoding="utf-8") as log:
+            with open(watcher_log(), encoding="utf-8") as log:
                 log.seek(offset)
                 for line in log:
                     record = json.loads(line)
@@ -70,25 +74,37 @@ class Subject:
 
     def toggle_until(self, visible):
         """Seconds from a TogglePopover call to the popover's report of `visible`."""
+        proxy = BUS.get_object(self.service, OBJECT_PATH)
+
+        def toggle():
+            started = time.monotonic()
+            proxy.TogglePopover(dbus_interface=INTERFACE, reply_handler=lambda: None, error_handler=lambda e: None)
+            return started
+
+        started, seen = self.popover_after(toggle, visible)
+        return seen - started
+
+    def popover_after(self, action, visible, clock=time.monotonic, timeout=5):
+        """Runs action() and waits for the popover's report of `visible`: what action() gave, and the
+        time of the report by `clock`."""
         loop = GLib.MainLoop()
         seen = {}
 
         def changed(value):
             if bool(value) == visible and "at" not in seen:
-                seen["at"] = time.monotonic()
+                seen["at"] = clock()
                 loop.quit()
 
         receiver = BUS.add_signal_receiver(changed, signal_name="PopoverVisibilityChanged",
                                            dbus_interface=INTERFACE, bus_name=self.service, path=OBJECT_PATH)
-        GLib.timeout_add(5000, loop.quit)
-        proxy = BUS.get_object(self.service, OBJECT_PATH)
-        started = time.monotonic()
-        proxy.TogglePopover(dbus_interface=INTERFACE, reply_handler=lambda: None, error_handler=lambda e: None)
+        source = GLib.timeout_add(int(timeout * 1000), loop.quit)
+        started = action()
         loop.run()
         receiver.remove()
         if "at" not in seen:
             raise TimeoutError(f"{self.name}: popover never reported visible={visible}")
-        return seen["at"] - started
+        GLib.source_remove(source)
+        return started, seen["at"]
 
     def memory_kib(self):
         fields = {}

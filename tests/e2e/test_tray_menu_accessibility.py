@@ -5,16 +5,14 @@ Runs inside `desktop-session run --a11y --tray xembed`; NORVANEBAR_BINARY names 
 open popover, Shift+F10 or the Menu key opens the tray menu; its entries are named on the bus, the
 arrow keys move through them as the bus reports, Return and the bus's own action choose one."""
 
-import json
 import os
 import subprocess
 import sys
-import tempfile
 import unittest
 
 sys.path.insert(0, os.path.join(os.path.dirname(os.path.abspath(__file__)), "..", "harness"))
-from accessibility import Atspi, application, pump_until  # noqa: E402
-from norvanebar_app import NorvaneBar, click, popover_window_id, wait_until, xembed_icon_window  # noqa: E402
+from accessibility import Atspi, application, pump_until, start_accessible  # noqa: E402
+from norvanebar_app import click, popover_window_id, wait_until, xembed_icon_window  # noqa: E402
 
 MENU_ENTRIES = ["New Task", "Quick Links", "Settings…", "", "Quit NorvaneBar"]
 # A quick link named as hostile text: markup, an ampersand, right-to-left script, an emoji.
@@ -32,17 +30,8 @@ def children(node):
 
 class TrayMenuAccessibilityTest(unittest.TestCase):
     def setUp(self):
-        folder = os.path.join(os.environ["XDG_CONFIG_HOME"], "NorvaneBar")
-        os.makedirs(folder, exist_ok=True)
-        with open(os.path.join(folder, "settings.json"), "w", encoding="utf-8") as settings:
-            json.dump({"bookmarks": [{"id": "3f1d2c4b-5a6e-4f70-8192-a3b4c5d6e7f8", "name": LINK_NAME,
-                                      "urlString": "http://127.0.0.1:9/board"}]}, settings)
-        os.environ["QT_LINUX_ACCESSIBILITY_ALWAYS_ON"] = "1"
-        log_dir = tempfile.TemporaryDirectory(prefix="norvanebar-a11y-")
-        self.addCleanup(log_dir.cleanup)
-        self.app = NorvaneBar(os.environ["NORVANEBAR_BINARY"], log_dir.name).start()
-        self.addCleanup(self.app.stop)
-        self.app.wait_published()
+        self.app = start_accessible(self, {"bookmarks": [{"id": "3f1d2c4b-5a6e-4f70-8192-a3b4c5d6e7f8",
+                                                          "name": LINK_NAME, "urlString": "http://127.0.0.1:9/board"}]})
         pump_until(lambda: application("NorvaneBar"), what="NorvaneBar on the accessibility bus")
 
         self.events = []

@@ -2,7 +2,10 @@
 Needs a session with an accessibility bus (`desktop-session run --a11y`) and NorvaneBar started with
 QT_LINUX_ACCESSIBILITY_ALWAYS_ON=1."""
 
+import json
+import os
 import subprocess
+import tempfile
 import time
 
 import gi
@@ -10,7 +13,23 @@ import gi
 gi.require_version("Atspi", "2.0")
 from gi.repository import Atspi, GLib  # noqa: E402
 
-from norvanebar_app import wait_until  # noqa: E402
+from norvanebar_app import NorvaneBar, wait_until  # noqa: E402
+
+
+def start_accessible(test, settings):
+    """NorvaneBar (NORVANEBAR_BINARY) on the settings file `settings`, with accessibility on, for the
+    unittest `test`, which stops it at its end; returned once its D-Bus interface is up."""
+    folder = os.path.join(os.environ["XDG_CONFIG_HOME"], "NorvaneBar")
+    os.makedirs(folder, exist_ok=True)
+    with open(os.path.join(folder, "settings.json"), "w", encoding="utf-8") as file:
+        json.dump(settings, file)
+    os.environ["QT_LINUX_ACCESSIBILITY_ALWAYS_ON"] = "1"
+    log_dir = tempfile.TemporaryDirectory(prefix="norvanebar-a11y-")
+    test.addCleanup(log_dir.cleanup)
+    app = NorvaneBar(os.environ["NORVANEBAR_BINARY"], log_dir.name).start()
+    test.addCleanup(app.stop)
+    app.wait_published()
+    return app
 
 
 def pump_until(condition, timeout=10.0, what="condition"):

@@ -31,19 +31,11 @@ import dbus.service
 from gi.repository import GLib
 
 sys.path.insert(0, os.path.dirname(os.path.abspath(__file__)))
+from portal_request import BUS_NAME, OBJECT_PATH, new_request  # noqa: E402
 from session_helpers import serve  # noqa: E402
 
-BUS_NAME = "org.freedesktop.portal.Desktop"
-OBJECT_PATH = "/org/freedesktop/portal/desktop"
 INTERFACE = "org.freedesktop.portal.GlobalShortcuts"
-REQUEST_INTERFACE = "org.freedesktop.portal.Request"
 TEST_INTERFACE = "org.norvanebar.Test.GlobalShortcuts"
-
-
-class Request(dbus.service.Object):
-    @dbus.service.signal(REQUEST_INTERFACE, signature="ua{sv}")
-    def Response(self, response, results):
-        pass
 
 
 class GlobalShortcutsPortal(dbus.service.Object):
@@ -56,12 +48,10 @@ class GlobalShortcutsPortal(dbus.service.Object):
         self._requests = []
 
     def _request(self, sender, options, results):
-        token = str(options.get("handle_token", "t%d" % len(self._requests)))
-        path = "/org/freedesktop/portal/desktop/request/%s/%s" % (sender[1:].replace(".", "_"), token)
-        request = Request(self._bus, path)
+        request = new_request(self._bus, sender, options, "t%d" % len(self._requests))
         self._requests.append(request)
         GLib.idle_add(lambda: request.Response(dbus.UInt32(0), dbus.Dictionary(results, signature="sv")) and False)
-        return dbus.ObjectPath(path)
+        return dbus.ObjectPath(request.path)
 
     @dbus.service.method(dbus.PROPERTIES_IFACE, in_signature="ss", out_signature="v")
     def Get(self, interface, name):

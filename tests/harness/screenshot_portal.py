@@ -22,19 +22,11 @@ import dbus
 import dbus.service
 from gi.repository import GLib
 
+from portal_request import BUS_NAME, OBJECT_PATH, new_request
 from session_helpers import serve
 
-BUS_NAME = "org.freedesktop.portal.Desktop"
-OBJECT_PATH = "/org/freedesktop/portal/desktop"
 INTERFACE = "org.freedesktop.portal.Screenshot"
-REQUEST_INTERFACE = "org.freedesktop.portal.Request"
 TEST_INTERFACE = "org.norvanebar.Test.Screenshot"
-
-
-class Request(dbus.service.Object):
-    @dbus.service.signal(REQUEST_INTERFACE, signature="ua{sv}")
-    def Response(self, response, results):
-        pass
 
 
 class ScreenshotPortal(dbus.service.Object):
@@ -48,14 +40,12 @@ class ScreenshotPortal(dbus.service.Object):
     @dbus.service.method(INTERFACE, in_signature="sa{sv}", out_signature="o", sender_keyword="sender")
     def Screenshot(self, parent_window, options, sender):
         self._requests.append(dbus.Dictionary(options, signature="sv"))
-        token = str(options.get("handle_token", "t%d" % len(self._requests)))
-        path = "%s/request/%s/%s" % (OBJECT_PATH, sender[1:].replace(".", "_"), token)
-        request = Request(self._bus, path)
+        request = new_request(self._bus, sender, options, "t%d" % len(self._requests))
         self._handles.append(request)
         if self._answer is not None:
             # After the reply that hands out the request, as a portal answers once the user chose.
             GLib.idle_add(self._respond, request)
-        return dbus.ObjectPath(path)
+        return dbus.ObjectPath(request.path)
 
     def _respond(self, request):
         response, results = self._answer

@@ -22,10 +22,9 @@ import argparse
 import dbus
 import dbus.service
 
+from portal_request import BUS_NAME, OBJECT_PATH
 from session_helpers import serve
 
-BUS_NAME = "org.freedesktop.portal.Desktop"
-OBJECT_PATH = "/org/freedesktop/portal/desktop"
 INTERFACE = "org.freedesktop.portal.Settings"
 TEST_INTERFACE = "org.norvanebar.Test.Settings"
 APPEARANCE = "org.freedesktop.appearance"

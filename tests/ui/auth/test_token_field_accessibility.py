@@ -7,11 +7,9 @@ token is typed into the field with the keyboard. A client of the accessibility b
 field by its role, password text, and checks that it is named and that neither its text nor the
 events it sent while the token was typed hold the token."""
 
-import json
 import os
 import subprocess
 import sys
-import tempfile
 import time
 import unittest
 import warnings
@@ -23,8 +21,7 @@ from gi.repository import Atspi, GLib  # noqa: E402
 
 TESTS = os.path.dirname(os.path.dirname(os.path.dirname(os.path.abspath(__file__))))
 sys.path.insert(0, os.path.join(TESTS, "harness"))
-from accessibility import application, find, has_state, pump_until  # noqa: E402
-from norvanebar_app import NorvaneBar  # noqa: E402
+from accessibility import application, find, has_state, pump_until, start_accessible  # noqa: E402
 
 NAME = "Norvane personal API token"
 TOKEN = "pk_4810001_Q7WX2ZKV9M"
@@ -33,17 +30,8 @@ TOKEN = "pk_4810001_Q7WX2ZKV9M"
 class TokenFieldAccessibilityTest(unittest.TestCase):
     def setUp(self):
         # Aimed at a closed loopback port: nothing typed here may leave the machine.
-        config = os.path.join(os.environ["XDG_CONFIG_HOME"], "NorvaneBar")
-        os.makedirs(config, exist_ok=True)
-        with open(os.path.join(config, "settings.json"), "w", encoding="utf-8") as settings:
-            json.dump({"serviceAPIBaseURL": "http://127.0.0.1:9/api/v2", "serviceWebBaseURL": "http://127.0.0.1:9"},
-                      settings)
-        os.environ["QT_LINUX_ACCESSIBILITY_ALWAYS_ON"] = "1"
-        log_dir = tempfile.TemporaryDirectory(prefix="norvanebar-a11y-")
-        self.addCleanup(log_dir.cleanup)
-        self.app = NorvaneBar(os.environ["NORVANEBAR_BINARY"], log_dir.name).start()
-        self.addCleanup(self.app.stop)
-        self.app.wait_published()
+        self.app = start_accessible(self, {"serviceAPIBaseURL": "http://127.0.0.1:9/api/v2",
+                                           "serviceWebBaseURL": "http://127.0.0.1:9"})
 
         self.events = []
         self.listener = Atspi.EventListener.new(self.events.append)

@@ -37,7 +37,7 @@ def capture_road(app, out, prefix):
                                       capture_output=True).returncode == 0, what="the note on the screen")
     keys("ctrl+shift+space")
     app.wait_popover(False)
-    subprocess.run([sys.executable, os.path.join(HARNESS, "region_drag.py"), "120", "440", "700", "560"], check=True)
+    subprocess.run([sys.executable, os.path.join(HARNESS, "region_drag.py"), "150", "470", "520", "530"], check=True)
     app.wait_popover(True)
     note.terminate()  # only once the picture is taken
     shown(ui, "1 attachments")

@@ -10,7 +10,7 @@ import tempfile
 import unittest
 
 sys.path.insert(0, os.path.join(os.path.dirname(os.path.abspath(__file__)), "..", "harness"))
-from norvanebar_app import NorvaneBar  # noqa: E402
+from norvanebar_app import NorvaneBar, popover_window_id, wait_until, window_geometry, xembed_icon_window  # noqa: E402
 
 
 def press(keys):
@@ -43,6 +43,18 @@ class HotKeysTest(unittest.TestCase):
         app.wait_popover(False)
         press("alt+shift+space")
         app.wait_popover(True)
+
+    def test_the_compose_shortcut_opens_the_popover_below_the_tray_icon(self):
+        app = self.start()
+        icon = wait_until(xembed_icon_window, what="the XEmbed tray icon")
+        _, icon_y, _, icon_height = window_geometry(icon)
+        # Moved away first: the popover hangs from the icon, not from the pointer.
+        subprocess.run(["xdotool", "mousemove", "200", "500"], check=True)
+        press("alt+shift+space")
+        app.wait_popover(True)
+        _, y, _, _ = window_geometry(wait_until(popover_window_id, what="the popover window"))
+        self.assertGreater(y, icon_y + icon_height - 1)
+        self.assertLess(y, 200)
 
     def test_the_preset_of_the_settings_is_the_one_bound(self):
         app = self.start({"hotKeyPreset": "optionShiftN"})

@@ -10,14 +10,14 @@ AppDelegate::AppDelegate(QObject* parent)
 
 void AppDelegate::applicationDidFinishLaunching() {
     PopoverWindow& popover = m_pages.window();
-    const auto toggleWithoutAnchor = [this] { m_pages.window().toggle(std::nullopt); };
-    connect(&m_instance, &SingleInstance::messageReceived, this, toggleWithoutAnchor);
-    connect(&m_control, &ControlService::toggleRequested, this, toggleWithoutAnchor);
+    const auto toggleAtIcon = [this] { m_pages.window().toggle(m_statusItem.iconGeometry()); };
+    connect(&m_instance, &SingleInstance::messageReceived, this, toggleAtIcon);
+    connect(&m_control, &ControlService::toggleRequested, this, toggleAtIcon);
     connect(&m_statusItem, &StatusItem::clicked, &popover, &PopoverWindow::toggle);
     connect(&m_statusItem, &StatusItem::quitRequested, qApp, &QCoreApplication::quit);
     connect(&m_statusItem, &StatusItem::newTaskRequested, this, [this] {
         m_app.setActiveTab(PopoverTab::compose);
-        m_pages.window().showPopover();
+        showPopover();
     });
     connect(&m_statusItem, &StatusItem::openURLRequested, this,
             [this](const QUrl& url) { m_linkActions.openURL(url); });
@@ -65,7 +65,7 @@ void AppDelegate::registerHotKeys() {
         if (popover.isVisible()) {
             popover.hide();
         } else {
-            popover.showPopover();
+            showPopover();
         }
     });
     // The screenshot closes the popover first, so that it is not in the picture.
@@ -78,9 +78,13 @@ void AppDelegate::startScreenshotCapture() {
     m_pages.window().hide();
     startTask(this, m_app.startScreenshotCapture(), [this](bool show) {
         if (show) {
-            m_pages.window().showPopover();
+            showPopover();
         }
     });
+}
+
+void AppDelegate::showPopover() {
+    m_pages.window().showPopover(m_statusItem.iconGeometry());
 }
 
 QCoro::Task<> AppDelegate::launch() {

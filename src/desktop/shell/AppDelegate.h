@@ -35,6 +35,9 @@ public:
     // Closes the popover, so that it is not in the picture, and lets the user take a screenshot of
     // a region; one taken becomes the only attachment of a new task, shown in the popover.
     void startScreenshotCapture();
+    // Shows the popover hanging from the tray icon where the tray tells its place, else where it
+    // last hung.
+    void showPopover();
 
 private:
     void trayHostFound();

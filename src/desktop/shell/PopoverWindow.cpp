@@ -87,8 +87,8 @@ void PopoverWindow::toggle(std::optional<QRect> anchor) {
     }
 }
 
-void PopoverWindow::showPopover() {
-    showAt(m_anchor);
+void PopoverWindow::showPopover(std::optional<QRect> anchor) {
+    showAt(anchor ? anchor : m_anchor);
 }
 
 void PopoverWindow::showAt(std::optional<QRect> anchor) {

@@ -23,8 +23,8 @@ public:
     // Lets `engine` load the NorvaneBar module and its symbol pictures, as the popover's own does.
     static void configureEngine(QQmlEngine& engine);
 
-    // Shows the popover where it last hung, or beside the pointer.
-    void showPopover();
+    // Shows the popover hanging from `anchor`; without one, where it last hung, or beside the pointer.
+    void showPopover(std::optional<QRect> anchor = std::nullopt);
 
 public slots:
     // Loads the content once; showing the popover does it too when it has not happened yet.

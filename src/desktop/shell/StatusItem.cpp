@@ -74,8 +74,7 @@ void StatusItem::create() {
         if (reason != QSystemTrayIcon::Trigger) {
             return;
         }
-        const QRect geometry = m_icon->geometry();
-        emit clicked(geometry.isValid() ? std::optional(geometry) : std::nullopt);
+        emit clicked(iconGeometry());
     });
     m_icon->show();
 }
@@ -116,6 +115,11 @@ void StatusItem::setBookmarks(const QList<Bookmark>& bookmarks) {
     } else if (!m_menu.actions().contains(m_quickLinks.menuAction())) {
         m_menu.insertMenu(m_settingsAction, &m_quickLinks);
     }
+}
+
+std::optional<QRect> StatusItem::iconGeometry() const {
+    const QRect geometry = m_icon ? m_icon->geometry() : QRect();
+    return geometry.isValid() ? std::optional(geometry) : std::nullopt;
 }
 
 void StatusItem::showMenu(QPoint at) {

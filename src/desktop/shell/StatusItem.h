@@ -28,6 +28,8 @@ public:
     void setBookmarks(const QList<Bookmark>& bookmarks);
     // Opens the context menu with its top left corner at `at`, for the keyboard.
     void showMenu(QPoint at);
+    // Where the icon is on screen, when the tray tells it.
+    std::optional<QRect> iconGeometry() const;
 
 signals:
     // A left click, with the icon's place on screen when the tray tells it.

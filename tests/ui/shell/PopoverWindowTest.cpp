@@ -103,6 +103,18 @@ private slots:
         QCOMPARE(asked.at(1).at(0).toPoint(), popover.position());
     }
 
+    void showPopoverWithATrayIconHangsFromItWhereverItLastHung() {
+        PopoverWindow& popover = m_fixture->popover;
+        QCursor::setPos(300, 400);
+        popover.toggle(std::nullopt);
+        QVERIFY(QTest::qWaitForWindowExposed(&popover));
+        QCOMPARE(popover.position().y(), 401 + 4);
+        popover.hide();
+        popover.showPopover(QRect(1200, 0, 24, 24));
+        QVERIFY(QTest::qWaitForWindowExposed(&popover));
+        QCOMPARE(popover.position().y(), 24 + 4);
+    }
+
     void showPopoverReopensWhereItLastHung() {
         PopoverWindow& popover = m_fixture->popover;
         const QRect icon(1000, 0, 24, 24);

@@ -52,10 +52,11 @@ class StatusItemTest : public QObject {
         return item.findChild<QSystemTrayIcon*>()->icon().pixmap(QSize(22, 22)).toImage();
     }
 
-    // The icon's window in an XEmbed tray, once docked.
+    // The icon's window in an XEmbed tray, once docked and drawn: a click before lands elsewhere.
     static QWidget* xembedIcon() {
         for (QWidget* widget : QApplication::topLevelWidgets()) {
-            if (widget->objectName() == QLatin1String("QSystemTrayIconSys") && widget->isVisible()) {
+            if (widget->objectName() == QLatin1String("QSystemTrayIconSys") && widget->isVisible() &&
+                widget->windowHandle() && widget->windowHandle()->isExposed()) {
                 return widget;
             }
         }
@@ -200,6 +201,21 @@ private slots:
         QSignalSpy opening(&item, &StatusItem::menuAboutToShow);
         emit item.findChild<QSystemTrayIcon*>()->contextMenu()->aboutToShow();
         QCOMPARE(opening.count(), 1);
+    }
+
+    void theIconsPlaceIsKnownWhereTheTrayTellsIt() {
+        StatusItem item;
+        QVERIFY(!item.iconGeometry());
+        item.create();
+        if (tray() != "xembed") {
+            // A StatusNotifierItem host keeps the place of the icon to itself.
+            QVERIFY(!item.iconGeometry());
+            return;
+        }
+        QWidget* icon = nullptr;
+        QTRY_VERIFY((icon = xembedIcon()));
+        QTRY_VERIFY(item.iconGeometry());
+        QCOMPARE(item.iconGeometry()->size(), icon->size());
     }
 
     void theMenuOpensAtAPointForTheKeyboardUnderItsName() {

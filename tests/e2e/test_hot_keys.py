@@ -1,15 +1,19 @@
-"""The compose shortcut of the settings opens and closes the popover of the whole NorvaneBar, pressed
-with xdotool on the session's X server. Run inside a desktop session; NORVANEBAR_BINARY names the
-app."""
+"""The shortcuts of the settings, pressed with xdotool on the session's X server: the compose one opens
+and closes the popover of the whole NorvaneBar, the screenshot one closes it and opens it again with
+the region dragged in the selector (maim with slop). Run inside a desktop session; NORVANEBAR_BINARY
+names the app."""
 
+import glob
 import json
 import os
 import subprocess
 import sys
 import tempfile
+import time
 import unittest
 
-sys.path.insert(0, os.path.join(os.path.dirname(os.path.abspath(__file__)), "..", "harness"))
+HARNESS = os.path.join(os.path.dirname(os.path.abspath(__file__)), "..", "harness")
+sys.path.insert(0, HARNESS)
 from norvanebar_app import NorvaneBar, popover_window_id, wait_until, window_geometry, xembed_icon_window  # noqa: E402
 
 
@@ -21,6 +25,8 @@ class HotKeysTest(unittest.TestCase):
     def start(self, settings=None):
         log_dir = tempfile.TemporaryDirectory(prefix="norvanebar-e2e-")
         self.addCleanup(log_dir.cleanup)
+        # Screenshots and the pictures staged from them land in the test's own folder.
+        os.environ["TMPDIR"] = self.folder = log_dir.name
         folder = os.path.join(os.environ["XDG_CONFIG_HOME"], "NorvaneBar")
         os.makedirs(folder, exist_ok=True)
         path = os.path.join(folder, "settings.json")
@@ -55,6 +61,37 @@ class HotKeysTest(unittest.TestCase):
         _, y, _, _ = window_geometry(wait_until(popover_window_id, what="the popover window"))
         self.assertGreater(y, icon_y + icon_height - 1)
         self.assertLess(y, 200)
+
+    def pictures(self, pattern):
+        return glob.glob(os.path.join(self.folder, pattern))
+
+    def screenshot_shortcut_with(self, user):
+        """Opens the popover, starts the selector's user with `user`'s arguments and presses the
+        screenshot shortcut; returns once the popover closed and the user is done."""
+        app = self.start({"screenshotHotKeyPreset": "controlShiftSpace"})
+        app.toggle()
+        app.wait_popover(True)
+        selector_user = subprocess.Popen(["/usr/bin/python3", os.path.join(HARNESS, "region_drag.py"), *user])
+        press("ctrl+shift+space")
+        app.wait_popover(False)
+        self.assertEqual(selector_user.wait(30), 0)
+        return app
+
+    def test_the_screenshot_shortcut_closes_the_popover_and_opens_it_with_the_region_taken(self):
+        app = self.screenshot_shortcut_with(["100", "100", "400", "300"])
+        app.wait_popover(True)
+        self.assertEqual(len(self.pictures("norvanebar-*-Pasted image*.png")), 1)
+        wait_until(lambda: not self.pictures("norvanebar-shot-*"), what="the shot file to be removed")
+
+    def test_escape_in_the_selector_leaves_the_popover_closed_and_nothing_attached(self):
+        app = self.screenshot_shortcut_with(["--cancel"])
+        # The selector has let go: nothing is to happen now, and 1.5 s is long enough to see it if
+        # it did (maim ends and the app answers within milliseconds).
+        deadline = time.monotonic() + 1.5
+        while time.monotonic() < deadline:
+            self.assertFalse(app.popover_visible())
+            time.sleep(0.05)
+        self.assertEqual(self.pictures("norvanebar-*"), [])
 
     def test_the_preset_of_the_settings_is_the_one_bound(self):
         app = self.start({"hotKeyPreset": "optionShiftN"})

@@ -11,7 +11,7 @@ from demo_steps import click_on, keys, norvanebar, screenshot, scroll_into_windo
 from accessibility import press  # noqa: E402
 from norvanebar_app import click, wait_until, xembed_icon_window  # noqa: E402
 
-TABS = ("account", "fields", "templates", "general")
+TABS = ("account", "fields", "templates", "general", "attachments")
 
 
 def visible_windows():
@@ -77,7 +77,7 @@ def account_menu(ui, out, app):
     app.wait_popover(True)
     press(ui, "Switch Norvane account")
     shown(ui, "Add Account…")
-    screenshot(out, "S5-account-menu-with-two-accounts.png")
+    screenshot(out, "S6-account-menu-with-two-accounts.png")
     press(ui, "Ada Okafor (ada@northwind.example)")
     shown(ui, "Signed in as Ada Okafor")
 

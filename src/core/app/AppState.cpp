@@ -47,6 +47,7 @@ AppState::AppState(AppEnvironment environment, QObject* parent)
     , m_notifications(*environment.notificationCenter, *environment.linkActions, environment.remindersPath,
                       std::move(environment.clock), environment.wallClockAlarms())
     , m_linkActions(*environment.linkActions)
+    , m_storageCredentials(environment.secrets)
     , m_submitQueue(m_notifications, m_uploadQueue, m_storageProviders, m_settings)
     , m_submit(m_draft, m_settings, m_location, m_client, m_submitQueue, m_notifications)
     , m_dueCount(m_client, m_settings,

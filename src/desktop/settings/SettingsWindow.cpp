@@ -11,7 +11,8 @@ SettingsWindow::SettingsWindow(AppState& app, LoginItem& loginItem, HotKeyManage
     , m_templates(app.settings(), app.location(), app.serviceAddresses().webBaseURL)
     , m_general(app, loginItem)
     , m_shortcuts(app.settings(), hotKeys)
-    , m_quickLinks(app.settings(), app.serviceAddresses()) {}
+    , m_quickLinks(app.settings(), app.serviceAddresses())
+    , m_storage(app) {}
 
 QQuickView& SettingsWindow::view() {
     prepare();
@@ -19,11 +20,14 @@ QQuickView& SettingsWindow::view() {
 }
 
 void SettingsWindow::setCurrentTab(int tab) {
-    if (tab < int(SettingsTab::account) || tab > int(SettingsTab::general) || tab == int(m_currentTab)) {
+    if (tab < int(SettingsTab::account) || tab > int(SettingsTab::attachments) || tab == int(m_currentTab)) {
         return;
     }
     m_currentTab = SettingsTab(tab);
     emit currentTabChanged();
+    if (m_currentTab == SettingsTab::attachments && m_view && m_view->isVisible()) {
+        m_storage.appeared();
+    }
 }
 
 void SettingsWindow::showTab(SettingsTab tab) {
@@ -39,6 +43,9 @@ void SettingsWindow::showSettings() {
     m_view->show();
     m_view->raise();
     m_view->requestActivate();
+    if (m_currentTab == SettingsTab::attachments) {
+        m_storage.appeared();
+    }
 }
 
 void SettingsWindow::prepare() {
@@ -57,7 +64,8 @@ void SettingsWindow::prepare() {
                                   {QStringLiteral("templates"), QVariant::fromValue(&m_templates)},
                                   {QStringLiteral("general"), QVariant::fromValue(&m_general)},
                                   {QStringLiteral("shortcuts"), QVariant::fromValue(&m_shortcuts)},
-                                  {QStringLiteral("quickLinks"), QVariant::fromValue(&m_quickLinks)}});
+                                  {QStringLiteral("quickLinks"), QVariant::fromValue(&m_quickLinks)},
+                                  {QStringLiteral("storage"), QVariant::fromValue(&m_storage)}});
     m_view->setSource(QUrl(QStringLiteral("qrc:/qt/qml/NorvaneBar/settings/qml/SettingsView.qml")));
     // As in the popover: Qt 6.4's Fusion style takes the application's palette only when it
     // changes, so the content takes it now.

@@ -5,6 +5,7 @@
 #include "core/settings/SettingsTab.h"
 #include "core/shell/HotKeyManager.h"
 #include "desktop/auth/AccountsViewModel.h"
+#include "desktop/settings/AttachmentStorageViewModel.h"
 #include "desktop/settings/FieldVisibilityViewModel.h"
 #include "desktop/settings/GeneralSettingsViewModel.h"
 #include "desktop/settings/QuickLinksViewModel.h"
@@ -16,7 +17,7 @@
 #include <QtQml/qqmlregistration.h>
 #include <memory>
 
-// The settings window: the tabs "Account", "Fields", "Templates" and "General", each change saved
+// The settings window: the tabs "Account", "Fields", "Templates", "General" and "Attachments", each change saved
 // at once. One window for the life of the app: opening it again brings it to the front. Ctrl+Tab
 // and Ctrl+Page Down move to the next tab, Escape closes it.
 class SettingsWindow : public QObject {
@@ -37,6 +38,7 @@ public:
     GeneralSettingsViewModel& general() { return m_general; }
     ShortcutSettingsViewModel& shortcuts() { return m_shortcuts; }
     QuickLinksViewModel& quickLinks() { return m_quickLinks; }
+    AttachmentStorageViewModel& storage() { return m_storage; }
 
     int currentTab() const { return int(m_currentTab); }
     void setCurrentTab(int tab);
@@ -58,6 +60,7 @@ private:
     GeneralSettingsViewModel m_general;
     ShortcutSettingsViewModel m_shortcuts;
     QuickLinksViewModel m_quickLinks;
+    AttachmentStorageViewModel m_storage;
     SettingsTab m_currentTab = SettingsTab::account;
     // After the models, so that the pages are gone before the models they show.
     std::unique_ptr<QQuickView> m_view;

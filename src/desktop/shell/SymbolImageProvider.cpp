@@ -62,6 +62,8 @@ const QHash<QString, QStringList>& themeNames() {
         {QStringLiteral("minus.circle.fill"), {QStringLiteral("list-remove-symbolic"), QStringLiteral("list-remove")}},
         {QStringLiteral("trash"), {QStringLiteral("user-trash-symbolic"), QStringLiteral("user-trash")}},
         {QStringLiteral("pencil"), {QStringLiteral("document-edit-symbolic"), QStringLiteral("document-edit")}},
+        {QStringLiteral("paperclip"), {QStringLiteral("mail-attachment-symbolic"), QStringLiteral("mail-attachment")}},
+        {QStringLiteral("circle"), {}},
     };
     return names;
 }

@@ -144,22 +144,23 @@ private slots:
         QFile::remove(autostartFolder());
     }
 
-    void theWindowShowsItsFourTabsInOrderWithTheirSymbols() {
+    void theWindowShowsItsFiveTabsInOrderWithTheirSymbols() {
         show(SettingsTab::fields);
         QCOMPARE(view().title(), QStringLiteral("NorvaneBar Settings"));
         const QStringList names{QStringLiteral("accountTab"), QStringLiteral("fieldsTab"),
-                                QStringLiteral("templatesTab"), QStringLiteral("generalTab")};
+                                QStringLiteral("templatesTab"), QStringLiteral("generalTab"),
+                                QStringLiteral("attachmentsTab")};
         const QStringList labels{QStringLiteral("Account"), QStringLiteral("Fields"), QStringLiteral("Templates"),
-                                 QStringLiteral("General")};
+                                 QStringLiteral("General"), QStringLiteral("Attachments")};
         const QStringList symbols{QStringLiteral("person.crop.circle"), QStringLiteral("slider.horizontal.3"),
-                                  QStringLiteral("doc.on.doc"), QStringLiteral("gearshape")};
+                                  QStringLiteral("doc.on.doc"), QStringLiteral("gearshape"),
+                                  QStringLiteral("paperclip")};
         for (qsizetype index = 0; index < names.size(); ++index) {
             QQuickItem* tab = item(names[index]);
             QVERIFY2(tab, qPrintable(names[index]));
             QCOMPARE(tab->property("text").toString(), labels[index]);
             QCOMPARE(tab->property("symbol").toString(), symbols[index]);
         }
-        QVERIFY(!item(QStringLiteral("attachmentsTab")));
     }
 
     void controlTabAndControlPageDownMoveThroughTheTabs() {
@@ -171,11 +172,13 @@ private slots:
         key(Qt::Key_PageDown, Qt::ControlModifier);
         QTRY_COMPARE(m_window->currentTab(), int(SettingsTab::general));
         key(Qt::Key_Tab, Qt::ControlModifier);
+        QTRY_COMPARE(m_window->currentTab(), int(SettingsTab::attachments));
+        key(Qt::Key_Tab, Qt::ControlModifier);
         QTRY_COMPARE(m_window->currentTab(), int(SettingsTab::account));
         key(Qt::Key_PageUp, Qt::ControlModifier);
-        QTRY_COMPARE(m_window->currentTab(), int(SettingsTab::general));
+        QTRY_COMPARE(m_window->currentTab(), int(SettingsTab::attachments));
         key(Qt::Key_Backtab, Qt::ControlModifier | Qt::ShiftModifier);
-        QTRY_COMPARE(m_window->currentTab(), int(SettingsTab::templates));
+        QTRY_COMPARE(m_window->currentTab(), int(SettingsTab::general));
     }
 
     void tabReachesEveryControlOfTheFieldsTab() {
@@ -184,7 +187,7 @@ private slots:
         QVERIFY(customFields > 1);
         const QSet<QString> reached = tabRound();
         QStringList expected{QStringLiteral("accountTab"), QStringLiteral("fieldsTab"), QStringLiteral("templatesTab"),
-                             QStringLiteral("generalTab")};
+                             QStringLiteral("generalTab"), QStringLiteral("attachmentsTab")};
         for (int field = 0; field < 5; ++field) {
             expected.append(QStringLiteral("defaultField%1").arg(field));
         }
@@ -597,8 +600,8 @@ private slots:
         QVERIFY(tabTo(QStringLiteral("launchAtLogin")));
         key(Qt::Key_Space);
         QTRY_VERIFY(item(QStringLiteral("loginItemError"))->isVisible());
-        QVERIFY2(QuickItems::plainText(item(QStringLiteral("loginItemError"))).contains(autostartFolder()),
-                 qPrintable(QuickItems::plainText(item(QStringLiteral("loginItemError")))));
+        QVERIFY2(QuickItems::plainText(item(QStringLiteral("loginItemErrorText"))).contains(autostartFolder()),
+                 qPrintable(QuickItems::plainText(item(QStringLiteral("loginItemErrorText")))));
         QVERIFY(!item(QStringLiteral("launchAtLogin"))->property("checked").toBool());
     }
 
@@ -665,6 +668,92 @@ private slots:
         m_window->showSettings();
         QVERIFY(QTest::qWaitForWindowActive(&view()));
         QCOMPARE(m_window->currentTab(), int(SettingsTab::account));
+    }
+
+    void theAttachmentsTabShowsTheChosenProvidersSectionAndNote() {
+        show(SettingsTab::attachments);
+        const QStringList sections{QStringLiteral("cloudinarySection"), QStringLiteral("cloudflareR2Section"),
+                                   QStringLiteral("googleDriveSection")};
+        QVERIFY(tabTo(QStringLiteral("storageProvider")));
+        QCOMPARE(item(QStringLiteral("storageProvider"))->property("currentText").toString(),
+                 QStringLiteral("Norvane"));
+        QCOMPARE(item(QStringLiteral("providerNote"))->property("text").toString(),
+                 QStringLiteral("Attachments upload directly to Norvane when you create a task."));
+        for (const QString& section : sections) {
+            QVERIFY(!item(section)->isVisible());
+        }
+        const QStringList kinds{QStringLiteral("cloudinary"), QStringLiteral("cloudflareR2"),
+                                QStringLiteral("googleDrive")};
+        for (qsizetype shown = 0; shown < sections.size(); ++shown) {
+            key(Qt::Key_Down);
+            QTRY_COMPARE(settingsFile().value(QStringLiteral("storageProvider")).toString(), kinds[shown]);
+            for (qsizetype section = 0; section < sections.size(); ++section) {
+                QCOMPARE(item(sections[section])->isVisible(), section == shown);
+            }
+        }
+        QCOMPARE(item(QStringLiteral("providerNote"))->property("text").toString(),
+                 QStringLiteral("External providers upload files before task creation and insert viewable links "
+                                "into the task description. Norvane stores files as native attachments."));
+    }
+
+    void theProvidersTextsAreSavedAsTheyAreTyped() {
+        app().settings().set(&AppSettings::storageProvider, StorageProviderKind::cloudflareR2);
+        show(SettingsTab::attachments);
+        const QList<std::pair<QString, QString>> fields{
+            {QStringLiteral("accountIDField"), QStringLiteral("cloudflareR2AccountID")},
+            {QStringLiteral("bucketField"), QStringLiteral("cloudflareR2Bucket")},
+            {QStringLiteral("publicURLBaseField"), QStringLiteral("cloudflareR2PublicURLBase")}};
+        for (const auto& [field, settingsKey] : fields) {
+            QVERIFY2(tabTo(field), qPrintable(field));
+            type(QStringLiteral("<b>R&D</b> ") + field);
+            QTRY_COMPARE(settingsFile().value(settingsKey).toString(), QStringLiteral("<b>R&D</b> ") + field);
+        }
+        // The key pair stays out of the settings file until the test stores it in the keyring.
+        QVERIFY(tabTo(QStringLiteral("accessKeyIDField")));
+        type(QStringLiteral("AKIDEXAMPLE"));
+        QVERIFY(tabTo(QStringLiteral("secretAccessKeyField")));
+        QCOMPARE(item(QStringLiteral("secretAccessKeyField"))->property("echoMode").toInt(), int(2));
+        type(QStringLiteral("wJalrXUtnFEMI"));
+        QVERIFY(!QJsonDocument(settingsFile()).toJson().contains("AKIDEXAMPLE"));
+        QCOMPARE(m_window->storage().r2AccessKeyID(), QStringLiteral("AKIDEXAMPLE"));
+        QCOMPARE(m_window->storage().r2SecretAccessKey(), QStringLiteral("wJalrXUtnFEMI"));
+    }
+
+    void testConnectionStoresTheKeyPairAndShowsItsResult() {
+        show(SettingsTab::attachments);
+        m_window->storage().setR2AccessKeyID(QStringLiteral("AKIDEXAMPLE"));
+        m_window->storage().setR2SecretAccessKey(QStringLiteral("secret"));
+        QVERIFY(tabTo(QStringLiteral("testConnection")));
+        key(Qt::Key_Space);
+        QTRY_VERIFY(item(QStringLiteral("testResult"))->isVisible());
+        QCOMPARE(QuickItems::plainText(item(QStringLiteral("testResultText"))),
+                 QStringLiteral("Select an external storage provider first."));
+        QCOMPARE(item(QStringLiteral("testResult"))->property("symbol").toString(),
+                 QStringLiteral("xmark.circle.fill"));
+        const QString service = KeychainStore::appService;
+        QCOMPARE(m_fixture->memorySecrets().item(service, QStringLiteral("cloudflare-r2-access-key")),
+                 std::optional(QByteArray("AKIDEXAMPLE")));
+        QCOMPARE(m_fixture->memorySecrets().item(service, QStringLiteral("cloudflare-r2-secret-key")),
+                 std::optional(QByteArray("secret")));
+    }
+
+    void theStoredKeyPairAndGoogleConnectionAreReadWhenTheTabAppears() {
+        const QString service = KeychainStore::appService;
+        m_fixture->memorySecrets().setItem(service, QStringLiteral("cloudflare-r2-access-key"), "stored-id");
+        m_fixture->memorySecrets().setItem(service, QStringLiteral("cloudflare-r2-secret-key"), "stored-secret");
+        m_fixture->memorySecrets().setItem(service, QStringLiteral("google-drive-refresh-token"), "refresh");
+        app().settings().set(&AppSettings::storageProvider, StorageProviderKind::cloudflareR2);
+        show(SettingsTab::general);
+        key(Qt::Key_Tab, Qt::ControlModifier);
+        QTRY_COMPARE(item(QStringLiteral("accessKeyIDField"))->property("text").toString(),
+                     QStringLiteral("stored-id"));
+        QCOMPARE(item(QStringLiteral("secretAccessKeyField"))->property("text").toString(),
+                 QStringLiteral("stored-secret"));
+        app().settings().set(&AppSettings::storageProvider, StorageProviderKind::googleDrive);
+        QTRY_COMPARE(item(QStringLiteral("googleConnection"))->property("text").toString(),
+                     QStringLiteral("Connected"));
+        QCOMPARE(item(QStringLiteral("googleConnection"))->property("symbol").toString(),
+                 QStringLiteral("checkmark.circle.fill"));
     }
 };
 

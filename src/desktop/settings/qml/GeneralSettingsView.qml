@@ -113,28 +113,12 @@ SettingsPage {
     }
 
     // The mark says it is an error; the text keeps the window's text colour.
-    RowLayout {
-        Layout.fillWidth: true
+    StatusLine {
+        objectName: "loginItemError"
         visible: root.general.loginItemError.length > 0
-        spacing: 8
-
-        Image {
-            Layout.alignment: Qt.AlignTop
-            source: root.general.loginItemError.length > 0 ? "image://symbol/xmark.circle.fill" : ""
-            sourceSize.width: 16
-            sourceSize.height: 16
-            Accessible.ignored: true
-        }
-
-        Label {
-            objectName: "loginItemError"
-            Layout.fillWidth: true
-            wrapMode: Text.WordWrap
-            textFormat: Text.PlainText
-            text: root.general.loginItemError
-            Accessible.role: Accessible.AlertMessage
-            Accessible.name: text
-        }
+        symbol: "xmark.circle.fill"
+        text: root.general.loginItemError
+        accessibleRole: Accessible.AlertMessage
     }
 
     BookmarkSettingsSection {

@@ -16,8 +16,9 @@ Page {
     required property GeneralSettingsViewModel general
     required property ShortcutSettingsViewModel shortcuts
     required property QuickLinksViewModel quickLinks
+    required property AttachmentStorageViewModel storage
 
-    readonly property int tabCount: 4
+    readonly property int tabCount: 5
 
     function moveTab(step: int) {
         root.settingsWindow.currentTab = (root.settingsWindow.currentTab + step + root.tabCount) % root.tabCount;
@@ -67,6 +68,12 @@ Page {
             text: qsTr("General")
             symbol: "gearshape"
         }
+
+        SettingsTabButton {
+            objectName: "attachmentsTab"
+            text: qsTr("Attachments")
+            symbol: "paperclip"
+        }
     }
 
     StackLayout {
@@ -89,6 +96,10 @@ Page {
             general: root.general
             shortcuts: root.shortcuts
             quickLinks: root.quickLinks
+        }
+
+        AttachmentStorageSettingsView {
+            storage: root.storage
         }
     }
 }

@@ -1,0 +1,109 @@
+#include "core/storage/AttachmentStorageSettings.h"
+
+#include "core/auth/StorageCredentialError.h"
+#include "core/storage/StorageProviderError.h"
+
+#include <QCoreApplication>
+#include <QPointer>
+
+AttachmentStorageSettings::AttachmentStorageSettings(SettingsStore& settings, const StorageProviderRegistry& providers,
+                                                     const StorageCredentialStore& credentials, QObject* parent)
+    : QObject(parent)
+    , m_settings(settings)
+    , m_providers(providers)
+    , m_credentials(credentials) {}
+
+void AttachmentStorageSettings::setR2AccessKeyID(QString accessKeyID) {
+    m_r2AccessKeyID = std::move(accessKeyID);
+    ++m_r2Edits;
+}
+
+void AttachmentStorageSettings::setR2SecretAccessKey(QString secretAccessKey) {
+    m_r2SecretAccessKey = std::move(secretAccessKey);
+    ++m_r2Edits;
+}
+
+QCoro::Task<> AttachmentStorageSettings::loadR2Credentials() {
+    QPointer<AttachmentStorageSettings> self(this);
+    const quint64 editsBefore = m_r2Edits;
+    QCoro::Task<std::optional<QString>> readingAccessKey = m_credentials.accessKeyStore.read();
+    const std::optional<QString> accessKeyID = co_await std::move(readingAccessKey);
+    if (!self) {
+        co_return;
+    }
+    QCoro::Task<std::optional<QString>> readingSecret = m_credentials.secretKeyStore.read();
+    const std::optional<QString> secretAccessKey = co_await std::move(readingSecret);
+    if (!self || m_r2Edits != editsBefore) {
+        co_return;
+    }
+    m_r2AccessKeyID = accessKeyID.value_or(QString());
+    m_r2SecretAccessKey = secretAccessKey.value_or(QString());
+    emit r2CredentialsLoaded();
+}
+
+QCoro::Task<> AttachmentStorageSettings::saveR2Credentials() {
+    const QString accessKeyID = m_r2AccessKeyID.trimmed();
+    const QString secretAccessKey = m_r2SecretAccessKey.trimmed();
+    if (accessKeyID.isEmpty() || secretAccessKey.isEmpty()) {
+        co_return;
+    }
+    QPointer<AttachmentStorageSettings> self(this);
+    try {
+        QCoro::Task<> storing = m_credentials.setR2Credentials(accessKeyID, secretAccessKey);
+        co_await std::move(storing);
+    } catch (const StorageCredentialError& error) {
+        if (self) {
+            showResult(error.errorDescription(), false);
+        }
+    }
+}
+
+QCoro::Task<> AttachmentStorageSettings::testConnection() {
+    QPointer<AttachmentStorageSettings> self(this);
+    QCoro::Task<> saving = saveR2Credentials();
+    co_await std::move(saving);
+    if (!self) {
+        co_return;
+    }
+    m_isTesting = true;
+    m_testResult.clear();
+    emit stateChanged();
+    const std::shared_ptr<const ExternalStorageProvider> provider = m_providers.makeProvider(m_settings.settings());
+    m_isTesting = false;
+    if (!provider) {
+        showResult(tr("Select an external storage provider first."), false);
+        co_return;
+    }
+    try {
+        provider->validateConfiguration();
+        showResult(provider->displayName() + tr(" configuration looks valid."), true);
+    } catch (const StorageProviderError& error) {
+        showResult(error.errorDescription(), false);
+    }
+}
+
+QCoro::Task<> AttachmentStorageSettings::refreshGoogleConnectionState() {
+    QPointer<AttachmentStorageSettings> self(this);
+    QCoro::Task<std::optional<QString>> readingRefreshToken = m_credentials.googleRefreshTokenStore.read();
+    std::optional<QString> token = co_await std::move(readingRefreshToken);
+    if (!self) {
+        co_return;
+    }
+    if (!token) {
+        QCoro::Task<std::optional<QString>> readingAccessToken = m_credentials.googleAccessTokenStore.read();
+        token = co_await std::move(readingAccessToken);
+        if (!self) {
+            co_return;
+        }
+    }
+    if (m_googleConnected != token.has_value()) {
+        m_googleConnected = token.has_value();
+        emit stateChanged();
+    }
+}
+
+void AttachmentStorageSettings::showResult(QString text, bool succeeded) {
+    m_testResult = std::move(text);
+    m_testSucceeded = succeeded;
+    emit stateChanged();
+}

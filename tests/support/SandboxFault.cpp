@@ -87,6 +87,12 @@ QJsonObject SandboxFault::toJson() const {
     if (bodyText) {
         rule.insert(QStringLiteral("bodyText"), *bodyText);
     }
+    if (body) {
+        rule.insert(QStringLiteral("body"), *body);
+    }
+    if (contentType) {
+        rule.insert(QStringLiteral("contentType"), *contentType);
+    }
     if (delayMs) {
         rule.insert(QStringLiteral("delayMs"), *delayMs);
     }

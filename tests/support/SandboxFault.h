@@ -17,6 +17,9 @@ struct SandboxFault {
     std::optional<QString> err;
     std::optional<QString> ecode;
     std::optional<QString> bodyText;
+    // Any JSON as the body, in place of the service's error object.
+    std::optional<QJsonValue> body;
+    std::optional<QString> contentType;
     std::optional<int> delayMs;
     bool drop = false;
     bool dropAfter = false;

@@ -1,5 +1,7 @@
 #include "core/app/AppState.h"
 
+#include "core/storage/CloudinaryProvider.h"
+
 #include <QNetworkReply>
 
 namespace {
@@ -58,6 +60,9 @@ AppState::AppState(AppEnvironment environment, QObject* parent)
     , m_screenshotCapture(environment.regionCaptureTool)
     , m_screenshots(m_screenshotCapture, m_settings, m_templates, m_draft,
                     [this] { setActiveTab(PopoverTab::compose); }) {
+    m_storageProviders.setFactory(StorageProviderKind::cloudinary, [this](const AppSettings& settings) {
+        return CloudinaryProvider::fromSettings(settings, &m_session);
+    });
     m_draft.setReminderLeadMinutes(m_settings.settings().defaultReminderLeadMinutes);
     // The status, tags and custom values of one list mean nothing in another.
     connect(&m_location, &LocationMemory::otherListSelected, &m_draft, &TaskDraft::clearListSpecificValues);

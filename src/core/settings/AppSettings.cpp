@@ -40,6 +40,7 @@ AppSettings AppSettings::fromJson(const Json::JsonObject& json) {
     readKey(json, QStringLiteral("storageProvider"), settings.storageProvider);
     readKey(json, QStringLiteral("cloudinaryCloudName"), settings.cloudinaryCloudName);
     readKey(json, QStringLiteral("cloudinaryUploadPreset"), settings.cloudinaryUploadPreset);
+    readKey(json, QStringLiteral("cloudinaryAPIBaseURL"), settings.cloudinaryAPIBaseURL);
     readKey(json, QStringLiteral("cloudflareR2AccountID"), settings.cloudflareR2AccountID);
     readKey(json, QStringLiteral("cloudflareR2Bucket"), settings.cloudflareR2Bucket);
     readKey(json, QStringLiteral("cloudflareR2PublicURLBase"), settings.cloudflareR2PublicURLBase);
@@ -78,6 +79,7 @@ QJsonObject AppSettings::toJson() const {
         .set(QStringLiteral("storageProvider"), storageProvider)
         .set(QStringLiteral("cloudinaryCloudName"), cloudinaryCloudName)
         .set(QStringLiteral("cloudinaryUploadPreset"), cloudinaryUploadPreset)
+        .set(QStringLiteral("cloudinaryAPIBaseURL"), cloudinaryAPIBaseURL)
         .set(QStringLiteral("cloudflareR2AccountID"), cloudflareR2AccountID)
         .set(QStringLiteral("cloudflareR2Bucket"), cloudflareR2Bucket)
         .set(QStringLiteral("cloudflareR2PublicURLBase"), cloudflareR2PublicURLBase)

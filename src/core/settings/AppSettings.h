@@ -46,6 +46,8 @@ struct AppSettings {
     StorageProviderKind storageProvider = StorageProviderKind::norvane;
     QString cloudinaryCloudName;
     QString cloudinaryUploadPreset;
+    // Replaces Cloudinary's REST API host (the part before /v1_1), for the sandbox.
+    std::optional<QString> cloudinaryAPIBaseURL;
     QString cloudflareR2AccountID;
     QString cloudflareR2Bucket;
     QString cloudflareR2PublicURLBase;

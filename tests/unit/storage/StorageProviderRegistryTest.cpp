@@ -3,6 +3,7 @@
 #include "support/TestMain.h"
 
 #include "support/RunTask.h"
+#include "support/StorageTesting.h"
 
 #include <QTest>
 
@@ -25,17 +26,9 @@ AppSettings settingsFor(StorageProviderKind kind) {
     settings.storageProvider = kind;
     return settings;
 }
-
-// The description the error ends with, or nothing when it throws none.
-template <typename Call> std::optional<StorageProviderError> failureOf(Call call) {
-    try {
-        call();
-    } catch (const StorageProviderError& error) {
-        return error;
-    }
-    return std::nullopt;
-}
 } // namespace
+
+using StorageTesting::failureOf;
 
 class StorageProviderRegistryTest : public QObject {
     Q_OBJECT

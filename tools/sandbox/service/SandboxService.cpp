@@ -1,6 +1,7 @@
 #include "sandbox/service/SandboxService.h"
 
 #include "sandbox/service/ApiErrors.h"
+#include "sandbox/storage/cloudinary/CloudinaryRoutes.h"
 #include "sandbox/store/SeedLoader.h"
 
 #include <QDateTime>
@@ -61,11 +62,15 @@ SandboxService::SandboxService(SandboxSettings settings, StoreData data)
     addAttachmentRoutes(m_api, m_apiEnvironment);
     addWebPages(m_web, m_store, m_settings.webBase);
     addAttachmentDownloads(m_web, m_store);
+    addCloudinaryRoutes(m_web, m_settings.webBase, m_settings.dataFolder);
     addAdminRoutes(m_admin, m_adminEnvironment);
 }
 
 bool SandboxService::streamsBody(const ServiceRequest& request) const {
-    return isAPI(request.segments) && m_api.streams(request.method, request.segments.mid(2));
+    if (isAPI(request.segments)) {
+        return m_api.streams(request.method, request.segments.mid(2));
+    }
+    return !isAdmin(request.segments) && m_web.streams(request.method, request.segments);
 }
 
 ServiceResponse SandboxService::handle(const ServiceRequest& request) {

@@ -21,7 +21,8 @@ struct SandboxSettings {
 };
 
 // The whole service apart from sockets: it takes a parsed request and gives its answer. The REST
-// API lives under /api/v2, the test endpoints under /_sandbox, the web pages everywhere else.
+// API lives under /api/v2, the test endpoints under /_sandbox, the web pages and the stand-ins of
+// storage services (Cloudinary) everywhere else.
 // Every request outside /_sandbox is logged and may be caught by a fault rule first.
 class SandboxService {
 public:

@@ -1,5 +1,7 @@
 #include "core/app/AppState.h"
 
+#include "core/storage/CloudflareR2Provider.h"
+
 #include <QNetworkReply>
 
 namespace {
@@ -47,6 +49,7 @@ AppState::AppState(AppEnvironment environment, QObject* parent)
     , m_notifications(*environment.notificationCenter, *environment.linkActions, environment.remindersPath,
                       std::move(environment.clock), environment.wallClockAlarms())
     , m_linkActions(*environment.linkActions)
+    , m_storageCredentials(environment.secrets)
     , m_submitQueue(m_notifications, m_uploadQueue, m_storageProviders, m_settings)
     , m_submit(m_draft, m_settings, m_location, m_client, m_submitQueue, m_notifications)
     , m_dueCount(m_client, m_settings,
@@ -58,6 +61,9 @@ AppState::AppState(AppEnvironment environment, QObject* parent)
     , m_screenshots(m_screenshotCapture, m_settings, m_templates, m_draft,
                     [this] { setActiveTab(PopoverTab::compose); }) {
     m_draft.setReminderLeadMinutes(m_settings.settings().defaultReminderLeadMinutes);
+    m_storageProviders.setFactory(StorageProviderKind::cloudflareR2, [this](const AppSettings& settings) {
+        return CloudflareR2Provider::make(settings, m_storageCredentials, &m_session);
+    });
     // The status, tags and custom values of one list mean nothing in another.
     connect(&m_location, &LocationMemory::otherListSelected, &m_draft, &TaskDraft::clearListSpecificValues);
     // "Retry" on a notification: the outcome comes back as a notification.

@@ -6,6 +6,7 @@
 #include "core/async/DayChange.h"
 #include "core/auth/AuthController.h"
 #include "core/auth/PersonalTokenProvider.h"
+#include "core/auth/StorageCredentialStore.h"
 #include "core/compose/TaskDraft.h"
 #include "core/compose/TemplateActions.h"
 #include "core/hierarchy/HierarchyStore.h"
@@ -74,6 +75,8 @@ public:
     NotificationScheduler& notifications() { return m_notifications; }
     LinkActions& linkActions() { return m_linkActions; }
     StorageProviderRegistry& storageProviders() { return m_storageProviders; }
+    // The keys of the external storage providers in the keyring.
+    const StorageCredentialStore& storageCredentials() const { return m_storageCredentials; }
     BackgroundSubmitQueue& submitQueue() { return m_submitQueue; }
     // The popover's submission: the session it follows, the mode of the composer, and the banner.
     SubmitController& submit() { return m_submit; }
@@ -128,6 +131,7 @@ private:
     DayChange m_dayChange;
     NotificationScheduler m_notifications;
     LinkActions& m_linkActions;
+    StorageCredentialStore m_storageCredentials;
     StorageProviderRegistry m_storageProviders;
     AttachmentUploadQueue m_uploadQueue;
     BackgroundSubmitQueue m_submitQueue;

@@ -340,7 +340,7 @@ private slots:
         QStringList sorted = keys;
         sorted.sort();
         QCOMPARE(keys, sorted);
-        QCOMPARE(keys.size(), alwaysWrittenKeys.size() + 7);
+        QCOMPARE(keys.size(), alwaysWrittenKeys.size() + 8);
     }
 
     void absentOptionalFieldsAreLeftOutAndAllOthersAreWritten() {

@@ -10,6 +10,8 @@
 #include "core/api/NorvaneClient.h"
 #include "core/auth/StaticTokenAuth.h"
 
+#include "bench/ProcessStatus.h"
+
 #include <QCoreApplication>
 #include <QCoroTask>
 #include <QDir>
@@ -19,27 +21,6 @@
 #include <cstdio>
 
 namespace {
-qint64 statusKiB(const char* field) {
-    QFile status(QStringLiteral("/proc/self/status"));
-    if (!status.open(QIODevice::ReadOnly)) {
-        return -1;
-    }
-    const QByteArray prefix = QByteArray(field) + ':';
-    for (const QByteArray& line : status.readAll().split('\n')) {
-        if (line.startsWith(prefix)) {
-            return line.mid(prefix.size()).trimmed().split(' ').first().toLongLong();
-        }
-    }
-    return -1;
-}
-
-void resetPeak() {
-    QFile refs(QStringLiteral("/proc/self/clear_refs"));
-    if (refs.open(QIODevice::WriteOnly)) {
-        refs.write("5");
-    }
-}
-
 QCoro::Task<int> run(const NorvaneClient& client, QString path, QUrl file) {
     QTemporaryFile warmUp;
     if (!warmUp.open() || warmUp.write("warm") != 4) {
@@ -50,14 +31,14 @@ QCoro::Task<int> run(const NorvaneClient& client, QString path, QUrl file) {
         client.uploadFromFile(path, QUrl::fromLocalFile(warmUp.fileName()), QStringLiteral("warm.txt"));
     co_await std::move(warming);
 
-    const qint64 before = statusKiB("VmRSS");
-    resetPeak();
+    const qint64 before = ProcessStatus::kiB("VmRSS");
+    ProcessStatus::resetPeak();
     QElapsedTimer timer;
     timer.start();
     QCoro::Task<TaskAttachment> uploading = client.uploadFromFile(path, file, file.fileName());
     const TaskAttachment attachment = co_await std::move(uploading);
     const double seconds = static_cast<double>(timer.nsecsElapsed()) / 1e9;
-    const qint64 peak = statusKiB("VmHWM");
+    const qint64 peak = ProcessStatus::kiB("VmHWM");
     const qsizetype left =
         QDir(QDir::tempPath()).entryList({QStringLiteral("norvanebar-upload-*")}, QDir::Files).size();
     std::printf("native_upload_time %.2f s\n", seconds);

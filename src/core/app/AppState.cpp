@@ -1,5 +1,6 @@
 #include "core/app/AppState.h"
 
+#include "core/storage/CloudflareR2Provider.h"
 #include "core/storage/CloudinaryProvider.h"
 
 #include <QNetworkReply>
@@ -64,6 +65,9 @@ AppState::AppState(AppEnvironment environment, QObject* parent)
         return CloudinaryProvider::fromSettings(settings, &m_session);
     });
     m_draft.setReminderLeadMinutes(m_settings.settings().defaultReminderLeadMinutes);
+    m_storageProviders.setFactory(StorageProviderKind::cloudflareR2, [this](const AppSettings& settings) {
+        return CloudflareR2Provider::make(settings, m_storageCredentials, &m_session);
+    });
     // The status, tags and custom values of one list mean nothing in another.
     connect(&m_location, &LocationMemory::otherListSelected, &m_draft, &TaskDraft::clearListSpecificValues);
     // "Retry" on a notification: the outcome comes back as a notification.

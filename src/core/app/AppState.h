@@ -75,6 +75,7 @@ public:
     NotificationScheduler& notifications() { return m_notifications; }
     LinkActions& linkActions() { return m_linkActions; }
     StorageProviderRegistry& storageProviders() { return m_storageProviders; }
+    // The keys of the external storage providers in the keyring.
     const StorageCredentialStore& storageCredentials() const { return m_storageCredentials; }
     BackgroundSubmitQueue& submitQueue() { return m_submitQueue; }
     // The popover's submission: the session it follows, the mode of the composer, and the banner.

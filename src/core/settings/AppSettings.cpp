@@ -52,6 +52,7 @@ AppSettings AppSettings::fromJson(const Json::JsonObject& json) {
     readKey(json, QStringLiteral("branchNameFormat"), settings.branchNameFormat);
     readKey(json, QStringLiteral("serviceAPIBaseURL"), settings.serviceAPIBaseURL);
     readKey(json, QStringLiteral("serviceWebBaseURL"), settings.serviceWebBaseURL);
+    readKey(json, QStringLiteral("cloudflareR2EndpointBaseURL"), settings.cloudflareR2EndpointBaseURL);
     return settings;
 }
 
@@ -91,5 +92,6 @@ QJsonObject AppSettings::toJson() const {
         .set(QStringLiteral("branchNameFormat"), branchNameFormat)
         .set(QStringLiteral("serviceAPIBaseURL"), serviceAPIBaseURL)
         .set(QStringLiteral("serviceWebBaseURL"), serviceWebBaseURL)
+        .set(QStringLiteral("cloudflareR2EndpointBaseURL"), cloudflareR2EndpointBaseURL)
         .object();
 }

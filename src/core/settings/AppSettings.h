@@ -63,6 +63,9 @@ struct AppSettings {
     // for the sandbox, a staging or a self-hosted service.
     std::optional<QString> serviceAPIBaseURL;
     std::optional<QString> serviceWebBaseURL;
+    // Replaces the base of Cloudflare's R2 S3 API (https://<account id>.r2.cloudflarestorage.com),
+    // for a local S3 server.
+    std::optional<QString> cloudflareR2EndpointBaseURL;
 
     // Absent optional fields are left out; all others are always written.
     static AppSettings fromJson(const Json::JsonObject& json);

@@ -68,7 +68,13 @@ QCoro::Task<> AttachmentStorageSettings::testConnection() {
     m_isTesting = true;
     m_testResult.clear();
     emit stateChanged();
-    const std::shared_ptr<const ExternalStorageProvider> provider = m_providers.makeProvider(m_settings.settings());
+    // The provider is made from what is stored, the key pair read back from the keyring.
+    QCoro::Task<std::shared_ptr<const ExternalStorageProvider>> making =
+        m_providers.makeProvider(m_settings.settings());
+    const std::shared_ptr<const ExternalStorageProvider> provider = co_await std::move(making);
+    if (!self) {
+        co_return;
+    }
     m_isTesting = false;
     if (!provider) {
         showResult(tr("Select an external storage provider first."), false);

@@ -14,6 +14,10 @@ AppSettings trimmedTexts(AppSettings settings) {
     }
     return settings;
 }
+
+QCoro::Task<StorageProviderRegistry::Provider> madeAlready(StorageProviderRegistry::Provider provider) {
+    co_return provider;
+}
 } // namespace
 
 QString StorageProviderRegistry::displayName(StorageProviderKind kind) {
@@ -31,18 +35,28 @@ QString StorageProviderRegistry::displayName(StorageProviderKind kind) {
 }
 
 void StorageProviderRegistry::setFactory(StorageProviderKind kind, Factory factory) {
+    if (!factory) {
+        m_factories.erase(kind);
+        return;
+    }
+    m_factories[kind] = [factory = std::move(factory)](const AppSettings& settings) {
+        return madeAlready(factory(settings));
+    };
+}
+
+void StorageProviderRegistry::setFactory(StorageProviderKind kind, AsyncFactory factory) {
     m_factories[kind] = std::move(factory);
 }
 
-std::shared_ptr<const ExternalStorageProvider>
-StorageProviderRegistry::makeProvider(const AppSettings& settings) const {
+QCoro::Task<StorageProviderRegistry::Provider> StorageProviderRegistry::makeProvider(AppSettings settings) const {
     const StorageProviderKind kind = settings.storageProvider;
     if (kind == StorageProviderKind::norvane) {
-        return nullptr;
+        co_return Provider();
     }
     const auto found = m_factories.find(kind);
     if (found == m_factories.end() || !found->second) {
-        return std::make_shared<UnavailableStorageProvider>(displayName(kind));
+        co_return Provider(std::make_shared<UnavailableStorageProvider>(displayName(kind)));
     }
-    return found->second(trimmedTexts(settings));
+    QCoro::Task<Provider> making = found->second(trimmedTexts(std::move(settings)));
+    co_return co_await std::move(making);
 }

@@ -6,7 +6,6 @@
 #include "core/storage/StorageProviderRegistry.h"
 #include "core/submit/BulkSubmitter.h"
 #include "core/submit/SubmitNotifier.h"
-#include "core/submit/TaskSubmitter.h"
 #include "core/support/Overloaded.h"
 
 #include <QCoreApplication>
@@ -75,11 +74,20 @@ void BackgroundSubmitQueue::retry(const QUuid& failedJobID, NorvaneClient client
     startTask(this, std::move(running));
 }
 
+QCoro::Task<std::optional<TaskSubmitter::Provider>> BackgroundSubmitQueue::currentProvider() const {
+    return awaitGuarded(LoadGuard(this), m_providers.makeProvider(m_settings.settings()));
+}
+
 QCoro::Task<> BackgroundSubmitQueue::runSingleJob(SubmitJobPayload payload, NorvaneClient client,
                                                   std::optional<QUuid> jobID, PhaseHandler onPhase, bool forceNotify) {
     const LoadGuard guard(this);
     const TaskSubmitter submitter(client, m_uploadQueue, m_notifier);
-    const TaskSubmitter::Provider provider = m_providers.makeProvider(m_settings.settings());
+    QCoro::Task<std::optional<TaskSubmitter::Provider>> making = currentProvider();
+    const std::optional<TaskSubmitter::Provider> made = co_await std::move(making);
+    if (!made) {
+        co_return;
+    }
+    const TaskSubmitter::Provider provider = *made;
     const bool usesExternal = provider && !payload.attachments.isEmpty();
     const AttachmentUploader::Progress progress = TaskSubmitter::uploadingPhases(onPhase);
 
@@ -170,7 +178,12 @@ QCoro::Task<> BackgroundSubmitQueue::runBulkJob(BulkSubmitJobPayload payload, No
 QCoro::Task<> BackgroundSubmitQueue::runUploadRetry(FailedSubmitJobs::UploadAttachments job, NorvaneClient client,
                                                     PhaseHandler onPhase, bool forceNotify) {
     const TaskSubmitter submitter(std::move(client), m_uploadQueue, m_notifier);
-    const TaskSubmitter::Provider provider = m_providers.makeProvider(m_settings.settings());
+    QCoro::Task<std::optional<TaskSubmitter::Provider>> making = currentProvider();
+    const std::optional<TaskSubmitter::Provider> made = co_await std::move(making);
+    if (!made) {
+        co_return;
+    }
+    const TaskSubmitter::Provider provider = *made;
     QCoro::Task<std::optional<QList<AttachmentUploadFailure>>> uploading = awaitGuarded(
         LoadGuard(this), provider ? submitter.retryUploadsToExternal(job.taskID, job.attachments, provider, onPhase)
                                   : submitter.retryUploads(job.taskID, job.attachments, onPhase));

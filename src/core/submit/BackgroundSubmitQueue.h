@@ -10,6 +10,7 @@
 #include "core/submit/SubmitJobPayload.h"
 #include "core/submit/SubmitJobResult.h"
 #include "core/submit/SubmitNotifier.h"
+#include "core/submit/TaskSubmitter.h"
 
 #include <QCoroTask>
 #include <QHash>
@@ -69,6 +70,8 @@ signals:
     void backgroundResult(const BackgroundJobResult& result);
 
 private:
+    // The provider of the settings of this moment; absent when the queue went meanwhile.
+    QCoro::Task<std::optional<TaskSubmitter::Provider>> currentProvider() const;
     QCoro::Task<> runSingleJob(SubmitJobPayload payload, NorvaneClient client, std::optional<QUuid> jobID,
                                PhaseHandler onPhase, bool forceNotify);
     // The retry of a creation whose answer was lost: looks for the task, and creates it only when it

@@ -307,7 +307,7 @@ private slots:
                                {QStringLiteral("cloudinaryAPIBaseURL"), m_sandbox.baseUrl().toString()}});
         AppState& app = fixture.start();
         const std::shared_ptr<const ExternalStorageProvider> made =
-            app.storageProviders().makeProvider(app.settings().settings());
+            runTask(app.storageProviders().makeProvider(app.settings().settings()));
         QVERIFY(made);
         QCOMPARE(made->displayName(), QStringLiteral("Cloudinary"));
         const QByteArray content = randomBytes(2'000);

@@ -60,6 +60,7 @@ AppSettings everyFieldSet() {
     settings.branchNameFormat = QStringLiteral(":taskId:");
     settings.serviceAPIBaseURL = QStringLiteral("http://127.0.0.1:8080/api/v2");
     settings.serviceWebBaseURL = QStringLiteral("http://127.0.0.1:8080");
+    settings.cloudflareR2EndpointBaseURL = QStringLiteral("http://127.0.0.9");
     return settings;
 }
 
@@ -203,6 +204,7 @@ private slots:
         QCOMPARE(settings.branchNameFormat, QStringLiteral(":taskId:_:taskName:_:username:"));
         QCOMPARE(settings.serviceAPIBaseURL, std::nullopt);
         QCOMPARE(settings.serviceWebBaseURL, std::nullopt);
+        QCOMPARE(settings.cloudflareR2EndpointBaseURL, std::nullopt);
     }
 
     void aFileFromAnOlderVersionKeepsItsSettingsAndTheAccountKeysTakeTheirDefaults() {
@@ -338,7 +340,7 @@ private slots:
         QStringList sorted = keys;
         sorted.sort();
         QCOMPARE(keys, sorted);
-        QCOMPARE(keys.size(), alwaysWrittenKeys.size() + 7);
+        QCOMPARE(keys.size(), alwaysWrittenKeys.size() + 8);
     }
 
     void absentOptionalFieldsAreLeftOutAndAllOthersAreWritten() {
@@ -355,6 +357,7 @@ private slots:
         QCOMPARE(written.value(QStringLiteral("serviceAPIBaseURL")).toString(),
                  QStringLiteral("http://127.0.0.1:5000/api/v2"));
         QVERIFY(!written.contains(QStringLiteral("serviceWebBaseURL")));
+        QVERIFY(!written.contains(QStringLiteral("cloudflareR2EndpointBaseURL")));
         QCOMPARE(SettingsStore(path()).settings().serviceAPIBaseURL, settings.serviceAPIBaseURL);
     }
 

@@ -5,6 +5,7 @@
 #include "support/RunTask.h"
 #include "support/StorageTesting.h"
 
+#include <QCoroTimer>
 #include <QTest>
 
 namespace {
@@ -20,6 +21,12 @@ public:
 
     const AppSettings settings;
 };
+
+// A factory that makes its provider after the event loop has turned once.
+QCoro::Task<StorageProviderRegistry::Provider> probeAfterAWait(AppSettings settings) {
+    co_await QCoro::sleepFor(std::chrono::milliseconds(0));
+    co_return std::make_shared<SettingsProbe>(std::move(settings));
+}
 
 AppSettings settingsFor(StorageProviderKind kind) {
     AppSettings settings;
@@ -49,7 +56,7 @@ private slots:
         StorageProviderRegistry registry;
         registry.setFactory(StorageProviderKind::norvane,
                             [](const AppSettings& settings) { return std::make_shared<SettingsProbe>(settings); });
-        QVERIFY(!registry.makeProvider(settingsFor(StorageProviderKind::norvane)));
+        QVERIFY(!runTask(registry.makeProvider(settingsFor(StorageProviderKind::norvane))));
     }
 
     void eachExternalKindGoesByItsName() {
@@ -64,7 +71,7 @@ private slots:
         const StorageProviderRegistry registry;
         for (const StorageProviderKind kind :
              {StorageProviderKind::cloudflareR2, StorageProviderKind::cloudinary, StorageProviderKind::googleDrive}) {
-            const auto provider = registry.makeProvider(settingsFor(kind));
+            const auto provider = runTask(registry.makeProvider(settingsFor(kind)));
             QVERIFY(provider);
             const QString name = StorageProviderRegistry::displayName(kind);
             QCOMPARE(provider->displayName(), name);
@@ -93,7 +100,7 @@ private slots:
         settings.cloudflareR2PublicURLBase = QStringLiteral(" https://pub.example.com/ ");
         settings.googleDriveFolderID = QStringLiteral(" folder\r\n");
 
-        const auto provider = std::dynamic_pointer_cast<const SettingsProbe>(registry.makeProvider(settings));
+        const auto provider = std::dynamic_pointer_cast<const SettingsProbe>(runTask(registry.makeProvider(settings)));
         QVERIFY(provider);
         QCOMPARE(provider->settings.cloudinaryCloudName, QStringLiteral("demo-cloud"));
         QCOMPARE(provider->settings.cloudinaryUploadPreset, QStringLiteral("unsigned"));
@@ -107,19 +114,30 @@ private slots:
         StorageProviderRegistry registry;
         registry.setFactory(StorageProviderKind::googleDrive,
                             [](const AppSettings& settings) { return std::make_shared<SettingsProbe>(settings); });
-        QVERIFY(registry.makeProvider(settingsFor(StorageProviderKind::googleDrive)));
+        QVERIFY(runTask(registry.makeProvider(settingsFor(StorageProviderKind::googleDrive))));
         QVERIFY(std::dynamic_pointer_cast<const SettingsProbe>(
-            registry.makeProvider(settingsFor(StorageProviderKind::googleDrive))));
+            runTask(registry.makeProvider(settingsFor(StorageProviderKind::googleDrive)))));
     }
 
     void aFactoryServesOnlyItsOwnKind() {
         StorageProviderRegistry registry;
         registry.setFactory(StorageProviderKind::cloudinary,
                             [](const AppSettings& settings) { return std::make_shared<SettingsProbe>(settings); });
-        const auto provider = registry.makeProvider(settingsFor(StorageProviderKind::cloudflareR2));
+        const auto provider = runTask(registry.makeProvider(settingsFor(StorageProviderKind::cloudflareR2)));
         QVERIFY(provider);
         QVERIFY(!std::dynamic_pointer_cast<const SettingsProbe>(provider));
         QCOMPARE(provider->displayName(), QStringLiteral("Cloudflare R2"));
+    }
+
+    void aFactoryThatWaitsGivesItsProviderOnceItIsMade() {
+        StorageProviderRegistry registry;
+        registry.setFactory(StorageProviderKind::cloudflareR2,
+                            [](const AppSettings& settings) { return probeAfterAWait(settings); });
+        AppSettings settings = settingsFor(StorageProviderKind::cloudflareR2);
+        settings.cloudflareR2Bucket = QStringLiteral(" bucket ");
+        const auto provider = std::dynamic_pointer_cast<const SettingsProbe>(runTask(registry.makeProvider(settings)));
+        QVERIFY(provider);
+        QCOMPARE(provider->settings.cloudflareR2Bucket, QStringLiteral("bucket"));
     }
 };
 

@@ -18,6 +18,7 @@
 #include "core/shell/PopoverTab.h"
 #include "core/shell/ScreenshotFlow.h"
 #include "core/shell/StatusItemBadgeModel.h"
+#include "core/storage/GoogleDriveAuthManager.h"
 #include "core/storage/StorageProviderRegistry.h"
 #include "core/submit/AttachmentUploadQueue.h"
 #include "core/submit/BackgroundSubmitQueue.h"
@@ -43,6 +44,8 @@ struct AppEnvironment {
     WallClockAlarms wallClockAlarms;
     // The desktop's tool for screenshots of a region; none means there are none.
     RegionCaptureTool* regionCaptureTool = nullptr;
+    // Registers the program for the browser's answer to a Google sign-in; none needs no registration.
+    CallbackScheme* callbackScheme = nullptr;
 };
 
 // The one central object and the place where NorvaneBar is put together: it builds the token
@@ -74,6 +77,8 @@ public:
     NotificationScheduler& notifications() { return m_notifications; }
     LinkActions& linkActions() { return m_linkActions; }
     StorageProviderRegistry& storageProviders() { return m_storageProviders; }
+    const StorageCredentialStore& storageCredentials() const { return m_storageCredentials; }
+    GoogleDriveAuthManager& googleDriveAuth() { return m_googleDriveAuth; }
     BackgroundSubmitQueue& submitQueue() { return m_submitQueue; }
     // The popover's submission: the session it follows, the mode of the composer, and the banner.
     SubmitController& submit() { return m_submit; }
@@ -118,6 +123,8 @@ private:
     TaskDraft m_draft;
     ServiceAddresses m_addresses;
     QNetworkAccessManager m_session;
+    StorageCredentialStore m_storageCredentials;
+    GoogleDriveAuthManager m_googleDriveAuth;
     DirectUploadSession m_uploadSession;
     NorvaneClient m_client;
     HierarchyStore m_hierarchy;

@@ -51,6 +51,11 @@ AppSettings AppSettings::fromJson(const Json::JsonObject& json) {
     readKey(json, QStringLiteral("branchNameFormat"), settings.branchNameFormat);
     readKey(json, QStringLiteral("serviceAPIBaseURL"), settings.serviceAPIBaseURL);
     readKey(json, QStringLiteral("serviceWebBaseURL"), settings.serviceWebBaseURL);
+    readKey(json, QStringLiteral("googleAccountsBaseURL"), settings.googleAccountsBaseURL);
+    readKey(json, QStringLiteral("googleOAuthTokenBaseURL"), settings.googleOAuthTokenBaseURL);
+    readKey(json, QStringLiteral("googleDriveAPIBaseURL"), settings.googleDriveAPIBaseURL);
+    readKey(json, QStringLiteral("googleDriveUploadBaseURL"), settings.googleDriveUploadBaseURL);
+    readKey(json, QStringLiteral("googleDriveWebBaseURL"), settings.googleDriveWebBaseURL);
     return settings;
 }
 
@@ -89,5 +94,10 @@ QJsonObject AppSettings::toJson() const {
         .set(QStringLiteral("branchNameFormat"), branchNameFormat)
         .set(QStringLiteral("serviceAPIBaseURL"), serviceAPIBaseURL)
         .set(QStringLiteral("serviceWebBaseURL"), serviceWebBaseURL)
+        .set(QStringLiteral("googleAccountsBaseURL"), googleAccountsBaseURL)
+        .set(QStringLiteral("googleOAuthTokenBaseURL"), googleOAuthTokenBaseURL)
+        .set(QStringLiteral("googleDriveAPIBaseURL"), googleDriveAPIBaseURL)
+        .set(QStringLiteral("googleDriveUploadBaseURL"), googleDriveUploadBaseURL)
+        .set(QStringLiteral("googleDriveWebBaseURL"), googleDriveWebBaseURL)
         .object();
 }

@@ -61,6 +61,13 @@ struct AppSettings {
     // for the sandbox, a staging or a self-hosted service.
     std::optional<QString> serviceAPIBaseURL;
     std::optional<QString> serviceWebBaseURL;
+    // Override Google's addresses (scheme, host and any leading path) for tests and the demo: its
+    // sign-in page, its token endpoint, the Drive API, Drive's upload endpoint and Drive's web pages.
+    std::optional<QString> googleAccountsBaseURL;
+    std::optional<QString> googleOAuthTokenBaseURL;
+    std::optional<QString> googleDriveAPIBaseURL;
+    std::optional<QString> googleDriveUploadBaseURL;
+    std::optional<QString> googleDriveWebBaseURL;
 
     // Absent optional fields are left out; all others are always written.
     static AppSettings fromJson(const Json::JsonObject& json);

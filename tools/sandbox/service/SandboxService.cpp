@@ -1,6 +1,7 @@
 #include "sandbox/service/SandboxService.h"
 
 #include "sandbox/service/ApiErrors.h"
+#include "sandbox/storage/google/GoogleRoutes.h"
 #include "sandbox/store/SeedLoader.h"
 
 #include <QDateTime>
@@ -62,6 +63,7 @@ SandboxService::SandboxService(SandboxSettings settings, StoreData data)
     addWebPages(m_web, m_store, m_settings.webBase);
     addAttachmentDownloads(m_web, m_store);
     addAdminRoutes(m_admin, m_adminEnvironment);
+    addGoogleRoutes(m_web, m_admin, m_settings.webBase);
 }
 
 bool SandboxService::streamsBody(const ServiceRequest& request) const {

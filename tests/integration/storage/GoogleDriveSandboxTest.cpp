@@ -29,7 +29,8 @@ QString sha256(const QByteArray& bytes) {
 }
 
 QString driveError(const QString& message) {
-    return QStringLiteral(R"({"error": {"code": 403, "message": "%1", "status": "PERMISSION_DENIED"}})").arg(message);
+    return QStringLiteral("{\"error\": {\"code\": 403, \"message\": \"%1\", \"status\": \"PERMISSION_DENIED\"}}")
+        .arg(message);
 }
 } // namespace
 
@@ -179,7 +180,7 @@ private slots:
         GoogleSandboxFixture google(m_sandbox);
         runTask(google.auth().signIn());
         SandboxFault refusal = SandboxFault::answer(QStringLiteral("/google/drive/v3/files/*/permissions"), 500);
-        refusal.bodyText = QStringLiteral(R"({"error": {"code": 500}})");
+        refusal.bodyText = QStringLiteral("{\"error\": {\"code\": 500}}");
         QVERIFY(m_sandbox.addFault(refusal));
         QCOMPARE(providerFailureOf(
                      providerOf(google, {}).upload(fileOf(QStringLiteral("f.txt"), 10), QStringLiteral("f.txt"))),
@@ -190,7 +191,7 @@ private slots:
         GoogleSandboxFixture google(m_sandbox);
         runTask(google.auth().signIn());
         SandboxFault refusal = SandboxFault::answer(QStringLiteral("/google/upload/drive/v3/files"), 503);
-        refusal.bodyText = QStringLiteral(R"({"error": {"code": 503, "status": "UNAVAILABLE"}})");
+        refusal.bodyText = QStringLiteral("{\"error\": {\"code\": 503, \"status\": \"UNAVAILABLE\"}}");
         QVERIFY(m_sandbox.addFault(refusal));
         QCOMPARE(providerFailureOf(
                      providerOf(google, {}).upload(fileOf(QStringLiteral("g.txt"), 10), QStringLiteral("g.txt"))),

@@ -129,7 +129,7 @@ private slots:
     void aRefusedExchangeShowsGooglesMessageAfterSignInFailed() {
         GoogleSandboxFixture google(m_sandbox);
         SandboxFault refusal = SandboxFault::answer(QStringLiteral("/google/token"), 400);
-        refusal.bodyText = QStringLiteral(R"({"error": "invalid_grant", "error_description": "Bad Request"})");
+        refusal.bodyText = QStringLiteral("{\"error\": \"invalid_grant\", \"error_description\": \"Bad Request\"}");
         QVERIFY(m_sandbox.addFault(refusal));
         QCOMPARE(authFailureOf(google.auth().signIn()), QStringLiteral("Google sign-in failed: Bad Request"));
         QVERIFY(!google.auth().isConnected());

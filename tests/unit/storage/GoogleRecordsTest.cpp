@@ -10,26 +10,28 @@ class GoogleRecordsTest : public QObject {
 private slots:
     void aTokenAnswerKeepsItsThreeFields() {
         const auto tokens = Json::decode<GoogleTokenResponse>(
-            Json::parse(R"({"access_token": "ya29.a", "refresh_token": "1//r", "expires_in": 3599, "scope": "s"})"),
+            Json::parse(
+                "{\"access_token\": \"ya29.a\", \"refresh_token\": \"1//r\", \"expires_in\": 3599, \"scope\": \"s\"}"),
             QStringLiteral("$"));
         QCOMPARE(tokens, (GoogleTokenResponse{QStringLiteral("ya29.a"), QStringLiteral("1//r"), 3599}));
     }
 
     void aTokenAnswerWithoutExpiryDoesNotDecode() {
-        QVERIFY_THROWS_EXCEPTION(DecodingError, Json::decode<GoogleTokenResponse>(
-                                                    Json::parse(R"({"access_token": "ya29.a"})"), QStringLiteral("$")));
+        QVERIFY_THROWS_EXCEPTION(
+            DecodingError,
+            Json::decode<GoogleTokenResponse>(Json::parse("{\"access_token\": \"ya29.a\"}"), QStringLiteral("$")));
     }
 
     void aGoogleRefusalGivesItsDescriptionElseItsCode_data() {
         QTest::addColumn<QByteArray>("body");
         QTest::addColumn<std::optional<QString>>("message");
-        QTest::newRow("description") << QByteArray(R"({"error": "invalid_grant", "error_description": "Bad"})")
+        QTest::newRow("description") << QByteArray("{\"error\": \"invalid_grant\", \"error_description\": \"Bad\"}")
                                      << std::optional(QStringLiteral("Bad"));
-        QTest::newRow("code alone") << QByteArray(R"({"error": "invalid_grant"})")
+        QTest::newRow("code alone") << QByteArray("{\"error\": \"invalid_grant\"}")
                                     << std::optional(QStringLiteral("invalid_grant"));
-        QTest::newRow("neither") << QByteArray(R"({"other": 1})") << std::optional<QString>();
+        QTest::newRow("neither") << QByteArray("{\"other\": 1}") << std::optional<QString>();
         QTest::newRow("wrong type is text")
-            << QByteArray(R"({"error": 5})") << std::optional(QStringLiteral(R"({"error": 5})"));
+            << QByteArray("{\"error\": 5}") << std::optional(QStringLiteral("{\"error\": 5}"));
         QTest::newRow("plain text") << QByteArray("Service Unavailable")
                                     << std::optional(QStringLiteral("Service Unavailable"));
         QTest::newRow("not UTF-8") << QByteArray("\xff\xfe") << std::optional<QString>();
@@ -44,13 +46,13 @@ private slots:
     void aDriveRefusalGivesTheMessageOfItsErrorObject_data() {
         QTest::addColumn<QByteArray>("body");
         QTest::addColumn<std::optional<QString>>("message");
-        QTest::newRow("message") << QByteArray(R"({"error": {"code": 403, "message": "Quota exceeded"}})")
+        QTest::newRow("message") << QByteArray("{\"error\": {\"code\": 403, \"message\": \"Quota exceeded\"}}")
                                  << std::optional(QStringLiteral("Quota exceeded"));
         QTest::newRow("error object without a message")
-            << QByteArray(R"({"error": {"code": 500}})") << std::optional<QString>();
-        QTest::newRow("no error object") << QByteArray(R"({})") << std::optional<QString>();
+            << QByteArray("{\"error\": {\"code\": 500}}") << std::optional<QString>();
+        QTest::newRow("no error object") << QByteArray("{}") << std::optional<QString>();
         QTest::newRow("error not an object is text")
-            << QByteArray(R"({"error": "x"})") << std::optional(QStringLiteral(R"({"error": "x"})"));
+            << QByteArray("{\"error\": \"x\"}") << std::optional(QStringLiteral("{\"error\": \"x\"}"));
         QTest::newRow("plain text") << QByteArray("Bad Gateway") << std::optional(QStringLiteral("Bad Gateway"));
         QTest::newRow("not UTF-8") << QByteArray("\xc3") << std::optional<QString>();
     }

@@ -1,7 +1,10 @@
 #include "core/app/AppState.h"
 
+#include "core/async/StartTask.h"
 #include "core/storage/CloudflareR2Provider.h"
 #include "core/storage/CloudinaryProvider.h"
+#include "core/storage/GoogleDriveProvider.h"
+#include "core/storage/GoogleOAuthClient.h"
 
 #include <QNetworkReply>
 
@@ -34,6 +37,14 @@ AppState::AppState(AppEnvironment environment, QObject* parent)
     , m_settings(settingsFile(environment.settingsPath))
     , m_draft(environment.clock)
     , m_addresses(ServiceAddresses::from(m_settings.settings()))
+    , m_storageCredentials(environment.secrets)
+    , m_googleDriveAuth({.credentials = m_storageCredentials,
+                         .session = &m_session,
+                         .addresses = GoogleAddresses::from(m_settings.settings()),
+                         .clientID = GoogleOAuthClient::builtInID(),
+                         .browser = environment.linkActions,
+                         .scheme = environment.callbackScheme,
+                         .clock = environment.clock})
     , m_client(m_tokenProvider, &m_session, &m_uploadSession, m_addresses.apiBaseURL, std::move(environment.sleeper),
                environment.clock)
     , m_hierarchy(m_client)
@@ -50,7 +61,6 @@ AppState::AppState(AppEnvironment environment, QObject* parent)
     , m_notifications(*environment.notificationCenter, *environment.linkActions, environment.remindersPath,
                       std::move(environment.clock), environment.wallClockAlarms())
     , m_linkActions(*environment.linkActions)
-    , m_storageCredentials(environment.secrets)
     , m_submitQueue(m_notifications, m_uploadQueue, m_storageProviders, m_settings)
     , m_submit(m_draft, m_settings, m_location, m_client, m_submitQueue, m_notifications)
     , m_dueCount(m_client, m_settings,
@@ -79,6 +89,11 @@ AppState::AppState(AppEnvironment environment, QObject* parent)
     connect(&m_auth, &AuthController::authStateChanged, this, &AppState::authStateChanged);
     connect(&m_location, &LocationMemory::currentContextChanged, this, &AppState::currentContextChanged);
     connect(&m_location, &LocationMemory::activeWorkspaceIDChanged, this, &AppState::activeWorkspaceIDChanged);
+    m_storageProviders.setFactory(StorageProviderKind::googleDrive, [this](const AppSettings& settings) {
+        return std::make_shared<GoogleDriveProvider>(settings.googleDriveFolderID, m_googleDriveAuth, &m_session,
+                                                     GoogleAddresses::from(settings));
+    });
+    startTask(&m_googleDriveAuth, m_googleDriveAuth.refreshConnectionState());
 }
 
 AppState::~AppState() {

@@ -19,6 +19,7 @@
 #include "core/shell/PopoverTab.h"
 #include "core/shell/ScreenshotFlow.h"
 #include "core/shell/StatusItemBadgeModel.h"
+#include "core/storage/GoogleDriveAuthManager.h"
 #include "core/storage/StorageProviderRegistry.h"
 #include "core/submit/AttachmentUploadQueue.h"
 #include "core/submit/BackgroundSubmitQueue.h"
@@ -44,6 +45,8 @@ struct AppEnvironment {
     WallClockAlarms wallClockAlarms;
     // The desktop's tool for screenshots of a region; none means there are none.
     RegionCaptureTool* regionCaptureTool = nullptr;
+    // Registers the program for the browser's answer to a Google sign-in; none needs no registration.
+    CallbackScheme* callbackScheme = nullptr;
 };
 
 // The one central object and the place where NorvaneBar is put together: it builds the token
@@ -77,6 +80,7 @@ public:
     StorageProviderRegistry& storageProviders() { return m_storageProviders; }
     // The keys of the external storage providers in the keyring.
     const StorageCredentialStore& storageCredentials() const { return m_storageCredentials; }
+    GoogleDriveAuthManager& googleDriveAuth() { return m_googleDriveAuth; }
     BackgroundSubmitQueue& submitQueue() { return m_submitQueue; }
     // The popover's submission: the session it follows, the mode of the composer, and the banner.
     SubmitController& submit() { return m_submit; }
@@ -121,6 +125,8 @@ private:
     TaskDraft m_draft;
     ServiceAddresses m_addresses;
     QNetworkAccessManager m_session;
+    StorageCredentialStore m_storageCredentials;
+    GoogleDriveAuthManager m_googleDriveAuth;
     DirectUploadSession m_uploadSession;
     NorvaneClient m_client;
     HierarchyStore m_hierarchy;
@@ -131,7 +137,6 @@ private:
     DayChange m_dayChange;
     NotificationScheduler m_notifications;
     LinkActions& m_linkActions;
-    StorageCredentialStore m_storageCredentials;
     StorageProviderRegistry m_storageProviders;
     AttachmentUploadQueue m_uploadQueue;
     BackgroundSubmitQueue m_submitQueue;

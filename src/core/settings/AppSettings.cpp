@@ -53,6 +53,11 @@ AppSettings AppSettings::fromJson(const Json::JsonObject& json) {
     readKey(json, QStringLiteral("serviceAPIBaseURL"), settings.serviceAPIBaseURL);
     readKey(json, QStringLiteral("serviceWebBaseURL"), settings.serviceWebBaseURL);
     readKey(json, QStringLiteral("cloudflareR2EndpointBaseURL"), settings.cloudflareR2EndpointBaseURL);
+    readKey(json, QStringLiteral("googleAccountsBaseURL"), settings.googleAccountsBaseURL);
+    readKey(json, QStringLiteral("googleOAuthTokenBaseURL"), settings.googleOAuthTokenBaseURL);
+    readKey(json, QStringLiteral("googleDriveAPIBaseURL"), settings.googleDriveAPIBaseURL);
+    readKey(json, QStringLiteral("googleDriveUploadBaseURL"), settings.googleDriveUploadBaseURL);
+    readKey(json, QStringLiteral("googleDriveWebBaseURL"), settings.googleDriveWebBaseURL);
     return settings;
 }
 
@@ -93,5 +98,10 @@ QJsonObject AppSettings::toJson() const {
         .set(QStringLiteral("serviceAPIBaseURL"), serviceAPIBaseURL)
         .set(QStringLiteral("serviceWebBaseURL"), serviceWebBaseURL)
         .set(QStringLiteral("cloudflareR2EndpointBaseURL"), cloudflareR2EndpointBaseURL)
+        .set(QStringLiteral("googleAccountsBaseURL"), googleAccountsBaseURL)
+        .set(QStringLiteral("googleOAuthTokenBaseURL"), googleOAuthTokenBaseURL)
+        .set(QStringLiteral("googleDriveAPIBaseURL"), googleDriveAPIBaseURL)
+        .set(QStringLiteral("googleDriveUploadBaseURL"), googleDriveUploadBaseURL)
+        .set(QStringLiteral("googleDriveWebBaseURL"), googleDriveWebBaseURL)
         .object();
 }

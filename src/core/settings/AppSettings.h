@@ -66,6 +66,13 @@ struct AppSettings {
     // Replaces the base of Cloudflare's R2 S3 API (https://<account id>.r2.cloudflarestorage.com),
     // for a local S3 server.
     std::optional<QString> cloudflareR2EndpointBaseURL;
+    // Override Google's addresses (scheme, host and any leading path) for tests and the demo: its
+    // sign-in page, its token endpoint, the Drive API, Drive's upload endpoint and Drive's web pages.
+    std::optional<QString> googleAccountsBaseURL;
+    std::optional<QString> googleOAuthTokenBaseURL;
+    std::optional<QString> googleDriveAPIBaseURL;
+    std::optional<QString> googleDriveUploadBaseURL;
+    std::optional<QString> googleDriveWebBaseURL;
 
     // Absent optional fields are left out; all others are always written.
     static AppSettings fromJson(const Json::JsonObject& json);

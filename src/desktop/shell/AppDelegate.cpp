@@ -11,7 +11,14 @@ AppDelegate::AppDelegate(QObject* parent)
 void AppDelegate::applicationDidFinishLaunching() {
     PopoverWindow& popover = m_pages.window();
     const auto toggleAtIcon = [this] { m_pages.window().toggle(m_statusItem.iconGeometry()); };
-    connect(&m_instance, &SingleInstance::messageReceived, this, toggleAtIcon);
+    connect(&m_instance, &SingleInstance::messageReceived, this, [this, toggleAtIcon](const InstanceMessage& message) {
+        if (message.callbackURL) {
+            // The browser's answer to a sign-in goes to the sign-in that waits for it.
+            m_app.googleDriveAuth().handleCallback(*message.callbackURL);
+        } else {
+            toggleAtIcon();
+        }
+    });
     connect(&m_control, &ControlService::toggleRequested, this, toggleAtIcon);
     connect(&m_statusItem, &StatusItem::clicked, &popover, &PopoverWindow::toggle);
     connect(&m_statusItem, &StatusItem::quitRequested, qApp, &QCoreApplication::quit);

@@ -13,6 +13,7 @@
 #include "platform/linux/DesktopRegionCaptureTool.h"
 #include "platform/linux/FreedesktopNotificationCenter.h"
 #include "platform/linux/PortalColorScheme.h"
+#include "platform/linux/SchemeHandlerEntry.h"
 #include "platform/linux/SecretServiceStore.h"
 #include "platform/linux/SingleInstance.h"
 #include "platform/linux/TimerFdAlarm.h"
@@ -52,11 +53,13 @@ private:
     FreedesktopNotificationCenter m_notificationCenter;
     DesktopLinkActions m_linkActions;
     DesktopRegionCaptureTool m_regionCapture;
+    SchemeHandlerEntry m_callbackScheme;
     AppState m_app{AppEnvironment{.secrets = &m_secrets,
                                   .notificationCenter = &m_notificationCenter,
                                   .linkActions = &m_linkActions,
                                   .wallClockAlarms = [] { return std::make_unique<TimerFdAlarm>(); },
-                                  .regionCaptureTool = &m_regionCapture}};
+                                  .regionCaptureTool = &m_regionCapture,
+                                  .callbackScheme = &m_callbackScheme}};
     SingleInstance m_instance;
     ControlService m_control;
     TrayHostWatcher m_trayHost;

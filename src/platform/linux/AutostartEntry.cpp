@@ -1,46 +1,13 @@
 #include "platform/linux/AutostartEntry.h"
 
+#include "platform/linux/DesktopEntryText.h"
+
 #include <QDir>
 #include <QFile>
 #include <QSaveFile>
 #include <QStandardPaths>
 
 namespace {
-// One argument of an Exec line: in double quotes, with ", `, $ and \ escaped by a backslash and
-// % doubled; then the value as a whole escapes its backslashes once more and spells out the
-// characters a line may not hold.
-QString quotedArgument(const QString& argument) {
-    QString quoted;
-    for (const QChar character : argument) {
-        if (character == u'"' || character == u'`' || character == u'$' || character == u'\\') {
-            quoted += u'\\';
-        } else if (character == u'%') {
-            quoted += u'%';
-        }
-        quoted += character;
-    }
-    QString value;
-    for (const QChar character : u'"' + quoted + u'"') {
-        switch (character.unicode()) {
-        case '\\':
-            value += QStringLiteral("\\\\");
-            break;
-        case '\n':
-            value += QStringLiteral("\\n");
-            break;
-        case '\t':
-            value += QStringLiteral("\\t");
-            break;
-        case '\r':
-            value += QStringLiteral("\\r");
-            break;
-        default:
-            value += character;
-        }
-    }
-    return value;
-}
-
 bool switchedOff(const QByteArray& line) {
     const QByteArray entry = line.trimmed();
     return entry == "Hidden=true" || entry == "X-GNOME-Autostart-enabled=false";
@@ -71,7 +38,7 @@ QByteArray AutostartEntry::contents(const QString& executable) {
                           "Exec=%1\n"
                           "Terminal=false\n"
                           "X-GNOME-Autostart-enabled=true\n")
-        .arg(quotedArgument(executable))
+        .arg(DesktopEntryText::execArgument(executable))
         .toUtf8();
 }
 

@@ -25,7 +25,7 @@ QString SingleInstance::socketPath() {
     return folder + QStringLiteral("/norvanebar.socket");
 }
 
-bool SingleInstance::handOver(InstanceMessage message) {
+bool SingleInstance::handOver(const InstanceMessage& message) {
     QLocalSocket socket;
     socket.connectToServer(socketPath());
     if (!socket.waitForConnected(handOverTimeoutMs)) {

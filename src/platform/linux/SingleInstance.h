@@ -14,12 +14,12 @@ public:
     explicit SingleInstance(QObject* parent = nullptr);
 
     // True when a running instance took the message; blocks for at most a moment.
-    static bool handOver(InstanceMessage message);
+    static bool handOver(const InstanceMessage& message);
     // Becomes the running instance, replacing a socket left behind by a crash.
     bool listen();
 
 signals:
-    void messageReceived(InstanceMessage message);
+    void messageReceived(const InstanceMessage& message);
 
 private:
     static QString socketPath();

@@ -26,16 +26,26 @@ class SingleInstanceTest : public QObject {
 private slots:
     void aLaterLaunchFindsNoInstanceWhenNoneRuns() {
         QLocalServer::removeServer(socketPath());
-        QVERIFY(!SingleInstance::handOver(InstanceMessage::togglePopover));
+        QVERIFY(!SingleInstance::handOver(InstanceMessage::togglePopover()));
     }
 
     void theRunningInstanceReceivesTheToggle() {
         SingleInstance instance;
         QVERIFY(instance.listen());
         QSignalSpy received(&instance, &SingleInstance::messageReceived);
-        QVERIFY(SingleInstance::handOver(InstanceMessage::togglePopover));
+        QVERIFY(SingleInstance::handOver(InstanceMessage::togglePopover()));
         QVERIFY(received.wait(2000));
-        QCOMPARE(received.takeFirst().at(0).value<InstanceMessage>(), InstanceMessage::togglePopover);
+        QCOMPARE(received.takeFirst().at(0).value<InstanceMessage>(), InstanceMessage::togglePopover());
+    }
+
+    void theRunningInstanceReceivesASignInCallback() {
+        SingleInstance instance;
+        QVERIFY(instance.listen());
+        QSignalSpy received(&instance, &SingleInstance::messageReceived);
+        const QUrl callback(QStringLiteral("com.norvanebar.app:/oauth/google?state=s&code=c"));
+        QVERIFY(SingleInstance::handOver(InstanceMessage::callback(callback)));
+        QVERIFY(received.wait(2000));
+        QCOMPARE(received.takeFirst().at(0).value<InstanceMessage>().callbackURL, std::optional(callback));
     }
 
     void aSocketLeftByACrashIsReplaced() {
@@ -50,7 +60,7 @@ private slots:
         SingleInstance instance;
         QVERIFY(instance.listen());
         QSignalSpy received(&instance, &SingleInstance::messageReceived);
-        QVERIFY(SingleInstance::handOver(InstanceMessage::togglePopover));
+        QVERIFY(SingleInstance::handOver(InstanceMessage::togglePopover()));
         QVERIFY(received.wait(2000));
     }
 
@@ -62,7 +72,7 @@ private slots:
         sendRaw(QByteArray(64 * 1024, 'x'));
         QVERIFY(!received.wait(300));
         // Still serving afterwards.
-        QVERIFY(SingleInstance::handOver(InstanceMessage::togglePopover));
+        QVERIFY(SingleInstance::handOver(InstanceMessage::togglePopover()));
         QVERIFY(received.wait(2000));
     }
 };

@@ -2,6 +2,7 @@
 
 #include "sandbox/service/ApiErrors.h"
 #include "sandbox/storage/cloudinary/CloudinaryRoutes.h"
+#include "sandbox/storage/google/GoogleRoutes.h"
 #include "sandbox/store/SeedLoader.h"
 
 #include <QDateTime>
@@ -64,6 +65,7 @@ SandboxService::SandboxService(SandboxSettings settings, StoreData data)
     addAttachmentDownloads(m_web, m_store);
     addCloudinaryRoutes(m_web, m_settings.webBase, m_settings.dataFolder);
     addAdminRoutes(m_admin, m_adminEnvironment);
+    addGoogleRoutes(m_web, m_admin, m_settings.webBase);
 }
 
 bool SandboxService::streamsBody(const ServiceRequest& request) const {

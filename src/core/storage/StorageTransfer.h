@@ -1,5 +1,7 @@
 #pragma once
 
+#include "core/storage/StorageTransferError.h"
+
 #include <QByteArray>
 #include <QNetworkAccessManager>
 #include <QNetworkReply>
@@ -7,21 +9,6 @@
 #include <QString>
 #include <optional>
 #include <qcoro/qcorotask.h>
-#include <stdexcept>
-
-// A request of a storage provider or its sign-in that got no answer: the network's own error and
-// words, passed on to the user as they are.
-class StorageTransferError : public std::runtime_error {
-public:
-    StorageTransferError(QNetworkReply::NetworkError error, const QString& errorString)
-        : std::runtime_error(errorString.toStdString())
-        , m_error(error) {}
-
-    QNetworkReply::NetworkError error() const { return m_error; }
-
-private:
-    QNetworkReply::NetworkError m_error;
-};
 
 // One request of a storage provider and its answer, read whole.
 namespace StorageTransfer {

@@ -174,7 +174,7 @@ private slots:
                                {QStringLiteral("cloudinaryUploadPreset"), QStringLiteral("\tunsigned ")}});
         AppState& app = fixture.start();
         const auto provider = std::dynamic_pointer_cast<const CloudinaryProvider>(
-            app.storageProviders().makeProvider(app.settings().settings()));
+            runTask(app.storageProviders().makeProvider(app.settings().settings())));
         QVERIFY(provider);
         QCOMPARE(provider->cloudName(), QStringLiteral("demo-cloud"));
         QCOMPARE(provider->uploadPreset(), QStringLiteral("unsigned"));

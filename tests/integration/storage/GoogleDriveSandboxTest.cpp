@@ -230,7 +230,7 @@ private slots:
         }
         AppState& app = fixture.start();
         QTRY_VERIFY(app.googleDriveAuth().isConnected());
-        const auto provider = app.storageProviders().makeProvider(app.settings().settings());
+        const auto provider = runTask(app.storageProviders().makeProvider(app.settings().settings()));
         QVERIFY(dynamic_cast<const GoogleDriveProvider*>(provider.get()));
         provider->validateConfiguration();
         runTask(provider->upload(fileOf(QStringLiteral("i.txt"), 10), QStringLiteral("i.txt")));

@@ -32,7 +32,7 @@ const QDBusArgument& operator>>(const QDBusArgument& argument, PortalShortcut& s
     argument.endStructure();
     return argument;
 }
-// A combination as the freedesktop shortcuts specification writes a trigger: "ALT+SHIFT+space",
+// A combination as the shortcuts portal takes a preferred trigger: "ALT+SHIFT+space",
 // "LOGO+SHIFT+space", "ALT+SHIFT+n".
 QString triggerOf(const QString& keys) {
     static const QMap<QString, QString> modifiers{{QStringLiteral("Alt"), QStringLiteral("ALT")},

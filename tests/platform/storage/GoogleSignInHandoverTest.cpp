@@ -87,7 +87,8 @@ private slots:
         runTask(auth.signIn(), std::chrono::seconds(60));
 
         QCOMPARE(handedOver, QList<QUrl>{browser.callback});
-        QVERIFY(browser.opener().waitForFinished(10'000));
+        QTRY_COMPARE_WITH_TIMEOUT(browser.opener().state(), QProcess::NotRunning, 10'000);
+        QCOMPARE(browser.opener().exitStatus(), QProcess::NormalExit);
         QCOMPARE(browser.opener().exitCode(), 0);
         QVERIFY(auth.isConnected());
         GoogleSandboxFixture google(m_sandbox);

@@ -7,11 +7,13 @@
 #include <QPointer>
 
 AttachmentStorageSettings::AttachmentStorageSettings(SettingsStore& settings, const StorageProviderRegistry& providers,
-                                                     const StorageCredentialStore& credentials, QObject* parent)
+                                                     const StorageCredentialStore& credentials,
+                                                     GoogleDriveAuthManager& googleAuth, QObject* parent)
     : QObject(parent)
     , m_settings(settings)
     , m_providers(providers)
-    , m_credentials(credentials) {}
+    , m_credentials(credentials)
+    , m_googleAuth(googleAuth) {}
 
 void AttachmentStorageSettings::setR2AccessKeyID(QString accessKeyID) {
     m_r2AccessKeyID = std::move(accessKeyID);
@@ -106,6 +108,49 @@ QCoro::Task<> AttachmentStorageSettings::refreshGoogleConnectionState() {
         m_googleConnected = token.has_value();
         emit stateChanged();
     }
+}
+
+QCoro::Task<> AttachmentStorageSettings::connectGoogle() {
+    if (m_isConnectingGoogle) {
+        co_return;
+    }
+    QPointer<AttachmentStorageSettings> self(this);
+    m_isConnectingGoogle = true;
+    emit stateChanged();
+    std::optional<QString> failure;
+    try {
+        QCoro::Task<> signingIn = m_googleAuth.signIn();
+        co_await std::move(signingIn);
+    } catch (const std::exception& error) {
+        // Every failure of a sign-in carries the text the user sees.
+        failure = QString::fromUtf8(error.what());
+    }
+    if (!self) {
+        co_return;
+    }
+    m_isConnectingGoogle = false;
+    if (failure) {
+        showResult(*failure, false);
+    } else {
+        showResult(tr("Connected to Google Drive."), true);
+    }
+    QCoro::Task<> refreshing = refreshGoogleConnectionState();
+    co_await std::move(refreshing);
+}
+
+void AttachmentStorageSettings::cancelConnectingGoogle() {
+    m_googleAuth.cancelSignIn();
+}
+
+QCoro::Task<> AttachmentStorageSettings::disconnectGoogle() {
+    QPointer<AttachmentStorageSettings> self(this);
+    QCoro::Task<> signingOut = m_googleAuth.signOut();
+    co_await std::move(signingOut);
+    if (!self) {
+        co_return;
+    }
+    QCoro::Task<> refreshing = refreshGoogleConnectionState();
+    co_await std::move(refreshing);
 }
 
 void AttachmentStorageSettings::showResult(QString text, bool succeeded) {

@@ -2,6 +2,7 @@
 
 #include "core/auth/StorageCredentialStore.h"
 #include "core/settings/SettingsStore.h"
+#include "core/storage/GoogleDriveAuthManager.h"
 #include "core/storage/StorageProviderRegistry.h"
 
 #include <QObject>
@@ -10,15 +11,16 @@
 
 // What the "Attachments" tab of the settings knows and does besides the settings it binds: the R2
 // key pair being typed, which is stored in the secret store and never in the settings file, the
-// result of "Test connection", and whether Google Drive is connected. A failure is shown as the
-// result; nothing here throws.
+// result of "Test connection" or of a Google sign-in, and whether Google Drive is connected. A
+// failure is shown as the result; nothing here throws.
 class AttachmentStorageSettings : public QObject {
     Q_OBJECT
 
 public:
-    // All three must outlive this object.
+    // All four must outlive this object.
     AttachmentStorageSettings(SettingsStore& settings, const StorageProviderRegistry& providers,
-                              const StorageCredentialStore& credentials, QObject* parent = nullptr);
+                              const StorageCredentialStore& credentials, GoogleDriveAuthManager& googleAuth,
+                              QObject* parent = nullptr);
 
     // The key pair as typed.
     const QString& r2AccessKeyID() const { return m_r2AccessKeyID; }
@@ -30,6 +32,7 @@ public:
     bool testSucceeded() const { return m_testSucceeded; }
     bool isTesting() const { return m_isTesting; }
     bool googleConnected() const { return m_googleConnected; }
+    bool isConnectingGoogle() const { return m_isConnectingGoogle; }
 
     // Fills the two key fields from the secret store, as the tab appears; what is typed while the
     // store answers stays.
@@ -42,9 +45,16 @@ public:
     QCoro::Task<> testConnection();
     // Connected while the refresh token, or failing that the access token, can be read.
     QCoro::Task<> refreshGoogleConnectionState();
+    // Signs in to Google in the browser; the result says "Connected to Google Drive." or why not.
+    // Either way the connection state is read again.
+    QCoro::Task<> connectGoogle();
+    // Ends a sign-in that waits for the browser, as the browser itself never reports a cancel.
+    void cancelConnectingGoogle();
+    // Forgets the Google tokens.
+    QCoro::Task<> disconnectGoogle();
 
 signals:
-    // The result, its success, whether a test runs, or the Google connection changed.
+    // The result, its success, whether a test or a sign-in runs, or the Google connection changed.
     void stateChanged();
     // The key fields were filled from the secret store.
     void r2CredentialsLoaded();
@@ -55,6 +65,7 @@ private:
     SettingsStore& m_settings;
     const StorageProviderRegistry& m_providers;
     const StorageCredentialStore& m_credentials;
+    GoogleDriveAuthManager& m_googleAuth;
     QString m_r2AccessKeyID;
     QString m_r2SecretAccessKey;
     // Counts the edits of the key fields, so that a reading of the store doesn't overwrite one.
@@ -63,4 +74,5 @@ private:
     bool m_testSucceeded = false;
     bool m_isTesting = false;
     bool m_googleConnected = false;
+    bool m_isConnectingGoogle = false;
 };

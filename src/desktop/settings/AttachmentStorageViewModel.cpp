@@ -5,7 +5,7 @@
 AttachmentStorageViewModel::AttachmentStorageViewModel(AppState& app, QObject* parent)
     : QObject(parent)
     , m_app(app)
-    , m_pane(app.settings(), app.storageProviders(), app.storageCredentials()) {
+    , m_pane(app.settings(), app.storageProviders(), app.storageCredentials(), app.googleDriveAuth()) {
     connect(&app.settings(), &SettingsStore::settingsChanged, this, &AttachmentStorageViewModel::settingsChanged);
     connect(&m_pane, &AttachmentStorageSettings::stateChanged, this, &AttachmentStorageViewModel::stateChanged);
     connect(&m_pane, &AttachmentStorageSettings::r2CredentialsLoaded, this,
@@ -66,6 +66,18 @@ void AttachmentStorageViewModel::appeared() {
 
 void AttachmentStorageViewModel::testConnection() {
     startTask(this, m_pane.testConnection());
+}
+
+void AttachmentStorageViewModel::connectGoogle() {
+    startTask(this, m_pane.connectGoogle());
+}
+
+void AttachmentStorageViewModel::cancelConnectingGoogle() {
+    m_pane.cancelConnectingGoogle();
+}
+
+void AttachmentStorageViewModel::disconnectGoogle() {
+    startTask(this, m_pane.disconnectGoogle());
 }
 
 void AttachmentStorageViewModel::setText(QString AppSettings::*field, const QString& text) {

@@ -29,6 +29,7 @@ class AttachmentStorageViewModel : public QObject {
     Q_PROPERTY(bool testSucceeded READ testSucceeded NOTIFY stateChanged)
     Q_PROPERTY(bool isTesting READ isTesting NOTIFY stateChanged)
     Q_PROPERTY(bool googleConnected READ googleConnected NOTIFY stateChanged)
+    Q_PROPERTY(bool isConnectingGoogle READ isConnectingGoogle NOTIFY stateChanged)
 
 public:
     AttachmentStorageViewModel(AppState& app, QObject* parent = nullptr);
@@ -61,10 +62,15 @@ public:
     bool testSucceeded() const { return m_pane.testSucceeded(); }
     bool isTesting() const { return m_pane.isTesting(); }
     bool googleConnected() const { return m_pane.googleConnected(); }
+    bool isConnectingGoogle() const { return m_pane.isConnectingGoogle(); }
 
     // The tab came into view: the key pair and the Google connection are read afresh.
     void appeared();
     Q_INVOKABLE void testConnection();
+    // "Sign in with Google", its "Cancel" while the browser is out, and "Disconnect".
+    Q_INVOKABLE void connectGoogle();
+    Q_INVOKABLE void cancelConnectingGoogle();
+    Q_INVOKABLE void disconnectGoogle();
 
 signals:
     void settingsChanged();

@@ -1,3 +1,4 @@
+#include "core/storage/AttachmentStorageSettings.h"
 #include "core/storage/GoogleDriveAuthError.h"
 #include "core/storage/StorageTransfer.h"
 #include "support/GoogleSandboxFixture.h"
@@ -6,6 +7,7 @@
 #include "support/SandboxFault.h"
 #include "support/TestMain.h"
 
+#include <QTemporaryDir>
 #include <QTest>
 #include <QUrlQuery>
 
@@ -72,6 +74,27 @@ private slots:
         const QJsonArray tokenCalls = google.requestsTo(QStringLiteral("/google/token"));
         QCOMPARE(tokenCalls.size(), 1);
         QCOMPARE(tokenCalls[0][QStringLiteral("status")].toInt(), 200);
+    }
+
+    void theAttachmentsPaneReportsASignInAndTheConnectionItLeaves() {
+        GoogleSandboxFixture google(m_sandbox);
+        QTemporaryDir folder;
+        SettingsStore settings(folder.filePath(QStringLiteral("settings.json")));
+        const StorageProviderRegistry providers;
+        AttachmentStorageSettings pane(settings, providers, google.credentials(), google.auth());
+
+        runTask(pane.connectGoogle());
+        QCOMPARE(pane.testResult(), QStringLiteral("Connected to Google Drive."));
+        QVERIFY(pane.testSucceeded());
+        QVERIFY(pane.googleConnected());
+        QVERIFY(!pane.isConnectingGoogle());
+
+        google.google({{QStringLiteral("authorization"), QStringLiteral("deny")}});
+        runTask(pane.connectGoogle());
+        QCOMPARE(pane.testResult(), QStringLiteral("access_denied"));
+        QVERIFY(!pane.testSucceeded());
+        // The tokens of the first sign-in stay.
+        QVERIFY(pane.googleConnected());
     }
 
     void aCallbackWithAWrongStateAndAValidCodeDoesNotExchangeTheCode() {

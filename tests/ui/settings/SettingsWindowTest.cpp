@@ -755,6 +755,43 @@ private slots:
         QCOMPARE(item(QStringLiteral("googleConnection"))->property("symbol").toString(),
                  QStringLiteral("checkmark.circle.fill"));
     }
+
+    void signingInWithGoogleWaitsForTheBrowserAndCanBeCancelled() {
+        app().settings().set(&AppSettings::storageProvider, StorageProviderKind::googleDrive);
+        show(SettingsTab::attachments);
+        QVERIFY(!item(QStringLiteral("googleSignInWaiting"))->isVisible());
+        QVERIFY(tabTo(QStringLiteral("signInWithGoogle")));
+        key(Qt::Key_Space);
+        QTRY_VERIFY(item(QStringLiteral("googleSignInWaiting"))->isVisible());
+        QCOMPARE(m_fixture->linkActions().opened().size(), 1);
+        QCOMPARE(m_fixture->linkActions().opened().first().path(), QStringLiteral("/o/oauth2/v2/auth"));
+        QVERIFY(!item(QStringLiteral("signInWithGoogle"))->isEnabled());
+        QVERIFY(tabTo(QStringLiteral("cancelGoogleSignIn")));
+        key(Qt::Key_Space);
+        QTRY_VERIFY(!item(QStringLiteral("googleSignInWaiting"))->isVisible());
+        QCOMPARE(QuickItems::plainText(item(QStringLiteral("testResultText"))),
+                 QStringLiteral("Sign-in was cancelled."));
+        QCOMPARE(item(QStringLiteral("testResult"))->property("symbol").toString(),
+                 QStringLiteral("xmark.circle.fill"));
+        QVERIFY(item(QStringLiteral("signInWithGoogle"))->isEnabled());
+    }
+
+    void disconnectingFromGoogleForgetsItsTokens() {
+        const QString service = KeychainStore::appService;
+        m_fixture->memorySecrets().setItem(service, QStringLiteral("google-drive-refresh-token"), "refresh");
+        m_fixture->memorySecrets().setItem(service, QStringLiteral("google-drive-access-token"), "access");
+        app().settings().set(&AppSettings::storageProvider, StorageProviderKind::googleDrive);
+        show(SettingsTab::attachments);
+        QTRY_VERIFY(item(QStringLiteral("disconnectGoogle"))->isEnabled());
+        QVERIFY(tabTo(QStringLiteral("disconnectGoogle")));
+        key(Qt::Key_Space);
+        QTRY_COMPARE(item(QStringLiteral("googleConnection"))->property("text").toString(),
+                     QStringLiteral("Not connected"));
+        QCOMPARE(item(QStringLiteral("googleConnection"))->property("symbol").toString(), QStringLiteral("circle"));
+        QVERIFY(!item(QStringLiteral("disconnectGoogle"))->isEnabled());
+        QCOMPARE(m_fixture->memorySecrets().item(service, QStringLiteral("google-drive-refresh-token")), std::nullopt);
+        QCOMPARE(m_fixture->memorySecrets().item(service, QStringLiteral("google-drive-access-token")), std::nullopt);
+    }
 };
 
 NORVANEBAR_TEST_MAIN(SettingsWindowTest)

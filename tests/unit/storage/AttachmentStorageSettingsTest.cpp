@@ -1,9 +1,11 @@
 #include "core/storage/AttachmentStorageSettings.h"
 #include "core/storage/StorageProviderError.h"
 #include "support/MemorySecretStore.h"
+#include "support/RecordingLinkActions.h"
 #include "support/RunTask.h"
 #include "support/TestMain.h"
 
+#include <QNetworkAccessManager>
 #include <QTemporaryDir>
 #include <QTest>
 
@@ -40,7 +42,22 @@ class AttachmentStorageSettingsTest : public QObject {
     std::unique_ptr<MemorySecretStore> m_secrets;
     std::unique_ptr<StorageCredentialStore> m_credentials;
     std::unique_ptr<StorageProviderRegistry> m_providers;
+    QNetworkAccessManager m_network;
+    std::unique_ptr<RecordingLinkActions> m_browser;
+    std::unique_ptr<GoogleDriveAuthManager> m_googleAuth;
     std::unique_ptr<AttachmentStorageSettings> m_pane;
+
+    // The pane over a Google sign-in whose browser only records where it was sent; `clientID` is
+    // this build's OAuth client.
+    void makePane(std::optional<QString> clientID = QStringLiteral("unit-test-client")) {
+        m_pane.reset();
+        m_googleAuth = std::make_unique<GoogleDriveAuthManager>(
+            GoogleDriveAuthManager::Environment{.credentials = *m_credentials,
+                                                .session = &m_network,
+                                                .clientID = std::move(clientID),
+                                                .browser = m_browser.get()});
+        m_pane = std::make_unique<AttachmentStorageSettings>(*m_settings, *m_providers, *m_credentials, *m_googleAuth);
+    }
 
     void useProvider(std::optional<QString> failure) {
         m_settings->set(&AppSettings::storageProvider, StorageProviderKind::cloudinary);
@@ -58,11 +75,14 @@ private slots:
         m_secrets = std::make_unique<MemorySecretStore>();
         m_credentials = std::make_unique<StorageCredentialStore>(m_secrets.get());
         m_providers = std::make_unique<StorageProviderRegistry>();
-        m_pane = std::make_unique<AttachmentStorageSettings>(*m_settings, *m_providers, *m_credentials);
+        m_browser = std::make_unique<RecordingLinkActions>();
+        makePane();
     }
 
     void cleanup() {
         m_pane.reset();
+        m_googleAuth.reset();
+        m_browser.reset();
         m_providers.reset();
         m_credentials.reset();
         m_secrets.reset();
@@ -148,6 +168,47 @@ private slots:
         m_secrets->setItem(service, QStringLiteral("google-drive-refresh-token"), "refresh");
         runTask(m_pane->refreshGoogleConnectionState());
         QVERIFY(m_pane->googleConnected());
+    }
+
+    void aSignInWaitsForTheBrowserUntilItIsCancelled() {
+        QCoro::Task<> connecting = m_pane->connectGoogle();
+        QVERIFY(m_pane->isConnectingGoogle());
+        QCOMPARE(m_browser->opened().size(), 1);
+        QCOMPARE(m_browser->opened().first().path(), QStringLiteral("/o/oauth2/v2/auth"));
+        m_pane->cancelConnectingGoogle();
+        runTask(std::move(connecting));
+        QVERIFY(!m_pane->isConnectingGoogle());
+        QCOMPARE(m_pane->testResult(), QStringLiteral("Sign-in was cancelled."));
+        QVERIFY(!m_pane->testSucceeded());
+        QVERIFY(!m_pane->googleConnected());
+    }
+
+    void aSecondPressWhileTheBrowserIsOutOpensNoSecondSignIn() {
+        QCoro::Task<> connecting = m_pane->connectGoogle();
+        runTask(m_pane->connectGoogle());
+        QCOMPARE(m_browser->opened().size(), 1);
+        QVERIFY(m_pane->isConnectingGoogle());
+        m_pane->cancelConnectingGoogle();
+        runTask(std::move(connecting));
+    }
+
+    void aBuildWithoutAnOAuthClientSaysSo() {
+        makePane(std::nullopt);
+        runTask(m_pane->connectGoogle());
+        QCOMPARE(m_pane->testResult(), QStringLiteral("Google OAuth client ID is not configured for this build."));
+        QVERIFY(!m_pane->testSucceeded());
+        QVERIFY(m_browser->opened().isEmpty());
+    }
+
+    void disconnectingForgetsTheGoogleTokens() {
+        m_secrets->setItem(service, QStringLiteral("google-drive-access-token"), "access");
+        m_secrets->setItem(service, QStringLiteral("google-drive-refresh-token"), "refresh");
+        runTask(m_pane->refreshGoogleConnectionState());
+        QVERIFY(m_pane->googleConnected());
+        runTask(m_pane->disconnectGoogle());
+        QVERIFY(!m_pane->googleConnected());
+        QCOMPARE(stored(QStringLiteral("google-drive-refresh-token")), QStringLiteral("<none>"));
+        QCOMPARE(stored(QStringLiteral("google-drive-access-token")), QStringLiteral("<none>"));
     }
 };
 

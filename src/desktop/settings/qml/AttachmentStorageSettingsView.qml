@@ -160,6 +160,53 @@ SettingsPage {
             symbol: root.storage.googleConnected ? "checkmark.circle.fill" : "circle"
             text: root.storage.googleConnected ? qsTr("Connected") : qsTr("Not connected")
         }
+
+        RowLayout {
+            spacing: 8
+
+            Button {
+                objectName: "signInWithGoogle"
+                text: qsTr("Sign in with Google")
+                enabled: !root.storage.isConnectingGoogle
+                onClicked: root.storage.connectGoogle()
+                Accessible.name: text
+            }
+
+            Button {
+                objectName: "disconnectGoogle"
+                text: qsTr("Disconnect")
+                enabled: root.storage.googleConnected && !root.storage.isConnectingGoogle
+                onClicked: root.storage.disconnectGoogle()
+                Accessible.name: text
+            }
+        }
+
+        // The browser never says when the person gives up, so the wait can be ended here.
+        RowLayout {
+            objectName: "googleSignInWaiting"
+            Layout.fillWidth: true
+            visible: root.storage.isConnectingGoogle
+            spacing: 8
+
+            BusyIndicator {
+                running: parent.visible
+                implicitWidth: 24
+                implicitHeight: 24
+                Accessible.ignored: true
+            }
+
+            SettingsNote {
+                Layout.fillWidth: true
+                text: qsTr("Finish signing in with Google in your browser.")
+            }
+
+            Button {
+                objectName: "cancelGoogleSignIn"
+                text: qsTr("Cancel")
+                onClicked: root.storage.cancelConnectingGoogle()
+                Accessible.name: qsTr("Cancel Google sign-in")
+            }
+        }
     }
 
     Button {

@@ -1,9 +1,7 @@
 #include "core/app/AppState.h"
 
 #include "core/async/StartTask.h"
-#include "core/storage/CloudflareR2Provider.h"
-#include "core/storage/CloudinaryProvider.h"
-#include "core/storage/GoogleDriveProvider.h"
+#include "core/storage/BuiltInStorageProviders.h"
 #include "core/storage/GoogleOAuthClient.h"
 
 #include <QNetworkReply>
@@ -71,13 +69,10 @@ AppState::AppState(AppEnvironment environment, QObject* parent)
     , m_screenshotCapture(environment.regionCaptureTool)
     , m_screenshots(m_screenshotCapture, m_settings, m_templates, m_draft,
                     [this] { setActiveTab(PopoverTab::compose); }) {
-    m_storageProviders.setFactory(StorageProviderKind::cloudinary, [this](const AppSettings& settings) {
-        return CloudinaryProvider::fromSettings(settings, &m_session);
-    });
+    BuiltInStorageProviders::registerAll(
+        m_storageProviders,
+        {.session = &m_session, .credentials = &m_storageCredentials, .googleAuth = &m_googleDriveAuth});
     m_draft.setReminderLeadMinutes(m_settings.settings().defaultReminderLeadMinutes);
-    m_storageProviders.setFactory(StorageProviderKind::cloudflareR2, [this](const AppSettings& settings) {
-        return CloudflareR2Provider::make(settings, m_storageCredentials, &m_session);
-    });
     // The status, tags and custom values of one list mean nothing in another.
     connect(&m_location, &LocationMemory::otherListSelected, &m_draft, &TaskDraft::clearListSpecificValues);
     // "Retry" on a notification: the outcome comes back as a notification.
@@ -89,10 +84,6 @@ AppState::AppState(AppEnvironment environment, QObject* parent)
     connect(&m_auth, &AuthController::authStateChanged, this, &AppState::authStateChanged);
     connect(&m_location, &LocationMemory::currentContextChanged, this, &AppState::currentContextChanged);
     connect(&m_location, &LocationMemory::activeWorkspaceIDChanged, this, &AppState::activeWorkspaceIDChanged);
-    m_storageProviders.setFactory(StorageProviderKind::googleDrive, [this](const AppSettings& settings) {
-        return std::make_shared<GoogleDriveProvider>(settings.googleDriveFolderID, m_googleDriveAuth, &m_session,
-                                                     GoogleAddresses::from(settings));
-    });
     startTask(&m_googleDriveAuth, m_googleDriveAuth.refreshConnectionState());
 }
 

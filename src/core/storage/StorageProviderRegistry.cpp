@@ -1,7 +1,5 @@
 #include "core/storage/StorageProviderRegistry.h"
 
-#include "core/storage/UnavailableStorageProvider.h"
-
 #include <QCoreApplication>
 
 namespace {
@@ -55,7 +53,7 @@ QCoro::Task<StorageProviderRegistry::Provider> StorageProviderRegistry::makeProv
     }
     const auto found = m_factories.find(kind);
     if (found == m_factories.end() || !found->second) {
-        co_return Provider(std::make_shared<UnavailableStorageProvider>(displayName(kind)));
+        co_return Provider();
     }
     QCoro::Task<Provider> making = found->second(trimmedTexts(std::move(settings)));
     co_return co_await std::move(making);

@@ -30,9 +30,9 @@ public:
     void setFactory(StorageProviderKind kind, AsyncFactory factory);
 
     // Null for `norvane`: attachments go to the service itself. Otherwise the kind's provider, made
-    // from the settings with each text trimmed of white space at both ends; a kind without a factory
-    // gives a provider that refuses every upload, so the choice shows as failed uploads. The
-    // registry may go while the provider is being made.
+    // from the settings with each text trimmed of white space at both ends. The program registers
+    // every kind (BuiltInStorageProviders); a kind left without a factory, as in a registry made for
+    // a test, has none. The registry may go while the provider is being made.
     QCoro::Task<Provider> makeProvider(AppSettings settings) const;
 
 private:

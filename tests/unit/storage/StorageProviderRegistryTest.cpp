@@ -3,7 +3,6 @@
 #include "support/TestMain.h"
 
 #include "support/RunTask.h"
-#include "support/StorageTesting.h"
 
 #include <QCoroTimer>
 #include <QTest>
@@ -35,7 +34,6 @@ AppSettings settingsFor(StorageProviderKind kind) {
 }
 } // namespace
 
-using StorageTesting::failureOf;
 
 class StorageProviderRegistryTest : public QObject {
     Q_OBJECT
@@ -67,24 +65,11 @@ private slots:
                  QStringLiteral("Google Drive"));
     }
 
-    void aKindWithoutFactoryGivesAProviderThatRefusesEveryUploadByName() {
+    void aKindWithoutFactoryHasNoProvider() {
         const StorageProviderRegistry registry;
         for (const StorageProviderKind kind :
              {StorageProviderKind::cloudflareR2, StorageProviderKind::cloudinary, StorageProviderKind::googleDrive}) {
-            const auto provider = runTask(registry.makeProvider(settingsFor(kind)));
-            QVERIFY(provider);
-            const QString name = StorageProviderRegistry::displayName(kind);
-            QCOMPARE(provider->displayName(), name);
-
-            const auto invalid = failureOf([&] { provider->validateConfiguration(); });
-            QVERIFY(invalid && invalid->is<StorageProviderError::MissingConfiguration>());
-            QVERIFY2(invalid->errorDescription().contains(name), qPrintable(invalid->errorDescription()));
-
-            const auto refused = failureOf([&] {
-                runTask(provider->upload(QUrl::fromLocalFile(QStringLiteral("/tmp/x.png")), QStringLiteral("x.png")));
-            });
-            QVERIFY(refused && refused->is<StorageProviderError::MissingConfiguration>());
-            QCOMPARE(refused->errorDescription(), invalid->errorDescription());
+            QVERIFY(!runTask(registry.makeProvider(settingsFor(kind))));
         }
     }
 
@@ -123,10 +108,8 @@ private slots:
         StorageProviderRegistry registry;
         registry.setFactory(StorageProviderKind::cloudinary,
                             [](const AppSettings& settings) { return std::make_shared<SettingsProbe>(settings); });
-        const auto provider = runTask(registry.makeProvider(settingsFor(StorageProviderKind::cloudflareR2)));
-        QVERIFY(provider);
-        QVERIFY(!std::dynamic_pointer_cast<const SettingsProbe>(provider));
-        QCOMPARE(provider->displayName(), QStringLiteral("Cloudflare R2"));
+        QVERIFY(!runTask(registry.makeProvider(settingsFor(StorageProviderKind::cloudflareR2))));
+        QVERIFY(runTask(registry.makeProvider(settingsFor(StorageProviderKind::cloudinary))));
     }
 
     void aFactoryThatWaitsGivesItsProviderOnceItIsMade() {

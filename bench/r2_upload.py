@@ -17,17 +17,17 @@ usage: r2_upload.py R2_UPLOAD_CLIENT [--rounds N] [--size-mib N]"""
 
 import argparse
 import os
-import random
 import secrets
-import signal
 import statistics
 import subprocess
 import sys
 import tempfile
 import time
 
+sys.path.insert(0, os.path.join(os.path.dirname(os.path.abspath(__file__)), "..", "tests", "harness"))
+from storage_stand_ins import start_s3server, stop_s3server  # noqa: E402
+
 CHUNK = 1024 * 1024
-S3SERVER = os.path.join(os.path.dirname(os.path.abspath(__file__)), "..", "tools", "s3server", "s3server.js")
 BUCKET = "bench"
 
 
@@ -36,18 +36,6 @@ def write_file(path, size):
     with open(path, "wb") as file:
         for _ in range(size // CHUNK):
             file.write(os.urandom(CHUNK))
-
-
-def start_s3server(folder, key, secret):
-    """The server on port 80 of a random private loopback address, and its endpoint base."""
-    for _ in range(4):
-        address = f"127.{random.randint(16, 254)}.{random.randint(1, 254)}.{random.randint(1, 254)}"
-        process = subprocess.Popen(["node", S3SERVER, address, "80", folder, BUCKET, key, secret],
-                                   stdout=subprocess.PIPE, text=True)
-        if process.stdout.readline().startswith("ready "):
-            return process, f"http://{address}"
-        process.wait(timeout=30)
-    raise RuntimeError("the S3 server did not get ready")
 
 
 def stored_sizes(folder):
@@ -102,7 +90,7 @@ def main():
         source = os.path.join(folder, "upload.bin")
         objects = os.path.join(folder, "objects")
         write_file(source, size)
-        process, base = start_s3server(objects, key, secret)
+        process, base = start_s3server(objects, BUCKET, key, secret)
         try:
             for round_number in range(arguments.rounds):
                 curl_runs.append(curl_upload(base, key, secret, source, f"curl-{round_number}.bin"))
@@ -111,8 +99,7 @@ def main():
                 # Besides its own copy, the client's small warm-up upload.
                 ok = ok and client_runs[-1] is not None and sorted(stored_sizes(objects))[-1:] == [size]
         finally:
-            process.send_signal(signal.SIGTERM)
-            process.wait(timeout=30)
+            stop_s3server(process)
 
     if not ok:
         print("r2_upload_result fail")

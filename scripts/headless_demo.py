@@ -7,12 +7,15 @@ sections, a search with matches and one without, a filter chip's menu, a task's 
 keyboard, a task marked complete, and the tray icon with the count of tasks due; then the composer's
 road (demo_compose.py: the location picker, every field chip, templates, the attachment strip and the
 created task's request) and the settings' (demo_settings.py: the tray menu's quick links, a second
-account, each tab of the settings window, the account menu) and the tool tips of names with markup
+account, each tab of the settings window, the account menu), the attachment storage's (demo_storage.py:
+each provider set up on the Attachments tab, tested, Google Drive signed in to, and a task with a file
+stored by each) and the tool tips of names with markup
 (demo_tooltips.py: a custom field, an account and a quick link). It saves a screenshot of each step.
 Then the desktop turns dark, as its Settings portal tells, and the key pages of the same road are
 shown again in dark: the composer with text and files, a task being created and created, three in
 bulk, a refused one, the banner of a job in the background once no notification server is left,
-the hot key and the region screenshot, the three tool tips, and each tab of the settings window.
+the hot key and the region screenshot, the three tool tips, each tab of the settings window, and the
+Attachments tab of each storage provider.
 Run inside a desktop session with an accessibility bus, through which it presses the buttons.
 
 usage: headless_demo.py NORVANEBAR NORVANE_SANDBOX OUTPUT_FOLDER"""
@@ -35,6 +38,7 @@ sys.path.insert(0, os.path.dirname(__file__))
 from demo_capture import SCREENSHOT_SETTINGS, capture_road  # noqa: E402
 from demo_compose import compose_road  # noqa: E402
 from demo_settings import settings_road, settings_tabs  # noqa: E402
+from demo_storage import StorageStandIns, dark_storage, storage_road  # noqa: E402
 from demo_tooltips import dark_tips, light_tips, quick_link  # noqa: E402
 from demo_steps import (SETTLE, focus, norvanebar, paste, screenshot, shown, submit, type_into_popover,  # noqa: E402
                         wheel_until)
@@ -272,11 +276,12 @@ def main(binary, sandbox_binary, out):
     sandbox = Sandbox(sandbox_binary, os.path.join(out, "sandbox.log"), admin=True)
     # The desktop prefers light until the dark part of the road.
     portal = SettingsPortal(LIGHT, os.path.join(out, "settings-portal.log"))
+    storage = StorageStandIns(sandbox, out)
     try:
         # The tray icon counts the tasks due by today's end.
         write_profile(os.environ["XDG_CONFIG_HOME"], sandbox, showDueCountBadge=True,
                       visibleDefaultFields=["status", "assignee", "dueDate", "priority", "tags"],
-                      bookmarks=[quick_link(sandbox)], **SCREENSHOT_SETTINGS)
+                      bookmarks=[quick_link(sandbox)], **SCREENSHOT_SETTINGS, **storage.settings())
         token, _, name = sandbox.tokens[0]
         print(f"norvane-sandbox: {sandbox.web} (demo token of {name}: {token})")
         # Pasted pictures are staged in the temporary folder; the demo keeps its own.
@@ -324,17 +329,20 @@ def main(binary, sandbox_binary, out):
                 compose_road(sandbox, out, sample_files(out))
                 capture_road(again, out, "K")
                 settings_road(sandbox, out, again)
+                storage_road(sandbox, out, again, storage)
                 light_tips(norvanebar(), out, sandbox, again)
                 dark_road(sandbox, out, portal)
                 capture_road(again, out, "DK")
                 dark_tips(norvanebar(), out, sandbox, again)
                 settings_tabs(norvanebar(), out, "D")
+                dark_storage(out)
             except Exception:
                 screenshot(out, "failed-step.png")
                 raise
         finally:
             again.stop()
     finally:
+        storage.stop()
         portal.stop()
         sandbox.stop()
     return 0

@@ -3,6 +3,7 @@ person does: the provider chosen in "Store attachments with", its fields typed i
 pressed, and the lines it shows read."""
 
 import subprocess
+import time
 
 from accessibility import Atspi, descendants, has_state, pump_until
 
@@ -14,25 +15,47 @@ SECTION_MARKS = {"Norvane": "Attachments upload directly to Norvane when you cre
 WHEEL_UP, WHEEL_DOWN = "4", "5"
 
 
-def _window_box(node):
+def _page_bounds(node):
+    """The top and bottom of the part of the window the tab's page shows: below the tab bar."""
     while node.get_role() not in (Atspi.Role.FRAME, Atspi.Role.WINDOW, Atspi.Role.DIALOG):
         node = node.get_parent()
-    return node.get_extents(Atspi.CoordType.SCREEN)
+    window = node.get_extents(Atspi.CoordType.SCREEN)
+    top = window.y
+    for child in descendants(node):
+        if child.get_role() == Atspi.Role.PAGE_TAB_LIST:
+            tabs = child.get_extents(Atspi.CoordType.SCREEN)
+            top = tabs.y + tabs.height
+            break
+    return window, top, window.y + window.height
+
+
+def _at_rest(node, still=0.15):
+    """Waits until the node has kept its place for `still` seconds: a turn of the wheel flicks the
+    page on for a moment."""
+    place = {"y": None, "since": 0.0}
+
+    def resting():
+        y, now = node.get_extents(Atspi.CoordType.SCREEN).y, time.monotonic()
+        if y != place["y"]:
+            place.update(y=y, since=now)
+        return now - place["since"] >= still
+
+    pump_until(resting, what="the page to come to rest")
 
 
 def into_view(node):
     """Turns the mouse wheel over the node's window until the node stands wholly inside it."""
-    window = _window_box(node)
+    window, top, bottom = _page_bounds(node)
     subprocess.run(["xdotool", "mousemove", str(window.x + window.width // 2), str(window.y + window.height // 2)],
                    check=True)
     for _ in range(60):
         box = node.get_extents(Atspi.CoordType.SCREEN)
-        if box.y < window.y:
+        if box.y < top:
             button = WHEEL_UP
-        elif box.y + box.height > window.y + window.height:
+        elif box.y + box.height > bottom:
             button = WHEEL_DOWN
         else:
-            return
+            return _at_rest(node)
         subprocess.run(["xdotool", "click", button], check=True)
         pump_until(lambda: node.get_extents(Atspi.CoordType.SCREEN).y != box.y, what="the page to scroll")
     raise TimeoutError(f'"{node.get_name()}" never came into view')
@@ -59,11 +82,11 @@ def press_button(ui, name):
 
 
 def text_field(ui, label):
-    """The showing text field named by `label` (its label above it has the same name, but no text to edit)."""
+    """The showing text field named by `label` (the label above it has the same name)."""
 
     def field():
         for node in descendants(ui):
-            if (node.get_name() == label and node.get_editable_text_iface() is not None
+            if (node.get_name() == label and node.get_role() in (Atspi.Role.TEXT, Atspi.Role.PASSWORD_TEXT)
                     and has_state(node, Atspi.StateType.SHOWING)):
                 return node
         return None
@@ -95,12 +118,18 @@ def choose_provider(ui, name):
 
 
 def shows(ui, text, timeout=15.0):
-    """Waits until a showing line of the window reads `text`."""
-    pump_until(lambda: any(node.get_name() == text and has_state(node, Atspi.StateType.SHOWING)
-                           for node in descendants(ui)), timeout, f'"{text}" in the settings window')
+    """Waits until a showing line of the window reads `text`, and returns it."""
+
+    def line():
+        for node in descendants(ui):
+            if node.get_name() == text and has_state(node, Atspi.StateType.SHOWING):
+                return node
+        return None
+
+    return pump_until(line, timeout, f'"{text}" in the settings window')
 
 
 def test_connection(ui, expected):
-    """Presses "Test connection" and waits for the result line `expected`."""
+    """Presses "Test connection" and waits for the result line `expected`, scrolled into view."""
     press_button(ui, "Test connection")
-    shows(ui, expected)
+    into_view(shows(ui, expected))

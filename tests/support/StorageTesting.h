@@ -2,6 +2,8 @@
 
 #include "core/storage/StorageProviderError.h"
 
+#include <QByteArray>
+#include <QRandomGenerator>
 #include <optional>
 
 namespace StorageTesting {
@@ -14,6 +16,15 @@ template <typename Call> std::optional<StorageProviderError> failureOf(Call call
         return error;
     }
     return std::nullopt;
+}
+
+// Bytes that nothing on the way can compress, for files whose way to a provider and back is checked.
+inline QByteArray randomBytes(qsizetype size) {
+    QByteArray bytes(size, Qt::Uninitialized);
+    for (char& byte : bytes) {
+        byte = static_cast<char>(QRandomGenerator::global()->bounded(256));
+    }
+    return bytes;
 }
 
 } // namespace StorageTesting

@@ -9,15 +9,17 @@
 #include "support/AppStateFixture.h"
 #include "support/RunTask.h"
 #include "support/SandboxProcess.h"
+#include "support/StorageTesting.h"
 #include "support/SyncHttpClient.h"
 #include "support/TestMain.h"
 
 #include <QFile>
 #include <QJsonArray>
-#include <QRandomGenerator>
 #include <QTcpServer>
 #include <QTemporaryDir>
 #include <QTest>
+
+using StorageTesting::randomBytes;
 
 namespace {
 // The sandbox's one cloud and its presets.
@@ -25,14 +27,6 @@ const QString cloudName = QStringLiteral("norvanebar-demo");
 const QString unsignedPreset = QStringLiteral("norvanebar_unsigned");
 const QString signedPreset = QStringLiteral("norvanebar_signed");
 const QString uploadPath = QStringLiteral("/v1_1/norvanebar-demo/auto/upload");
-
-QByteArray randomBytes(qsizetype size) {
-    QByteArray bytes(size, Qt::Uninitialized);
-    for (char& byte : bytes) {
-        byte = static_cast<char>(QRandomGenerator::global()->bounded(256));
-    }
-    return bytes;
-}
 
 // What the upload threw, as the text the user sees, or "<none>".
 template <typename Error> QString failureText(const std::exception_ptr& failure) {

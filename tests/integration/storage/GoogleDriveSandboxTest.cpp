@@ -4,11 +4,11 @@
 #include "support/GoogleSandboxFixture.h"
 #include "support/RunTask.h"
 #include "support/SandboxFault.h"
+#include "support/StorageTesting.h"
 #include "support/TestMain.h"
 
 #include <QCryptographicHash>
 #include <QFile>
-#include <QRandomGenerator>
 #include <QTemporaryDir>
 #include <QTest>
 #include <QUrlQuery>
@@ -42,10 +42,7 @@ class GoogleDriveSandboxTest : public QObject {
 
     // A file of random bytes in the test's folder.
     QUrl fileOf(const QString& name, qsizetype size, QByteArray* bytes = nullptr) {
-        QByteArray content(size, Qt::Uninitialized);
-        for (char& byte : content) {
-            byte = static_cast<char>(QRandomGenerator::global()->bounded(256));
-        }
+        const QByteArray content = StorageTesting::randomBytes(size);
         QFile file(m_folder.filePath(name));
         if (!file.open(QIODevice::WriteOnly) || file.write(content) != size) {
             qFatal("cannot write %s", qPrintable(file.fileName()));

@@ -1,4 +1,5 @@
 #include "core/storage/AttachmentStorageSettings.h"
+#include "core/storage/CloudflareR2Provider.h"
 #include "core/storage/StorageProviderError.h"
 #include "support/MemorySecretStore.h"
 #include "support/RecordingLinkActions.h"
@@ -129,6 +130,32 @@ private slots:
         QCOMPARE(stored(accessKeyAccount), QStringLiteral("stored-id"));
         QCOMPARE(stored(secretKeyAccount), QStringLiteral("stored-secret"));
         QVERIFY(m_pane->testSucceeded());
+    }
+
+    void aBlankR2SecretTestsTheKeyPairStoredBefore() {
+        AppSettings settings;
+        settings.storageProvider = StorageProviderKind::cloudflareR2;
+        settings.cloudflareR2AccountID = QStringLiteral("account");
+        settings.cloudflareR2Bucket = QStringLiteral("bucket");
+        settings.cloudflareR2PublicURLBase = QStringLiteral("https://files.example.com");
+        m_settings->setSettings(settings);
+        m_providers->setFactory(StorageProviderKind::cloudflareR2, [this](const AppSettings& current) {
+            return CloudflareR2Provider::make(current, *m_credentials, &m_network);
+        });
+        m_pane->setR2AccessKeyID(QStringLiteral("typed-id"));
+        m_pane->setR2SecretAccessKey(QStringLiteral(" \n"));
+
+        runTask(m_pane->testConnection());
+        QCOMPARE(m_pane->testResult(), QStringLiteral("R2 access key ID is required."));
+        QVERIFY(!m_pane->testSucceeded());
+
+        m_secrets->setItem(service, accessKeyAccount, "stored-id");
+        m_secrets->setItem(service, secretKeyAccount, "stored-secret");
+        runTask(m_pane->testConnection());
+        QCOMPARE(m_pane->testResult(), QStringLiteral("Cloudflare R2 configuration looks valid."));
+        QVERIFY(m_pane->testSucceeded());
+        QCOMPARE(stored(accessKeyAccount), QStringLiteral("stored-id"));
+        QCOMPARE(stored(secretKeyAccount), QStringLiteral("stored-secret"));
     }
 
     void aKeyPairThatCannotBeStoredBecomesTheResult() {

@@ -7,6 +7,7 @@
 // sending), VmRSS before it, the peak during it (VmHWM reset through clear_refs first) and the
 // growth, and the public address. A small upload runs first so that the connection and the
 // libraries are warm.
+#include "core/api/DirectUploadSession.h"
 #include "core/storage/CloudflareR2Provider.h"
 
 #include "bench/ProcessStatus.h"
@@ -57,7 +58,8 @@ int main(int argc, char** argv) {
     settings.cloudflareR2Bucket = arguments[2];
     settings.cloudflareR2PublicURLBase = QStringLiteral("https://files.example.com");
     settings.cloudflareR2EndpointBaseURL = arguments[1];
-    QNetworkAccessManager session;
+    // The session the program's uploads go through.
+    DirectUploadSession session;
     const CloudflareR2Provider provider(settings, arguments[3], arguments[4], &session);
     int status = 1;
     QCoro::Task<int> task = run(provider, QUrl::fromLocalFile(arguments[5]));

@@ -71,7 +71,7 @@ AppState::AppState(AppEnvironment environment, QObject* parent)
                     [this] { setActiveTab(PopoverTab::compose); }) {
     BuiltInStorageProviders::registerAll(
         m_storageProviders,
-        {.session = &m_session, .credentials = &m_storageCredentials, .googleAuth = &m_googleDriveAuth});
+        {.session = &m_uploadSession, .credentials = &m_storageCredentials, .googleAuth = &m_googleDriveAuth});
     m_draft.setReminderLeadMinutes(m_settings.settings().defaultReminderLeadMinutes);
     // The status, tags and custom values of one list mean nothing in another.
     connect(&m_location, &LocationMemory::otherListSelected, &m_draft, &TaskDraft::clearListSpecificValues);

@@ -1,5 +1,7 @@
 #include "core/storage/AWSV4Signer.h"
 
+#include "core/support/Sha256.h"
+
 #include <QCryptographicHash>
 #include <QLocale>
 #include <QMessageAuthenticationCode>
@@ -15,7 +17,7 @@ const QString signedHeaders = QStringLiteral("content-type;host;x-amz-content-sh
 constexpr int timeoutMs = 60'000;
 
 QString sha256Hex(const QByteArray& bytes) {
-    return QString::fromLatin1(QCryptographicHash::hash(bytes, QCryptographicHash::Sha256).toHex());
+    return QString::fromLatin1(sha256(bytes).toHex());
 }
 
 QString utcForm(const QDateTime& date, const QString& format) {

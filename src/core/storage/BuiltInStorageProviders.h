@@ -12,6 +12,7 @@ namespace BuiltInStorageProviders {
 
 // What the providers need besides the settings; all of it must outlive the registry.
 struct Services {
+    // The session the files go through: one that writes large bodies in large pieces.
     QNetworkAccessManager* session = nullptr;
     const StorageCredentialStore* credentials = nullptr;
     GoogleDriveAuthManager* googleAuth = nullptr;

@@ -1,19 +1,19 @@
 #include "core/storage/CloudflareR2Provider.h"
 
+#include "core/async/Background.h"
 #include "core/storage/AWSV4Signer.h"
 #include "core/storage/StorageProviderError.h"
-#include "core/support/FileError.h"
+#include "core/storage/StorageTransferError.h"
+#include "core/support/FileInMemory.h"
 #include "core/support/StrictUtf8.h"
 
 #include <QCoreApplication>
 #include <QCoroNetworkReply>
-#include <QFile>
 #include <QFileInfo>
 #include <QHash>
 #include <QNetworkAccessManager>
 #include <QNetworkReply>
 #include <QUuid>
-#include <stdexcept>
 
 namespace {
 // The characters a URL path keeps as they are besides letters, digits and "-._~".
@@ -33,6 +33,12 @@ QString endpointBase(const AppSettings& settings, const QString& accountID) {
 QString message(const char* text) {
     return QCoreApplication::translate("CloudflareR2Provider", text);
 }
+
+// One PUT as it goes out: the file read whole, and the request signed over its digest.
+struct SignedUpload {
+    QNetworkRequest request;
+    std::shared_ptr<const FileInMemory> payload;
+};
 } // namespace
 
 CloudflareR2Provider::CloudflareR2Provider(const AppSettings& settings, const QString& accessKeyID,
@@ -79,26 +85,25 @@ void CloudflareR2Provider::validateConfiguration() const {
 
 QCoro::Task<QUrl> CloudflareR2Provider::upload(QUrl fileURL, QString filename) const {
     validateConfiguration();
-    QByteArray payload;
-    {
-        QFile file(fileURL.toLocalFile());
-        if (!file.open(QIODevice::ReadOnly)) {
-            throw FileError(file.fileName(), file.errorString());
-        }
-        payload = file.readAll();
-    }
     const QString key = QUuid::createUuid().toString(QUuid::WithoutBraces).toUpper() + QLatin1Char('-') + filename;
     const QUrl endpoint(endpointBaseURL + QLatin1Char('/') + bucket + QLatin1Char('/') + encodedKey(key));
-    const QNetworkRequest request =
-        AWSV4Signer::signedPUT(endpoint, accessKeyID, secretAccessKey, payload, contentType(filename), m_clock);
-    const std::unique_ptr<QNetworkReply> reply(m_session->put(request, payload));
-    payload.clear();
+    // Reading and hashing a large file takes a while: not on the thread that draws the windows.
+    std::function<SignedUpload()> sign = [path = fileURL.toLocalFile(), endpoint, keyID = accessKeyID,
+                                          secret = secretAccessKey, type = contentType(filename), clock = m_clock] {
+        std::shared_ptr<const FileInMemory> payload = FileInMemory::read(path);
+        QNetworkRequest request = AWSV4Signer::signedPUT(endpoint, keyID, secret, payload->bytes(), type, clock);
+        return SignedUpload{std::move(request), std::move(payload)};
+    };
+    QCoro::Task<SignedUpload> signing = runInBackground(std::move(sign));
+    // The body is the memory the file was read into, which lives until the answer is in.
+    const SignedUpload upload = co_await std::move(signing);
+    const std::unique_ptr<QNetworkReply> reply(m_session->put(upload.request, upload.payload->bytes()));
     QNetworkReply* const sent = reply.get();
     co_await sent;
     const QVariant status = reply->attribute(QNetworkRequest::HttpStatusCodeAttribute);
     if (!status.isValid()) {
         if (reply->error() != QNetworkReply::NoError) {
-            throw std::runtime_error(reply->errorString().toStdString());
+            throw StorageTransferError(reply->error(), reply->errorString());
         }
         throw StorageProviderError::invalidResponse();
     }

@@ -11,6 +11,7 @@
 #include "core/auth/StaticTokenAuth.h"
 
 #include "bench/ProcessStatus.h"
+#include "bench/RunToExit.h"
 
 #include <QCoreApplication>
 #include <QCoroTask>
@@ -62,18 +63,6 @@ int main(int argc, char** argv) {
     QNetworkAccessManager session;
     DirectUploadSession uploads;
     const NorvaneClient client(auth, &session, &uploads, QUrl(arguments[1]));
-    int status = 1;
-    QCoro::Task<int> task =
-        run(client, QStringLiteral("task/%1/attachment").arg(arguments[3]), QUrl::fromLocalFile(arguments[4]));
-    task.then(
-        [&](int result) {
-            status = result;
-            application.quit();
-        },
-        [&](const std::exception& error) {
-            std::fprintf(stderr, "upload failed: %s\n", error.what());
-            application.quit();
-        });
-    application.exec();
-    return status;
+    return runToExit(application, run(client, QStringLiteral("task/%1/attachment").arg(arguments[3]),
+                                      QUrl::fromLocalFile(arguments[4])));
 }

@@ -11,6 +11,7 @@
 #include "core/storage/CloudflareR2Provider.h"
 
 #include "bench/ProcessStatus.h"
+#include "bench/RunToExit.h"
 
 #include <QCoreApplication>
 #include <QCoroTask>
@@ -61,17 +62,5 @@ int main(int argc, char** argv) {
     // The session the program's uploads go through.
     DirectUploadSession session;
     const CloudflareR2Provider provider(settings, arguments[3], arguments[4], &session);
-    int status = 1;
-    QCoro::Task<int> task = run(provider, QUrl::fromLocalFile(arguments[5]));
-    task.then(
-        [&](int result) {
-            status = result;
-            application.quit();
-        },
-        [&](const std::exception& error) {
-            std::fprintf(stderr, "upload failed: %s\n", error.what());
-            application.quit();
-        });
-    application.exec();
-    return status;
+    return runToExit(application, run(provider, QUrl::fromLocalFile(arguments[5])));
 }

@@ -26,16 +26,10 @@ import time
 
 sys.path.insert(0, os.path.join(os.path.dirname(os.path.abspath(__file__)), "..", "tests", "harness"))
 from storage_stand_ins import start_s3server, stop_s3server  # noqa: E402
+from random_file import MIB, write_random_file  # noqa: E402
 
-CHUNK = 1024 * 1024
 BUCKET = "bench"
 
-
-def write_file(path, size):
-    # Random bytes, so that nothing on the way can make the upload cheaper by compressing it.
-    with open(path, "wb") as file:
-        for _ in range(size // CHUNK):
-            file.write(os.urandom(CHUNK))
 
 
 def stored_sizes(folder):
@@ -82,14 +76,14 @@ def main():
     parser.add_argument("--size-mib", type=int, default=100)
     parser.add_argument("--ratio-target", type=float, default=1.3)
     arguments = parser.parse_args()
-    size = arguments.size_mib * CHUNK
+    size = arguments.size_mib * MIB
     key, secret = "NVBENCH" + secrets.token_hex(6).upper(), secrets.token_hex(20)
 
     curl_runs, client_runs, ok = [], [], True
     with tempfile.TemporaryDirectory(prefix="norvanebar-bench-") as folder:
         source = os.path.join(folder, "upload.bin")
         objects = os.path.join(folder, "objects")
-        write_file(source, size)
+        write_random_file(source, size)
         process, base = start_s3server(objects, BUCKET, key, secret)
         try:
             for round_number in range(arguments.rounds):
@@ -109,7 +103,7 @@ def main():
     seconds = statistics.median(run["r2_upload_time"] for run in client_runs)
     ratio = seconds / curl_seconds
     growth = max(run["r2_rss_growth"] for run in client_runs)
-    size_mib = size / CHUNK
+    size_mib = size / MIB
     print(f"r2_upload_size {size} bytes")
     print(f"r2_upload_rounds {arguments.rounds}")
     print(f"curl_sigv4_time {curl_seconds:.3f} s (median, sha256sum and PUT)")

@@ -29,8 +29,9 @@ import threading
 import time
 import urllib.request
 
+from random_file import MIB, write_random_file
+
 FIRST_WORKSPACE = "9015000001"
-CHUNK = 1024 * 1024
 
 
 def status_kib(pid, field):
@@ -62,12 +63,6 @@ def first_task(base, token):
     with urllib.request.urlopen(request) as answer:
         return json.load(answer)["tasks"][0]["id"]
 
-
-def write_file(path, size):
-    # Random bytes, so that nothing on the way can make the upload cheaper by compressing it.
-    with open(path, "wb") as file:
-        for _ in range(size // CHUNK):
-            file.write(os.urandom(CHUNK))
 
 
 def stored_sizes(data):
@@ -132,13 +127,13 @@ def main():
     parser.add_argument("--client-ratio-target", type=float, default=2.0)
     parser.add_argument("--client-target-mib", type=int, default=16)
     arguments = parser.parse_args()
-    size = arguments.size_mib * CHUNK
+    size = arguments.size_mib * MIB
 
     curl_runs, client_runs, ok = [], [], True
     with tempfile.TemporaryDirectory(prefix="norvanebar-bench-") as folder:
         source = os.path.join(folder, "upload.bin")
         data = os.path.join(folder, "data")
-        write_file(source, size)
+        write_random_file(source, size)
         process, base, token = start_sandbox(arguments.sandbox, data)
         try:
             task = first_task(base, token)
@@ -161,7 +156,7 @@ def main():
     print(f"sandbox_upload_size {size} bytes")
     print(f"sandbox_upload_rounds {arguments.rounds}")
     print(f"sandbox_upload_time {curl_seconds:.2f} s (median of curl)")
-    print(f"sandbox_upload_throughput {size / CHUNK / curl_seconds:.1f} MiB/s")
+    print(f"sandbox_upload_throughput {size / MIB / curl_seconds:.1f} MiB/s")
     print(f"sandbox_rss_growth {growth_mib:.1f} MiB (target under {arguments.target_mib})")
     ok = growth_mib < arguments.target_mib
     if client_runs:

@@ -1,5 +1,7 @@
 #include "support/S3ServerProcess.h"
 
+#include "support/ProcessEnding.h"
+
 #include <QDeadlineTimer>
 #include <QDir>
 #include <QFile>
@@ -92,16 +94,7 @@ bool S3ServerProcess::startOn(const QString& address) {
 }
 
 bool S3ServerProcess::stop() {
-    if (m_process.state() == QProcess::NotRunning) {
-        return false;
-    }
-    ::kill(static_cast<pid_t>(m_process.processId()), SIGTERM);
-    if (!m_process.waitForFinished(startTimeoutMs)) {
-        m_process.kill();
-        m_process.waitForFinished();
-        return false;
-    }
-    return m_process.exitStatus() == QProcess::NormalExit && m_process.exitCode() == 0;
+    return terminateProcess(m_process, startTimeoutMs);
 }
 
 QStringList S3ServerProcess::storedKeys() const {

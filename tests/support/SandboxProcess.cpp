@@ -1,5 +1,6 @@
 #include "support/SandboxProcess.h"
 
+#include "support/ProcessEnding.h"
 #include "support/SyncHttpClient.h"
 
 #include <QDeadlineTimer>
@@ -85,16 +86,7 @@ bool SandboxProcess::readStartup() {
 }
 
 bool SandboxProcess::stop() {
-    if (m_process.state() == QProcess::NotRunning) {
-        return false;
-    }
-    ::kill(static_cast<pid_t>(m_process.processId()), SIGTERM);
-    if (!m_process.waitForFinished(startTimeoutMs)) {
-        m_process.kill();
-        m_process.waitForFinished();
-        return false;
-    }
-    return m_process.exitStatus() == QProcess::NormalExit && m_process.exitCode() == 0;
+    return terminateProcess(m_process, startTimeoutMs);
 }
 
 QUrl SandboxProcess::apiUrl(QStringView path, const QList<QPair<QString, QString>>& query) const {

@@ -1,5 +1,6 @@
 #pragma once
 
+#include "core/settings/AppSettings.h"
 #include "core/storage/StorageProviderError.h"
 
 #include <QByteArray>
@@ -16,6 +17,16 @@ template <typename Call> std::optional<StorageProviderError> failureOf(Call call
         return error;
     }
     return std::nullopt;
+}
+
+// Settings that choose Cloudflare R2 and give it all it needs besides the key pair.
+inline AppSettings completeR2Settings() {
+    AppSettings settings;
+    settings.storageProvider = StorageProviderKind::cloudflareR2;
+    settings.cloudflareR2AccountID = QStringLiteral("0123abcd");
+    settings.cloudflareR2Bucket = QStringLiteral("team-files");
+    settings.cloudflareR2PublicURLBase = QStringLiteral("https://files.example.com");
+    return settings;
 }
 
 // Bytes that nothing on the way can compress, for files whose way to a provider and back is checked.

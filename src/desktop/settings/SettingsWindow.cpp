@@ -56,7 +56,8 @@ void SettingsWindow::prepare() {
     m_view->setTitle(tr("NorvaneBar Settings"));
     m_view->setResizeMode(QQuickView::SizeRootObjectToView);
     m_view->setMinimumSize(QSize(480, 420));
-    m_view->resize(600, 560);
+    // Tall enough for the longest page, Cloudflare R2's, down to the result of its test.
+    m_view->resize(600, 640);
     PopoverWindow::configureEngine(*m_view->engine());
     m_view->setInitialProperties({{QStringLiteral("settingsWindow"), QVariant::fromValue(this)},
                                   {QStringLiteral("accounts"), QVariant::fromValue(&m_accounts)},

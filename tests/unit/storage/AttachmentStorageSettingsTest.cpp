@@ -4,6 +4,7 @@
 #include "support/MemorySecretStore.h"
 #include "support/RecordingLinkActions.h"
 #include "support/RunTask.h"
+#include "support/StorageTesting.h"
 #include "support/TestMain.h"
 
 #include <QNetworkAccessManager>
@@ -133,12 +134,7 @@ private slots:
     }
 
     void aBlankR2SecretTestsTheKeyPairStoredBefore() {
-        AppSettings settings;
-        settings.storageProvider = StorageProviderKind::cloudflareR2;
-        settings.cloudflareR2AccountID = QStringLiteral("account");
-        settings.cloudflareR2Bucket = QStringLiteral("bucket");
-        settings.cloudflareR2PublicURLBase = QStringLiteral("https://files.example.com");
-        m_settings->setSettings(settings);
+        m_settings->setSettings(StorageTesting::completeR2Settings());
         m_providers->setFactory(StorageProviderKind::cloudflareR2, [this](const AppSettings& current) {
             return CloudflareR2Provider::make(current, *m_credentials, &m_network);
         });

@@ -2,21 +2,15 @@
 #include "core/storage/StorageProviderError.h"
 #include "support/MemorySecretStore.h"
 #include "support/RunTask.h"
+#include "support/StorageTesting.h"
 #include "support/TestMain.h"
 
 #include <QNetworkAccessManager>
 #include <QTest>
 
-namespace {
-AppSettings completeSettings() {
-    AppSettings settings;
-    settings.storageProvider = StorageProviderKind::cloudflareR2;
-    settings.cloudflareR2AccountID = QStringLiteral("0123abcd");
-    settings.cloudflareR2Bucket = QStringLiteral("team-files");
-    settings.cloudflareR2PublicURLBase = QStringLiteral("https://files.example.com");
-    return settings;
-}
+using StorageTesting::completeR2Settings;
 
+namespace {
 // The description of the missing configuration that validation ends with, or empty when it passes.
 QString validationMessage(const CloudflareR2Provider& provider) {
     try {
@@ -36,18 +30,18 @@ class CloudflareR2ProviderTest : public QObject {
 
 private slots:
     void goesByItsName() {
-        QCOMPARE(CloudflareR2Provider(completeSettings(), QStringLiteral("k"), QStringLiteral("s"), &m_session)
+        QCOMPARE(CloudflareR2Provider(completeR2Settings(), QStringLiteral("k"), QStringLiteral("s"), &m_session)
                      .displayName(),
                  QStringLiteral("Cloudflare R2"));
     }
 
     void aCompleteConfigurationIsValid() {
-        const CloudflareR2Provider provider(completeSettings(), QStringLiteral("k"), QStringLiteral("s"), &m_session);
+        const CloudflareR2Provider provider(completeR2Settings(), QStringLiteral("k"), QStringLiteral("s"), &m_session);
         QCOMPARE(validationMessage(provider), QString());
     }
 
     void validationNamesTheFirstMissingValueInOrder() {
-        AppSettings settings = completeSettings();
+        AppSettings settings = completeR2Settings();
         const auto messageWith = [this](const AppSettings& values, const QString& keyID, const QString& secret) {
             return validationMessage(CloudflareR2Provider(values, keyID, secret, &m_session));
         };
@@ -68,7 +62,7 @@ private slots:
     }
 
     void everyValueIsTrimmed() {
-        AppSettings settings = completeSettings();
+        AppSettings settings = completeR2Settings();
         settings.cloudflareR2AccountID = QStringLiteral(" 0123abcd\n");
         settings.cloudflareR2Bucket = QStringLiteral("\tteam-files ");
         settings.cloudflareR2PublicURLBase = QStringLiteral(" https://files.example.com\r\n");
@@ -84,7 +78,7 @@ private slots:
     }
 
     void theEndpointIsTheAccountsR2HostUnlessTheSettingsNameAnother() {
-        AppSettings settings = completeSettings();
+        AppSettings settings = completeR2Settings();
         QCOMPARE(CloudflareR2Provider(settings, QString(), QString(), &m_session).endpointBaseURL,
                  QStringLiteral("https://0123abcd.r2.cloudflarestorage.com"));
         settings.cloudflareR2EndpointBaseURL = QStringLiteral(" http://127.44.3.9 ");
@@ -93,7 +87,7 @@ private slots:
     }
 
     void aPublicUrlBaseWithATrailingSlashGivesNoDoubleSlash() {
-        AppSettings settings = completeSettings();
+        AppSettings settings = completeR2Settings();
         settings.cloudflareR2PublicURLBase = QStringLiteral("https://files.example.com/");
         QCOMPARE(CloudflareR2Provider(settings, QString(), QString(), &m_session).publicURL(QStringLiteral("ID-a.png")),
                  QUrl(QStringLiteral("https://files.example.com/ID-a.png")));
@@ -103,7 +97,7 @@ private slots:
     }
 
     void aPublicUrlBaseWithTwoTrailingSlashesKeepsOne() {
-        AppSettings settings = completeSettings();
+        AppSettings settings = completeR2Settings();
         settings.cloudflareR2PublicURLBase = QStringLiteral("https://files.example.com//");
         const QUrl url =
             CloudflareR2Provider(settings, QString(), QString(), &m_session).publicURL(QStringLiteral("ID-a.png"));
@@ -111,14 +105,14 @@ private slots:
     }
 
     void aFileNameWithABlankGivesAPublicAddressWithThePercentEncodedBlank() {
-        const QUrl url = CloudflareR2Provider(completeSettings(), QString(), QString(), &m_session)
+        const QUrl url = CloudflareR2Provider(completeR2Settings(), QString(), QString(), &m_session)
                              .publicURL(QStringLiteral("ID-Quarterly report.pdf"));
         QCOMPARE(url.toString(QUrl::FullyEncoded),
                  QStringLiteral("https://files.example.com/ID-Quarterly%20report.pdf"));
     }
 
     void aKeyKeepsThePathCharactersAndEncodesTheRest() {
-        const QUrl url = CloudflareR2Provider(completeSettings(), QString(), QString(), &m_session)
+        const QUrl url = CloudflareR2Provider(completeR2Settings(), QString(), QString(), &m_session)
                              .publicURL(QStringLiteral("ID-a+b=c&d;é#?%.txt"));
         QCOMPARE(url.toString(QUrl::FullyEncoded),
                  QStringLiteral("https://files.example.com/ID-a+b=c&d%3B%C3%A9%23%3F%25.txt"));
@@ -178,7 +172,7 @@ private slots:
         const StorageCredentialStore credentials(&secrets);
         secrets.setItem(KeychainStore::appService, QStringLiteral("cloudflare-r2-access-key"), " stored-key ");
         secrets.setItem(KeychainStore::appService, QStringLiteral("cloudflare-r2-secret-key"), "stored-secret\n");
-        const auto made = runTask(CloudflareR2Provider::make(completeSettings(), credentials, &m_session));
+        const auto made = runTask(CloudflareR2Provider::make(completeR2Settings(), credentials, &m_session));
         const auto provider = std::dynamic_pointer_cast<const CloudflareR2Provider>(made);
         QVERIFY(provider);
         QCOMPARE(provider->accessKeyID, QStringLiteral("stored-key"));
@@ -190,7 +184,7 @@ private slots:
     void keysThatAreNotStoredAreEmpty() {
         MemorySecretStore secrets;
         const auto made =
-            runTask(CloudflareR2Provider::make(completeSettings(), StorageCredentialStore(&secrets), &m_session));
+            runTask(CloudflareR2Provider::make(completeR2Settings(), StorageCredentialStore(&secrets), &m_session));
         const auto provider = std::dynamic_pointer_cast<const CloudflareR2Provider>(made);
         QVERIFY(provider);
         QCOMPARE(provider->accessKeyID, QString(""));
@@ -198,7 +192,7 @@ private slots:
     }
 
     void anUploadWithAMissingValueFailsBeforeAnyTransfer() {
-        const CloudflareR2Provider provider(completeSettings(), QStringLiteral("k"), QString(), &m_session);
+        const CloudflareR2Provider provider(completeR2Settings(), QStringLiteral("k"), QString(), &m_session);
         try {
             runTask(
                 provider.upload(QUrl::fromLocalFile(QStringLiteral("/nonexistent/a.png")), QStringLiteral("a.png")));

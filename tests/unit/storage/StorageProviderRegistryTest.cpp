@@ -34,7 +34,6 @@ AppSettings settingsFor(StorageProviderKind kind) {
 }
 } // namespace
 
-
 class StorageProviderRegistryTest : public QObject {
     Q_OBJECT
 

@@ -13,7 +13,9 @@ AttachmentStorageSettings::AttachmentStorageSettings(SettingsStore& settings, co
     , m_settings(settings)
     , m_providers(providers)
     , m_credentials(credentials)
-    , m_googleAuth(googleAuth) {}
+    , m_googleAuth(googleAuth) {
+    connect(&googleAuth, &GoogleDriveAuthManager::connectedChanged, this, &AttachmentStorageSettings::stateChanged);
+}
 
 void AttachmentStorageSettings::setR2AccessKeyID(QString accessKeyID) {
     m_r2AccessKeyID = std::move(accessKeyID);
@@ -91,23 +93,8 @@ QCoro::Task<> AttachmentStorageSettings::testConnection() {
 }
 
 QCoro::Task<> AttachmentStorageSettings::refreshGoogleConnectionState() {
-    QPointer<AttachmentStorageSettings> self(this);
-    QCoro::Task<std::optional<QString>> readingRefreshToken = m_credentials.googleRefreshTokenStore.read();
-    std::optional<QString> token = co_await std::move(readingRefreshToken);
-    if (!self) {
-        co_return;
-    }
-    if (!token) {
-        QCoro::Task<std::optional<QString>> readingAccessToken = m_credentials.googleAccessTokenStore.read();
-        token = co_await std::move(readingAccessToken);
-        if (!self) {
-            co_return;
-        }
-    }
-    if (m_googleConnected != token.has_value()) {
-        m_googleConnected = token.has_value();
-        emit stateChanged();
-    }
+    QCoro::Task<> refreshing = m_googleAuth.refreshConnectionState();
+    co_await std::move(refreshing);
 }
 
 QCoro::Task<> AttachmentStorageSettings::connectGoogle() {

@@ -31,7 +31,7 @@ public:
     const QString& testResult() const { return m_testResult; }
     bool testSucceeded() const { return m_testSucceeded; }
     bool isTesting() const { return m_isTesting; }
-    bool googleConnected() const { return m_googleConnected; }
+    bool googleConnected() const { return m_googleAuth.isConnected(); }
     bool isConnectingGoogle() const { return m_isConnectingGoogle; }
 
     // Fills the two key fields from the secret store, as the tab appears; what is typed while the
@@ -43,7 +43,8 @@ public:
     // Saves the key pair, then checks the chosen provider's configuration as it stands, without a
     // request to the provider.
     QCoro::Task<> testConnection();
-    // Connected while the refresh token, or failing that the access token, can be read.
+    // Connected while the refresh token, or failing that the access token, can be read; the Drive
+    // provider's validation sees the same.
     QCoro::Task<> refreshGoogleConnectionState();
     // Signs in to Google in the browser; the result says "Connected to Google Drive." or why not.
     // Either way the connection state is read again.
@@ -73,6 +74,5 @@ private:
     QString m_testResult;
     bool m_testSucceeded = false;
     bool m_isTesting = false;
-    bool m_googleConnected = false;
     bool m_isConnectingGoogle = false;
 };

@@ -2,7 +2,7 @@
 
 #include "core/json/RawValue.h"
 
-// The bit rate class of a screen recording.
+// The bit rate class of a screen recording. It sets nothing else: both capture the same size.
 enum class RecordingQuality {
     hd720,
     hd1080,
@@ -14,3 +14,8 @@ template <> struct RawValues<RecordingQuality> {
         std::pair{RecordingQuality::hd1080, "hd1080"},
     };
 };
+
+// The average bit rate a recording of this quality is encoded at, in bits a second.
+constexpr qint64 averageBitRate(RecordingQuality quality) {
+    return quality == RecordingQuality::hd1080 ? 6'000'000 : 3'000'000;
+}

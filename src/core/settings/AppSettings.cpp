@@ -105,3 +105,23 @@ QJsonObject AppSettings::toJson() const {
         .set(QStringLiteral("googleDriveWebBaseURL"), googleDriveWebBaseURL)
         .object();
 }
+
+RecordingConfiguration AppSettings::recordingConfiguration() const {
+    return {
+        .quality = recordingQuality,
+        .captureMicrophone = recordingCaptureMicrophone,
+        .showCursor = recordingShowCursor,
+        .includeFacecam = recordingIncludeFacecam,
+        .facecamStyle = recordingFacecamStyle,
+        .maxDurationSeconds = static_cast<double>(recordingMaxDurationMinutes) * 60.0,
+    };
+}
+
+void AppSettings::setRecordingConfiguration(const RecordingConfiguration& configuration) {
+    recordingQuality = configuration.quality;
+    recordingCaptureMicrophone = configuration.captureMicrophone;
+    recordingShowCursor = configuration.showCursor;
+    recordingIncludeFacecam = configuration.includeFacecam;
+    recordingFacecamStyle = configuration.facecamStyle;
+    recordingMaxDurationMinutes = static_cast<qint64>(configuration.maxDurationSeconds / 60.0);
+}

@@ -2,6 +2,7 @@
 
 #include "core/json/JsonDecoding.h"
 #include "core/recording/FacecamStyle.h"
+#include "core/recording/RecordingConfiguration.h"
 #include "core/recording/RecordingQuality.h"
 #include "core/settings/Bookmark.h"
 #include "core/settings/DefaultField.h"
@@ -75,6 +76,11 @@ struct AppSettings {
     std::optional<QString> googleDriveWebBaseURL;
 
     // Absent optional fields are left out; all others are always written.
+    // The recording defaults as one configuration, the maximum duration minutes × 60 seconds.
+    RecordingConfiguration recordingConfiguration() const;
+    // Keeps a configuration as the recording defaults, the maximum duration in whole minutes, truncated.
+    void setRecordingConfiguration(const RecordingConfiguration& configuration);
+
     static AppSettings fromJson(const Json::JsonObject& json);
     QJsonObject toJson() const;
 

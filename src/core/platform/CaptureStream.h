@@ -1,0 +1,67 @@
+#pragma once
+
+#include "core/recording/MediaSample.h"
+
+#include <QRect>
+#include <QRectF>
+#include <QSize>
+#include <functional>
+#include <memory>
+#include <qcoro/qcorotask.h>
+#include <variant>
+
+// What a recording captures, as the person chose it: a screen, a window or a region.
+struct CaptureTarget {
+    // An X11 window (the root window for a whole screen), or a region of it in its own pixels; an
+    // empty region is the whole window.
+    struct X11Window {
+        quint32 window = 0;
+        QRect region;
+    };
+    // A PipeWire node of a ScreenCast session; the session keeps `fd` open while it lasts.
+    struct PipeWireNode {
+        int fd = -1;
+        quint32 nodeId = 0;
+    };
+
+    // The captured area in device-independent pixels, and how many device pixels one of them is.
+    QRectF contentRect;
+    double pointPixelScale = 1.0;
+    std::variant<X11Window, PipeWireNode> surface;
+};
+
+// How a capture stream delivers.
+struct CaptureConfiguration {
+    // Every frame is scaled to this size.
+    QSize size;
+    // Frames a second at most.
+    int framesPerSecond = 30;
+    bool showsCursor = true;
+    // Microphone samples beside the frames.
+    bool captureMicrophone = false;
+};
+
+// A running screen capture, with the microphone when configured. Frames and samples are handed to
+// the outputs on the source's own threads as they come; nothing is queued for a slow receiver.
+// Failures are thrown as ScreenRecordingError.
+class CaptureStream {
+public:
+    virtual ~CaptureStream() = default;
+
+    virtual void addScreenOutput(std::function<void(VideoFrame)> output) = 0;
+    virtual void addMicrophoneOutput(std::function<void(AudioBuffer)> output) = 0;
+    virtual QCoro::Task<> startCapture() = 0;
+    // Stopping a stream that has stopped already fails.
+    virtual QCoro::Task<> stopCapture() = 0;
+};
+
+// Makes capture streams of the desktop's screens.
+class ScreenCaptureService {
+public:
+    virtual ~ScreenCaptureService() = default;
+
+    // Fails when the screen may not be captured at all.
+    virtual QCoro::Task<> checkAccess() = 0;
+    virtual std::unique_ptr<CaptureStream> makeStream(const CaptureTarget& target,
+                                                      const CaptureConfiguration& configuration) = 0;
+};

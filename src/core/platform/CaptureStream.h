@@ -43,6 +43,7 @@ struct CaptureConfiguration {
 
 // A running screen capture, with the microphone when configured. Frames and samples are handed to
 // the outputs on the source's own threads as they come; nothing is queued for a slow receiver.
+// Their presentation times run on one monotonic clock that goes on across a stop and a start.
 // Failures are thrown as ScreenRecordingError.
 class CaptureStream {
 public:
@@ -51,7 +52,7 @@ public:
     virtual void addScreenOutput(std::function<void(VideoFrame)> output) = 0;
     virtual void addMicrophoneOutput(std::function<void(AudioBuffer)> output) = 0;
     virtual QCoro::Task<> startCapture() = 0;
-    // Stopping a stream that has stopped already fails.
+    // Stopping a stream that has stopped already does nothing.
     virtual QCoro::Task<> stopCapture() = 0;
 };
 

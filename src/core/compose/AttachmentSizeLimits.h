@@ -38,8 +38,4 @@ ValidationResult validate(qint64 sizeBytes);
 // Whole seconds, rounded to the nearest and never negative: "1:05" below an hour, "1:00:05" from it.
 QString formattedDuration(double seconds);
 
-// Sizes as every text shows them: decimal units, MB with one decimal below 1000 MB and GB with two
-// from there, trailing zeros dropped: "524.3 MB", "998.6 MB", "1 GB", "1.07 GB".
-QString formattedByteCount(qint64 bytes);
-
 } // namespace AttachmentSizeLimits

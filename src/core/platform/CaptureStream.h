@@ -1,6 +1,6 @@
 #pragma once
 
-#include "core/recording/MediaSample.h"
+#include "core/platform/MediaSample.h"
 
 #include <QRect>
 #include <QRectF>
@@ -10,19 +10,23 @@
 #include <qcoro/qcorotask.h>
 #include <variant>
 
+// An X11 window (the root window for a whole screen), or a region of it in its own pixels; an empty
+// region is the whole window.
+struct X11CaptureWindow {
+    quint32 window = 0;
+    QRect region;
+};
+
+// A PipeWire node of a ScreenCast session; the session keeps `fd` open while it lasts.
+struct PipeWireCaptureNode {
+    int fd = -1;
+    quint32 nodeId = 0;
+};
+
 // What a recording captures, as the person chose it: a screen, a window or a region.
 struct CaptureTarget {
-    // An X11 window (the root window for a whole screen), or a region of it in its own pixels; an
-    // empty region is the whole window.
-    struct X11Window {
-        quint32 window = 0;
-        QRect region;
-    };
-    // A PipeWire node of a ScreenCast session; the session keeps `fd` open while it lasts.
-    struct PipeWireNode {
-        int fd = -1;
-        quint32 nodeId = 0;
-    };
+    using X11Window = X11CaptureWindow;
+    using PipeWireNode = PipeWireCaptureNode;
 
     // The captured area in device-independent pixels, and how many device pixels one of them is.
     QRectF contentRect;

@@ -2,6 +2,7 @@
 
 #include "core/api/Endpoints.h"
 #include "core/compose/AttachmentSizeLimits.h"
+#include "core/support/ByteCountText.h"
 #include "core/submit/AttachmentUploadError.h"
 #include "core/submit/FailureMessage.h"
 #include "core/support/FileError.h"
@@ -45,7 +46,7 @@ QCoro::Task<> upload(StagedAttachment attachment, QString taskID, NorvaneClient 
         throw NVError(NVError::Server{
             std::nullopt,
             QCoreApplication::translate("AttachmentUploader", "Attachment exceeds Norvane's size limit (%1).")
-                .arg(AttachmentSizeLimits::formattedByteCount(*size)),
+                .arg(formattedByteCount(*size)),
             std::nullopt});
     }
     const QString localPath = attachment.fileURL.toLocalFile();

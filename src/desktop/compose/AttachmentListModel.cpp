@@ -1,6 +1,7 @@
 #include "desktop/compose/AttachmentListModel.h"
 
 #include "core/compose/AttachmentSizeLimits.h"
+#include "core/support/ByteCountText.h"
 #include "core/support/Overloaded.h"
 
 namespace {
@@ -98,7 +99,7 @@ QVariant AttachmentListModel::data(const QModelIndex& index, int role) const {
         return attachment.filename;
     case SizeTextRole: {
         const std::optional<qint64> size = shownSize(attachment);
-        return size ? AttachmentSizeLimits::formattedByteCount(*size) : QString();
+        return size ? formattedByteCount(*size) : QString();
     }
     case NoteRole:
         return noteOn(attachment);

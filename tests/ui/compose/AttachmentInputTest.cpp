@@ -1,4 +1,5 @@
 #include "core/compose/AttachmentSizeLimits.h"
+#include "core/support/ByteCountText.h"
 #include "support/PopoverFixture.h"
 #include "support/QuickItems.h"
 #include "support/SandboxProcess.h"
@@ -173,7 +174,7 @@ private slots:
         QCOMPARE(draft().attachments().size(), 1);
         const qint64 written = QFileInfo(draft().attachments().first().fileURL.toLocalFile()).size();
         QVERIFY(written > 100'000);
-        QCOMPARE(role(0, AttachmentListModel::SizeTextRole), AttachmentSizeLimits::formattedByteCount(written));
+        QCOMPARE(role(0, AttachmentListModel::SizeTextRole), formattedByteCount(written));
         QCOMPARE(role(0, AttachmentListModel::NoteRole), QString());
     }
 

@@ -1,4 +1,5 @@
 #include "core/compose/AttachmentSizeLimits.h"
+#include "core/support/ByteCountText.h"
 #include "support/TestMain.h"
 
 #include <QTemporaryDir>

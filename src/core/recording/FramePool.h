@@ -1,0 +1,25 @@
+#pragma once
+
+#include <QImage>
+#include <QSize>
+#include <memory>
+#include <optional>
+
+// Pictures of one size to draw composed frames into, used again once nobody holds them, so a
+// recording doesn't allocate a frame's memory thirty times a second.
+class FramePool {
+public:
+    // A pool that holds `minimumCount` pictures at first and grows to a few more while all are
+    // held; none for an empty size.
+    static std::unique_ptr<FramePool> create(QSize size, int minimumCount = 3);
+
+    // A picture nobody else holds (32 bits a pixel), or none when every one is held.
+    std::optional<QImage> take();
+
+private:
+    struct Blocks;
+    FramePool(QSize size, std::shared_ptr<Blocks> blocks);
+
+    QSize m_size;
+    std::shared_ptr<Blocks> m_blocks;
+};

@@ -3,16 +3,14 @@
 #include "core/async/Background.h"
 #include "core/storage/AWSV4Signer.h"
 #include "core/storage/StorageProviderError.h"
-#include "core/storage/StorageTransferError.h"
+#include "core/storage/StorageTransfer.h"
 #include "core/support/FileInMemory.h"
 #include "core/support/StrictUtf8.h"
 
 #include <QCoreApplication>
-#include <QCoroNetworkReply>
 #include <QFileInfo>
 #include <QHash>
 #include <QNetworkAccessManager>
-#include <QNetworkReply>
 #include <QUuid>
 
 namespace {
@@ -97,19 +95,14 @@ QCoro::Task<QUrl> CloudflareR2Provider::upload(QUrl fileURL, QString filename) c
     QCoro::Task<SignedUpload> signing = runInBackground(std::move(sign));
     // The body is the memory the file was read into, which lives until the answer is in.
     const SignedUpload upload = co_await std::move(signing);
-    const std::unique_ptr<QNetworkReply> reply(m_session->put(upload.request, upload.payload->bytes()));
-    QNetworkReply* const sent = reply.get();
-    co_await sent;
-    const QVariant status = reply->attribute(QNetworkRequest::HttpStatusCodeAttribute);
-    if (!status.isValid()) {
-        if (reply->error() != QNetworkReply::NoError) {
-            throw StorageTransferError(reply->error(), reply->errorString());
-        }
+    QCoro::Task<StorageTransfer::Answer> sending =
+        StorageTransfer::send(m_session, upload.request, QByteArrayLiteral("PUT"), upload.payload->bytes());
+    const StorageTransfer::Answer answer = co_await std::move(sending);
+    if (!answer.status) {
         throw StorageProviderError::invalidResponse();
     }
-    const int code = status.toInt();
-    if (code < 200 || code > 299) {
-        throw StorageProviderError::uploadFailed(failureMessage(code, reply->readAll()));
+    if (!answer.succeeded()) {
+        throw StorageProviderError::uploadFailed(failureMessage(*answer.status, answer.body));
     }
     co_return publicURL(key);
 }

@@ -5,15 +5,13 @@
 #include "core/storage/CloudinaryErrorResponse.h"
 #include "core/storage/CloudinaryUploadResponse.h"
 #include "core/storage/StorageProviderError.h"
-#include "core/storage/StorageTransferError.h"
+#include "core/storage/StorageTransfer.h"
 #include "core/support/FileError.h"
 #include "core/support/StrictUtf8.h"
 
 #include <QCoreApplication>
-#include <QCoroNetworkReply>
 #include <QFile>
 #include <QNetworkAccessManager>
-#include <QNetworkReply>
 #include <cstring>
 
 namespace {
@@ -97,18 +95,13 @@ QCoro::Task<QUrl> CloudinaryProvider::upload(QUrl fileURL, QString filename) con
     if (!m_session) {
         throw sessionEnded();
     }
-    const std::unique_ptr<QNetworkReply> reply(
-        m_session->post(uploadRequest(uploadURL(m_apiBaseURL, m_cloudName), boundary), body));
-    QNetworkReply* const sent = reply.get();
-    co_await sent;
-    const QVariant status = reply->attribute(QNetworkRequest::HttpStatusCodeAttribute);
-    if (!status.isValid() && reply->error() != QNetworkReply::NoError) {
-        throw StorageTransferError(reply->error(), reply->errorString());
-    }
-    if (!status.isValid()) {
+    QCoro::Task<StorageTransfer::Answer> sending = StorageTransfer::send(
+        m_session, uploadRequest(uploadURL(m_apiBaseURL, m_cloudName), boundary), QByteArrayLiteral("POST"), body);
+    const StorageTransfer::Answer answer = co_await std::move(sending);
+    if (!answer.status) {
         throw StorageProviderError::invalidResponse();
     }
-    co_return decodeResponse(status.toInt(), reply->readAll());
+    co_return decodeResponse(*answer.status, answer.body);
 }
 
 QUrl CloudinaryProvider::uploadURL(const QUrl& apiBaseURL, const QString& cloudName) {

@@ -213,6 +213,13 @@ void Waits::release(std::chrono::milliseconds length) {
     }
 }
 
+void Waits::releaseAll() {
+    const QList<Wait> ending = std::exchange(*m_waits, {});
+    for (const Wait& wait : ending) {
+        wait.ended.fulfil(true);
+    }
+}
+
 QCoro::Task<> Waits::wait(std::shared_ptr<QList<Wait>> waits, std::chrono::milliseconds length) {
     const OneShot<bool> ended;
     waits->append({length, ended});

@@ -130,6 +130,8 @@ public:
     QList<std::chrono::milliseconds> held() const;
     // Ends the waits of that length held now.
     void release(std::chrono::milliseconds length);
+    // Ends every wait held now, so no waiting task outlives the test.
+    void releaseAll();
 
 private:
     struct Wait {

@@ -137,6 +137,7 @@ private slots:
 
     void cleanup() {
         m_engine.reset();
+        m_waits->releaseAll();
         drain();
     }
 

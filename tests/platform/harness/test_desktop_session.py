@@ -3,11 +3,13 @@
 `desktop-session run --`. It looks at what the session's clients rely on: the display, a private bus,
 the keyring, the notification server and the tray host of the session's mode (NORVANEBAR_TRAY)."""
 
+import array
 import json
 import os
 import stat
 import subprocess
 import sys
+import tempfile
 import time
 import unittest
 import uuid
@@ -360,6 +362,46 @@ class XEmbedTray(unittest.TestCase):
 
     def test_no_status_notifier_watcher(self):
         self.assertFalse(name_has_owner(WATCHER))
+
+
+def sound_server_answers():
+    return run("pactl", "info").returncode == 0
+
+
+@unittest.skipUnless("pulseaudio" in PIECES, "session started without a microphone")
+class Microphone(unittest.TestCase):
+    def test_clients_are_pointed_at_the_private_server_and_its_monitor(self):
+        socket_path = os.path.join(os.environ["XDG_RUNTIME_DIR"], "pulse", "native")
+        self.assertEqual(os.environ["PULSE_SERVER"], "unix:" + socket_path)
+        self.assertTrue(stat.S_ISSOCK(os.stat(socket_path).st_mode))
+        self.assertEqual(os.environ["PULSE_SOURCE"], "fakemic.monitor")
+        self.assertTrue(sound_server_answers())
+        sources = run("pactl", "list", "short", "sources").stdout
+        self.assertEqual([line.split("\t")[1] for line in sources.splitlines()], ["fakemic.monitor"])
+        self.assertEqual(PIECES[-2:], ["pulseaudio", "tone"])
+
+    def test_the_default_source_records_a_440_hz_tone(self):
+        rate, buffers = 48000, 50  # pulsesrc gives 10 ms a buffer: half a second
+        with tempfile.NamedTemporaryFile(suffix=".raw") as recording:
+            result = run("gst-launch-1.0", "-q", "pulsesrc", "num-buffers=%d" % buffers, "!",
+                         "audio/x-raw,format=S16LE,channels=1,rate=%d" % rate, "!",
+                         "filesink", "location=" + recording.name)
+            self.assertEqual(result.returncode, 0, result.stderr)
+            samples = array.array("h", recording.read())
+        self.assertGreater(len(samples), rate // 4)
+        self.assertGreater(max(abs(sample) for sample in samples), 1000)
+        # A sine crosses zero upwards once a period.
+        rising = sum(1 for before, after in zip(samples, samples[1:]) if before < 0 <= after)
+        self.assertAlmostEqual(rising * rate / len(samples), 440, delta=15)
+
+
+@unittest.skipIf("pulseaudio" in PIECES, "session started with a microphone")
+class NoSoundServer(unittest.TestCase):
+    def test_no_server_answers_and_none_is_started(self):
+        self.assertNotIn("PULSE_SERVER", os.environ)
+        self.assertNotIn("PULSE_SOURCE", os.environ)
+        self.assertFalse(sound_server_answers())
+        self.assertFalse(os.path.exists(os.path.join(os.environ["XDG_RUNTIME_DIR"], "pulse", "native")))
 
 
 @unittest.skipUnless(TRAY == "none", "the session has a tray host")

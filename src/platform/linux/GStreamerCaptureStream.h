@@ -1,0 +1,48 @@
+#pragma once
+
+#include "core/platform/CaptureStream.h"
+
+#include <QCoreApplication>
+#include <gst/app/gstappsink.h>
+#include <memory>
+#include <vector>
+
+class GStreamerPipeline;
+
+// A screen capture through GStreamer: ximagesrc for an X11 window or region, pipewiresrc for a
+// PipeWire node of a ScreenCast session, and pulsesrc for the microphone (the sound server's
+// default source, or $PULSE_SOURCE), all in one pipeline. Frames come as BGRx at the configured
+// size, each a view of GStreamer's own buffer; microphone samples as signed 16-bit PCM. Their times
+// are the monotonic clock's (running time plus base time), so they go on across a stop and a start.
+// Outputs are added before the capture starts and are called on GStreamer's streaming threads.
+class GStreamerCaptureStream : public CaptureStream {
+    Q_DECLARE_TR_FUNCTIONS(GStreamerCaptureStream)
+
+public:
+    // Throws ScreenRecordingError::writerFailed when an element is missing.
+    GStreamerCaptureStream(const CaptureTarget& target, const CaptureConfiguration& configuration);
+    // Stops the capture; no output runs after it.
+    ~GStreamerCaptureStream() override;
+    GStreamerCaptureStream(const GStreamerCaptureStream&) = delete;
+    GStreamerCaptureStream& operator=(const GStreamerCaptureStream&) = delete;
+
+    void addScreenOutput(std::function<void(VideoFrame)> output) override;
+    void addMicrophoneOutput(std::function<void(AudioBuffer)> output) override;
+    QCoro::Task<> startCapture() override;
+    QCoro::Task<> stopCapture() override;
+
+private:
+    static GstFlowReturn onVideoSample(GstAppSink* sink, gpointer stream);
+    static GstFlowReturn onAudioSample(GstAppSink* sink, gpointer stream);
+    // The sample's times on the monotonic clock.
+    SampleTiming timing(GstSample* sample) const;
+    // A frame, or microphone samples, made of a sample whose reference they take over.
+    VideoFrame videoFrame(GstSample* sample) const;
+    AudioBuffer audioBuffer(GstSample* sample) const;
+
+    // A duplicate of the PipeWire remote's descriptor, which the pipeline reads from; -1 for X11.
+    int m_pipeWireFd = -1;
+    std::unique_ptr<GStreamerPipeline> m_pipeline;
+    std::vector<std::function<void(VideoFrame)>> m_screenOutputs;
+    std::vector<std::function<void(AudioBuffer)>> m_microphoneOutputs;
+};

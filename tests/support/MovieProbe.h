@@ -1,0 +1,67 @@
+#pragma once
+
+#include <QProcess>
+#include <QRegularExpression>
+#include <QString>
+#include <QStringList>
+
+// What gst-discoverer-1.0 -v, and ffprobe for the count of video frames, read in a movie file.
+struct MovieFacts {
+    // Whether the file is a movie at all.
+    bool playable = false;
+    double seconds = 0;
+    // The H.264 profile of the video ("high", "constrained-baseline"), empty without H.264 video.
+    QString videoProfile;
+    int width = 0;
+    int height = 0;
+    int videoFrames = 0;
+    // The caps of the audio stream ("audio/x-raw, format=(string)S16LE, …"), empty without one.
+    QString audioCaps;
+    // What the tools wrote, for a failure message.
+    QString report;
+};
+
+inline QString toolOutput(const QString& program, const QStringList& arguments) {
+    QProcess process;
+    process.setProcessChannelMode(QProcess::MergedChannels);
+    process.start(program, arguments);
+    if (!process.waitForFinished(60'000) || process.exitStatus() != QProcess::NormalExit || process.exitCode() != 0) {
+        return {};
+    }
+    return QString::fromUtf8(process.readAll());
+}
+
+inline MovieFacts probeMovie(const QString& path) {
+    MovieFacts facts;
+    facts.report = toolOutput(QStringLiteral("gst-discoverer-1.0"), {QStringLiteral("-v"), path});
+    const QRegularExpressionMatch duration =
+        QRegularExpression(QStringLiteral(R"(^\s*Duration: (\d+):(\d+):([\d.]+))"), QRegularExpression::MultilineOption)
+            .match(facts.report);
+    facts.playable = duration.hasMatch() && facts.report.contains(QStringLiteral("container #0: video/quicktime"));
+    if (duration.hasMatch()) {
+        facts.seconds =
+            duration.captured(1).toInt() * 3600 + duration.captured(2).toInt() * 60 + duration.captured(3).toDouble();
+    }
+    const QRegularExpressionMatch video = QRegularExpression(QStringLiteral(R"(^\s*video #\d+: video/x-h264, (.*)$)"),
+                                                             QRegularExpression::MultilineOption)
+                                              .match(facts.report);
+    if (video.hasMatch()) {
+        const QString caps = video.captured(1);
+        facts.videoProfile =
+            QRegularExpression(QStringLiteral(R"(profile=\(string\)([\w-]+))")).match(caps).captured(1);
+        facts.width = QRegularExpression(QStringLiteral(R"(width=\(int\)(\d+))")).match(caps).captured(1).toInt();
+        facts.height = QRegularExpression(QStringLiteral(R"(height=\(int\)(\d+))")).match(caps).captured(1).toInt();
+    }
+    facts.audioCaps =
+        QRegularExpression(QStringLiteral(R"(^\s*audio #\d+: (.*)$)"), QRegularExpression::MultilineOption)
+            .match(facts.report)
+            .captured(1);
+    const QString packets =
+        toolOutput(QStringLiteral("ffprobe"),
+                   {QStringLiteral("-v"), QStringLiteral("error"), QStringLiteral("-select_streams"),
+                    QStringLiteral("v:0"), QStringLiteral("-count_packets"), QStringLiteral("-show_entries"),
+                    QStringLiteral("stream=nb_read_packets"), QStringLiteral("-of"), QStringLiteral("csv=p=0"), path});
+    facts.videoFrames = packets.trimmed().toInt();
+    facts.report += packets;
+    return facts;
+}

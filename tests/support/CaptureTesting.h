@@ -1,7 +1,7 @@
 #pragma once
 
 #include "core/platform/CaptureStream.h"
-#include "core/recording/MediaSample.h"
+#include "core/platform/MediaSample.h"
 #include "support/RunTask.h"
 
 #include <QImage>

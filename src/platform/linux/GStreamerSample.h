@@ -1,6 +1,6 @@
 #pragma once
 
-#include "core/recording/MediaSample.h"
+#include "core/platform/MediaSample.h"
 
 #include <gst/gst.h>
 

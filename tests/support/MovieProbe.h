@@ -4,6 +4,7 @@
 #include <QRegularExpression>
 #include <QString>
 #include <QStringList>
+#include <optional>
 
 // What gst-discoverer-1.0 -v, and ffprobe for the count of video frames, read in a movie file.
 struct MovieFacts {
@@ -64,4 +65,20 @@ inline MovieFacts probeMovie(const QString& path) {
     facts.videoFrames = packets.trimmed().toInt();
     facts.report += packets;
     return facts;
+}
+
+// The mean loudness of a movie's first sound track in dB below full scale, as ffmpeg's volumedetect
+// measures it (silence reads about -91); none without a sound track.
+inline std::optional<double> meanVolume(const QString& path) {
+    QProcess process;
+    process.start(QStringLiteral("ffmpeg"),
+                  {QStringLiteral("-nostdin"), QStringLiteral("-i"), path, QStringLiteral("-map"),
+                   QStringLiteral("0:a:0"), QStringLiteral("-af"), QStringLiteral("volumedetect"), QStringLiteral("-f"),
+                   QStringLiteral("null"), QStringLiteral("-")});
+    if (!process.waitForFinished(60'000) || process.exitCode() != 0) {
+        return std::nullopt;
+    }
+    const QRegularExpressionMatch mean = QRegularExpression(QStringLiteral(R"(mean_volume: (-?[\d.]+) dB)"))
+                                             .match(QString::fromUtf8(process.readAllStandardError()));
+    return mean.hasMatch() ? std::optional(mean.captured(1).toDouble()) : std::nullopt;
 }

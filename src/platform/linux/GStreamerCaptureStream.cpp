@@ -183,7 +183,10 @@ void GStreamerCaptureStream::addMicrophoneOutput(std::function<void(AudioBuffer)
 }
 
 QCoro::Task<> GStreamerCaptureStream::startCapture() {
-    QFuture<std::optional<QString>> playing = m_pipeline->play();
+    // After a stop the capture plays on from where it was held, so the frames still in use keep
+    // the memory they were captured into.
+    QFuture<std::optional<QString>> playing = m_held ? m_pipeline->resume() : m_pipeline->play();
+    m_held = false;
     co_await playing;
     // Only the future is read after the wait: the stream may have gone meanwhile.
     if (const std::optional<QString> failure = playing.result()) {
@@ -192,7 +195,8 @@ QCoro::Task<> GStreamerCaptureStream::startCapture() {
 }
 
 QCoro::Task<> GStreamerCaptureStream::stopCapture() {
-    m_pipeline->stop();
+    m_pipeline->pause();
+    m_held = true;
     co_return;
 }
 

@@ -43,6 +43,8 @@ private:
     // A duplicate of the PipeWire remote's descriptor, which the pipeline reads from; -1 for X11.
     int m_pipeWireFd = -1;
     std::unique_ptr<GStreamerPipeline> m_pipeline;
+    // Stopped, and held where it was rather than ended.
+    bool m_held = false;
     std::vector<std::function<void(VideoFrame)>> m_screenOutputs;
     std::vector<std::function<void(AudioBuffer)>> m_microphoneOutputs;
 };

@@ -207,9 +207,11 @@ QString GStreamerMovieWriter::description() const {
             .arg(m_video->size.height())
             .arg(encoding);
     if (m_audio) {
-        // Linked by hand once it has its caps, so that the muxer gives it an audio pad.
+        // Linked by hand once it has its caps, so that the muxer gives it an audio pad. The muxer
+        // takes raw sound only as one unbroken run: audiorate fills a pause, or a microphone that
+        // fell behind, with silence, so the sound keeps its place beside the pictures.
         description += QStringLiteral(" appsrc name=audio format=time is-live=true block=false max-bytes=0"
-                                      " emit-signals=false");
+                                      " emit-signals=false ! audiorate name=gapless");
     }
     return description;
 }
@@ -235,7 +237,7 @@ bool GStreamerMovieWriter::startWriting() {
         GstCaps* caps = rawAudioCaps(*m_audio, &info);
         g_object_set(m_audioSource, "caps", caps, nullptr);
         gst_caps_unref(caps);
-        if (!gst_element_link_pads(m_audioSource, "src", m_pipeline->element("mux"), "audio_%u")) {
+        if (!gst_element_link_pads(m_pipeline->element("gapless"), "src", m_pipeline->element("mux"), "audio_%u")) {
             m_state->fail({0, tr("The movie could not take the microphone's sound.")});
             return false;
         }

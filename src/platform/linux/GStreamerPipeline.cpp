@@ -99,11 +99,23 @@ GstElement* GStreamerPipeline::element(const char* name) const {
 }
 
 QFuture<std::optional<QString>> GStreamerPipeline::play() {
+    // A pipeline that failed before keeps elements in odd states: it starts from NULL.
+    stop();
+    return playFromHere();
+}
+
+void GStreamerPipeline::pause() {
+    gst_element_set_state(m_pipeline, GST_STATE_PAUSED);
+}
+
+QFuture<std::optional<QString>> GStreamerPipeline::resume() {
+    return playFromHere();
+}
+
+QFuture<std::optional<QString>> GStreamerPipeline::playFromHere() {
     auto promise = std::make_shared<QPromise<std::optional<QString>>>();
     QFuture<std::optional<QString>> future = promise->future();
     promise->start();
-    // A pipeline that failed before keeps elements in odd states: it starts from NULL.
-    stop();
     {
         const std::lock_guard lock(m_listener->mutex);
         m_listener->starting = promise;

@@ -39,6 +39,11 @@ public:
     // Starts again from the beginning; the future gets nothing once the pipeline plays, or the
     // message of the error that came first.
     QFuture<std::optional<QString>> play();
+    // Holds a playing pipeline where it is: no data flows, and the elements keep what they hold
+    // (an X11 capture its display and shared memory, which buffers still in use refer to).
+    void pause();
+    // Plays on from a pause, with play()'s future.
+    QFuture<std::optional<QString>> resume();
     // Starts without waiting; false when an element refused at once.
     bool start();
     // To NULL: returns once every streaming thread has ended.
@@ -51,6 +56,7 @@ public:
 
 private:
     struct Listener;
+    QFuture<std::optional<QString>> playFromHere();
 
     GstElement* m_pipeline = nullptr;
     std::shared_ptr<Listener> m_listener;

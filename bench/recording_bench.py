@@ -1,7 +1,7 @@
 """Screen recording benchmark: the whole screen (1920×1080 by default) with the microphone, for 60 s,
 recorded by NorvaneBar's engine (bench's recording-client: GStreamer capture, x264 at the 1080p bit
 rate of 6 Mbit/s, raw PCM sound, QuickTime) and by ffmpeg doing the same in the same run:
-`ffmpeg -f x11grab … -f pulse … -c:v libx264 -preset veryfast -b:v 6M -c:a pcm_s16le`. A ball moves
+`ffmpeg -f x11grab … -f pulse … -c:v libx264 -preset veryfast -pix_fmt yuv420p -b:v 6M -c:a pcm_s16le`. A ball moves
 in a window meanwhile, so the screen changes. Runs inside `desktop-session run --microphone
 --screen WxH`.
 
@@ -103,7 +103,7 @@ def main():
                 ["ffmpeg", "-nostdin", "-loglevel", "error", "-f", "x11grab", "-framerate", "30",
                  "-video_size", f"{width}x{height}", "-draw_mouse", "1", "-i", os.environ["DISPLAY"],
                  "-f", "pulse", "-i", "default", "-t", str(args.seconds),
-                 "-c:v", "libx264", "-preset", "veryfast", "-profile:v", "high", "-b:v", "6M",
+                 "-c:v", "libx264", "-preset", "veryfast", "-pix_fmt", "yuv420p", "-profile:v", "high", "-b:v", "6M",
                  "-c:a", "pcm_s16le", "-y", baseline])
             if status != 0:
                 print(err, file=sys.stderr)

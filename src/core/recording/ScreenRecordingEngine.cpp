@@ -15,6 +15,8 @@
 namespace {
 constexpr int framesPerSecond = 30;
 constexpr std::chrono::milliseconds timerTick(500);
+// Frames handed to the writer's thread and not yet taken up.
+constexpr int maxFramesInFlight = 2;
 
 double secondsBetween(const QDateTime& from, const QDateTime& to) {
     return double(from.msecsTo(to)) / 1000.0;
@@ -149,11 +151,18 @@ void ScreenRecordingEngine::receiveVideo(VideoFrame frame) {
     if (!frame.dataReady) {
         return;
     }
+    // Real time: a frame that finds the writer's thread still busy with earlier ones is lost here,
+    // rather than waiting with the capture's memory held.
+    if (m_framesInFlight >= maxFramesInFlight) {
+        return;
+    }
+    ++m_framesInFlight;
     // The engine outlives its stream and its queue (see the destructor), so `this` holds here.
     m_writerQueue->post([this, frame = std::move(frame)] {
         if (!m_isPaused) {
             m_samples.appendVideoSampleBuffer(frame);
         }
+        --m_framesInFlight;
     });
 }
 

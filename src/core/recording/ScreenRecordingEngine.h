@@ -95,6 +95,7 @@ private:
     std::unique_ptr<CaptureStream> m_stream;
     std::optional<QString> m_outputPath;
 
+    std::atomic<int> m_framesInFlight = 0;
     std::atomic<bool> m_isRecording = false;
     std::atomic<bool> m_isPaused = false;
     std::optional<QDateTime> m_recordingStartTime;

@@ -303,6 +303,18 @@ private slots:
         QCOMPARE(times(writer()->frames), QList<double>{1.0});
     }
 
+    void framesComingFasterThanTheWriterTakesThemAreLostOnArrival() {
+        startRecording(withMicrophone(false));
+        // Three frames before the writer's thread runs: two wait for it, the third is lost.
+        stream().deliver(frame(1.0));
+        stream().deliver(frame(1.1));
+        stream().deliver(frame(1.2));
+        drain();
+        QCOMPARE(times(writer()->frames), (QList<double>{0.0, double(nanoseconds(1.1) - nanoseconds(1.0)) / 1e9}));
+        deliver(frame(1.3));
+        QCOMPARE(writer()->frames.size(), 3);
+    }
+
     // --- the microphone's start-up --------------------------------------------------------------
 
     void theFirstFrameWaitsForTheMicrophoneAndStartsTheMovie() {

@@ -122,15 +122,24 @@ private slots:
                      qPrintable(QString::number(frame.arrival - *frame.presentation)));
         }
 
-        // The tone of the session's microphone.
+        // The tone of the session's microphone: a sine crosses zero upwards once a period. (Under load
+        // its player may leave gaps of silence, which the median passes over.)
         const std::vector<qint16> samples = leftChannel(sounds);
         QVERIFY(*std::max_element(samples.begin(), samples.end()) > 1000);
-        size_t rising = 0;
+        std::vector<size_t> periods;
+        size_t lastRising = 0;
         for (size_t i = 1; i < samples.size(); ++i) {
-            rising += samples[i - 1] < 0 && samples[i] >= 0 ? 1 : 0;
+            if (samples[i - 1] < 0 && samples[i] >= 0) {
+                if (lastRising > 0) {
+                    periods.push_back(i - lastRising);
+                }
+                lastRising = i;
+            }
         }
-        const double frequency = double(rising) * 48000 / double(samples.size());
-        QVERIFY2(std::abs(frequency - 440) < 20, qPrintable(QString::number(frequency)));
+        QVERIFY(periods.size() > 100);
+        std::nth_element(periods.begin(), periods.begin() + periods.size() / 2, periods.end());
+        const double frequency = 48000.0 / double(periods[periods.size() / 2]);
+        QVERIFY2(std::abs(frequency - 440) < 10, qPrintable(QString::number(frequency)));
     }
 
     void soundTimesGoOnAcrossAStopAndAStart() {

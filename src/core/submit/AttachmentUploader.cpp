@@ -2,9 +2,9 @@
 
 #include "core/api/Endpoints.h"
 #include "core/compose/AttachmentSizeLimits.h"
-#include "core/support/ByteCountText.h"
 #include "core/submit/AttachmentUploadError.h"
 #include "core/submit/FailureMessage.h"
+#include "core/support/ByteCountText.h"
 #include "core/support/FileError.h"
 
 #include <QCoreApplication>

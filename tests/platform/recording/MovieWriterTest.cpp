@@ -195,14 +195,14 @@ private slots:
         early.timing.presentation = sessionStart - 1;
         QVERIFY(!writer->appendVideo(early));
 
-        // The muxer waits for the sound, which never comes: the video's input fills up and then
-        // refuses.
-        int index = 0;
-        while (writer->isReadyForMoreVideo() && index < 100) {
-            QVERIFY(writer->appendVideo(syntheticFrame(index++, {640, 480})));
+        // The muxer waits for the sound, which never comes: once the video's input is full it refuses,
+        // and what it refused is not in the movie.
+        int accepted = 0;
+        int refused = 0;
+        for (int index = 0; index < 200; ++index) {
+            (writer->appendVideo(syntheticFrame(index, {640, 480})) ? accepted : refused) += 1;
         }
-        QVERIFY(QTest::qWaitFor([&] { return !writer->isReadyForMoreVideo(); }, 10'000));
-        QVERIFY(!writer->appendVideo(syntheticFrame(index, {640, 480})));
+        QVERIFY(refused > 0);
         QCOMPARE(writer->status(), MovieWriter::Status::writing);
 
         // An input that took no sample still lets the movie end.
@@ -210,10 +210,10 @@ private slots:
         writer->finishWriting(done.callback());
         QVERIFY(done.wait());
         QCOMPARE(writer->status(), MovieWriter::Status::completed);
-        QVERIFY(!writer->appendVideo(syntheticFrame(index, {640, 480})));
+        QVERIFY(!writer->appendVideo(syntheticFrame(200, {640, 480})));
         const MovieFacts movie = probeMovie(path);
         QVERIFY2(movie.playable, qPrintable(movie.report));
-        QCOMPARE(movie.videoFrames, index);
+        QCOMPARE(movie.videoFrames, accepted);
     }
 
     void aFailedWriteFailsTheMovie() {

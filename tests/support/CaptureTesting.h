@@ -17,6 +17,9 @@
 // Capture times are in nanoseconds.
 constexpr qint64 oneMillisecond = 1'000'000;
 constexpr qint64 oneSecond = 1'000'000'000;
+// How long after its time a sample may reach a test on a loaded machine. A time of another clock
+// would be off by far more: the pipeline's running time alone counts from zero.
+constexpr qint64 mostLateness = 10 * oneSecond;
 
 // Now on the monotonic clock (CLOCK_MONOTONIC), in nanoseconds: the clock of capture times.
 inline qint64 monotonicNow() {

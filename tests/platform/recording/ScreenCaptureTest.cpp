@@ -72,7 +72,7 @@ private slots:
             // A time of the monotonic clock, at or a little before the frame came.
             QVERIFY(frame.presentation);
             QVERIFY(*frame.presentation <= frame.arrival);
-            QVERIFY2(frame.arrival - *frame.presentation < oneSecond,
+            QVERIFY2(frame.arrival - *frame.presentation < mostLateness,
                      qPrintable(QString::number(frame.arrival - *frame.presentation)));
             if (i > 0) {
                 intervals.push_back(*frame.presentation - *frames[i - 1].presentation);

@@ -128,8 +128,8 @@ private slots:
         const ScreenRecordingEngine::Recording& recording = *stop;
 
         QVERIFY(recording.microphoneAudioSaved);
-        QVERIFY2(recording.duration >= 10 && recording.duration < 10.6,
-                 qPrintable(QString::number(recording.duration)));
+        // The time of the last tick, which a loaded machine may bring late.
+        QVERIFY2(recording.duration >= 10 && recording.duration < 12, qPrintable(QString::number(recording.duration)));
         const QString path = recording.url.toLocalFile();
         QVERIFY(QFileInfo(path).fileName().startsWith(QStringLiteral("norvanebar-rec-")));
         const MovieFacts movie = probeMovie(path);

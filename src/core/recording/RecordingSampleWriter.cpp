@@ -279,7 +279,7 @@ void RecordingSampleWriter::completeWriting(double duration, bool microphoneAudi
     const std::optional<MovieWriter::Error> error = m_writer->error();
     cleanupWriterState();
     if (status == MovieWriter::Status::completed && QFile::exists(path)) {
-        continuation(FinishedRecording{path, duration, microphoneAudioSaved});
+        continuation(FinishedRecording{QUrl::fromLocalFile(path), duration, microphoneAudioSaved});
         return;
     }
     // The person reads "Recording failed" twice, as the error's description adds its own.

@@ -8,6 +8,7 @@
 
 #include <QMutex>
 #include <QString>
+#include <QUrl>
 #include <atomic>
 #include <functional>
 #include <memory>
@@ -18,7 +19,7 @@ class SerialQueue;
 
 // The finished movie of a recording.
 struct FinishedRecording {
-    QString path;
+    QUrl url;
     double duration = 0;
     bool microphoneAudioSaved = false;
 };

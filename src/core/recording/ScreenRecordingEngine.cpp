@@ -242,8 +242,7 @@ QCoro::Task<ScreenRecordingEngine::Recording> ScreenRecordingEngine::stop() {
     if (const auto* failure = std::get_if<ScreenRecordingError>(&outcome)) {
         throw *failure;
     }
-    const auto& finished = std::get<FinishedRecording>(outcome);
-    co_return Recording{QUrl::fromLocalFile(finished.path), finished.duration, finished.microphoneAudioSaved};
+    co_return std::get<FinishedRecording>(outcome);
 }
 
 QCoro::Task<> ScreenRecordingEngine::cancel() {

@@ -40,11 +40,7 @@ public:
         };
     };
     // The movie of a stopped recording; its duration leaves the pauses out.
-    struct Recording {
-        QUrl url;
-        double duration = 0;
-        bool microphoneAudioSaved = false;
-    };
+    using Recording = FinishedRecording;
 
     ScreenRecordingEngine(const RecordingConfiguration& configuration, Services services);
     ~ScreenRecordingEngine() override;

@@ -139,6 +139,8 @@ private slots:
         m_engine.reset();
         m_waits->releaseAll();
         drain();
+        // Each test's temporary folder goes before the next one's comes, so TMPDIR is put back in order.
+        m_temporary.reset();
     }
 
     // --- start ---------------------------------------------------------------------------------

@@ -4,8 +4,9 @@
 //
 //   recording-client SECONDS WIDTH HEIGHT
 //
-// Prints "name value unit" lines: the frames the capture offered the engine, VmRSS before the
-// recording, its peak during it (VmHWM reset through clear_refs first) and the growth, the duration
+// Prints "name value unit" lines: the frames the capture offered the engine before the stop, VmRSS
+// before the recording, its peak during it (VmHWM reset through clear_refs first) and the growth,
+// the growth of each kind of resident memory from the start to the stop, the duration
 // the engine gave, whether the microphone's sound was saved, and the movie's path (the caller
 // removes it).
 #include "core/recording/ScreenRecordingEngine.h"
@@ -18,6 +19,7 @@
 
 #include <QCoreApplication>
 #include <QCoroTimer>
+#include <array>
 #include <atomic>
 #include <cstdio>
 
@@ -63,23 +65,48 @@ private:
     ScreenCaptureService& m_capture;
 };
 
+// The kinds of resident memory: anonymous (the heap, the encoder's frames), file pages (the
+// libraries and plugins loaded) and shared memory (the X server's pictures).
+struct ResidentKind {
+    const char* field;
+    const char* name;
+};
+constexpr std::array kinds{ResidentKind{"RssAnon", "anonymous"}, ResidentKind{"RssFile", "file"},
+                           ResidentKind{"RssShmem", "shared"}};
+
+std::array<qint64, kinds.size()> residentByKind() {
+    std::array<qint64, kinds.size()> kiB{};
+    for (size_t kind = 0; kind < kinds.size(); ++kind) {
+        kiB[kind] = ProcessStatus::kiB(kinds[kind].field);
+    }
+    return kiB;
+}
+
 QCoro::Task<int> record(ScreenRecordingEngine& engine, const CountingCapture& capture, int seconds, QSize screen) {
     CaptureTarget target;
     target.contentRect = QRectF(QPointF(0, 0), screen);
     target.surface = X11CaptureWindow{};
     const qint64 before = ProcessStatus::kiB("VmRSS");
     ProcessStatus::resetPeak();
+    const std::array<qint64, kinds.size()> kindsBefore = residentByKind();
     QCoro::Task<> starting = engine.start(target);
     co_await std::move(starting);
     QCoro::Task<> recording = QCoro::sleepFor(std::chrono::seconds(seconds));
     co_await std::move(recording);
+    const std::array<qint64, kinds.size()> kindsAtEnd = residentByKind();
+    // Frames that come after the stop are not the recording's.
+    const int offered = capture.offered->load();
     QCoro::Task<ScreenRecordingEngine::Recording> stopping = engine.stop();
     const ScreenRecordingEngine::Recording movie = co_await std::move(stopping);
     const qint64 peak = ProcessStatus::kiB("VmHWM");
-    std::printf("recording_frames_offered %d frames\n", capture.offered->load());
+    std::printf("recording_frames_offered %d frames\n", offered);
     std::printf("recording_rss_before %.1f MiB\n", double(before) / 1024);
     std::printf("recording_rss_peak %.1f MiB\n", double(peak) / 1024);
     std::printf("recording_rss_growth %.1f MiB\n", double(peak - before) / 1024);
+    for (size_t kind = 0; kind < kinds.size(); ++kind) {
+        std::printf("recording_rss_%s_growth %.1f MiB\n", kinds[kind].name,
+                    double(kindsAtEnd[kind] - kindsBefore[kind]) / 1024);
+    }
     std::printf("recording_duration %.2f s\n", movie.duration);
     std::printf("recording_microphone_saved %d flag\n", movie.microphoneAudioSaved ? 1 : 0);
     std::printf("recording_movie %s path\n", qPrintable(movie.url.toLocalFile()));

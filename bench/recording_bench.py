@@ -1,9 +1,10 @@
 """Screen recording benchmark: the whole screen (1920×1080 by default) with the microphone, for 60 s,
 recorded by NorvaneBar's engine (bench's recording-client: GStreamer capture, x264 at the 1080p bit
 rate of 6 Mbit/s, raw PCM sound, QuickTime) and by ffmpeg doing the same in the same run:
-`ffmpeg -f x11grab … -f pulse … -c:v libx264 -preset veryfast -pix_fmt yuv420p -b:v 6M -c:a pcm_s16le`. A ball moves
-in a window meanwhile, so the screen changes. Runs inside `desktop-session run --microphone
---screen WxH`.
+`ffmpeg -f x11grab … -f pulse … -c:v libx264 -preset veryfast -pix_fmt yuv420p -b:v 6M -c:a pcm_s16le`, and by the
+bare GStreamer pipeline of the same elements and encoder settings in gst-launch-1.0, the floor of
+what those elements hold in memory. A ball moves in a window meanwhile, so the screen changes. Runs
+inside `desktop-session run --microphone --screen WxH`.
 
   frames_offered      frames the capture handed the engine (1,800 in 60 s at 30 a second)
   frames_written      video frames in the movie (ffprobe counts them)
@@ -11,7 +12,11 @@ in a window meanwhile, so the screen changes. Runs inside `desktop-session run -
   cpu                 the client's CPU time (user + system, whole process) over ffmpeg's (target at
                       most 0.8)
   rss_growth          the client's resident memory growth from before the start to its peak while
-                      recording (target at most 50 MB)
+                      recording (target at most 50 MB), and its anonymous, file and shared parts
+                      at the stop
+  pipeline_rss_growth the bare pipeline's: its peak against gst-launch-1.0 idling on a pipeline
+                      that does nothing
+  rss_peak/ffmpeg     the client's peak against ffmpeg's
   bitrate/target      the movie's bytes × 8 over its length, against the 6 Mbit/s asked for
   audio_start_offset  the sound track's first sample against the first frame (target within one
                       frame, 1/30 s)
@@ -24,7 +29,7 @@ usage: recording_bench.py RECORDING_CLIENT [--seconds N] [--size WxH]"""
 import argparse
 import json
 import os
-import resource
+import signal
 import subprocess
 import sys
 import tempfile
@@ -33,15 +38,53 @@ import time
 FRAME = 1 / 30
 
 
-def cpu_of(command):
-    """Runs a command to its end: its status, output, errors and CPU time (user + system) in seconds."""
-    before = resource.getrusage(resource.RUSAGE_CHILDREN)
-    process = subprocess.run(command, capture_output=True, text=True, check=False)
-    status, stdout, stderr = process.returncode, process.stdout, process.stderr
-    # The reaped child's usage is in RUSAGE_CHILDREN, read before and after.
-    after = resource.getrusage(resource.RUSAGE_CHILDREN)
-    cpu = (after.ru_utime - before.ru_utime) + (after.ru_stime - before.ru_stime)
-    return status, stdout, stderr, cpu
+def usage_of(command):
+    """Runs a command to its end: its status, output, errors, CPU time (user + system) in seconds
+    and peak resident memory in KiB, from its own usage as it is reaped."""
+    with tempfile.TemporaryFile("w+") as out, tempfile.TemporaryFile("w+") as err:
+        process = subprocess.Popen(command, stdout=out, stderr=err, text=True)
+        _, status, usage = os.wait4(process.pid, 0)
+        process.returncode = os.waitstatus_to_exitcode(status)
+        out.seek(0)
+        err.seek(0)
+        return process.returncode, out.read(), err.read(), usage.ru_utime + usage.ru_stime, usage.ru_maxrss
+
+
+def peak_kib(pid):
+    """VmHWM of a running process, in KiB."""
+    with open(f"/proc/{pid}/status", encoding="ascii") as status:
+        for line in status:
+            if line.startswith("VmHWM:"):
+                return int(line.split()[1])
+    return 0
+
+
+def gst_launch_peak(pipeline, seconds):
+    """Runs gst-launch-1.0 on a pipeline for `seconds`, then ends it with one SIGINT (a second would
+    leave the file unfinished): its peak resident memory in KiB, read before it ends."""
+    process = subprocess.Popen(["gst-launch-1.0", "-q", "-e"] + pipeline.split(),
+                               stdout=subprocess.DEVNULL, stderr=subprocess.PIPE, text=True)
+    time.sleep(seconds)
+    peak = peak_kib(process.pid)
+    process.send_signal(signal.SIGINT)
+    _, err = process.communicate(timeout=60)
+    if process.returncode != 0:
+        print(err, file=sys.stderr)
+        raise RuntimeError("gst-launch-1.0 failed")
+    return peak
+
+
+def bare_pipeline_growth(seconds, movie):
+    """The resident memory the elements of the recording hold, without the engine: the bare
+    pipeline's peak less gst-launch-1.0's own on a pipeline that does nothing, in MB."""
+    recording = gst_launch_peak(
+        "ximagesrc use-damage=false ! video/x-raw,framerate=30/1 ! queue max-size-buffers=2 ! videoconvert"
+        " ! video/x-raw,format=I420 ! queue max-size-buffers=2"
+        " ! x264enc bitrate=6000 speed-preset=veryfast tune=zerolatency threads=1 ! video/x-h264,profile=high"
+        f" ! h264parse ! qtmux name=mux ! filesink location={movie}"
+        " pulsesrc ! audio/x-raw,format=S16LE,layout=interleaved,rate=48000 ! audiorate ! mux.", seconds)
+    idle = gst_launch_peak("fakesrc is-live=true sizetype=empty ! fakesink", 1)
+    return (recording - idle) * 1.024
 
 
 def figures(text):
@@ -90,7 +133,7 @@ def main():
         stdout=subprocess.DEVNULL, stderr=subprocess.DEVNULL)
     time.sleep(1)
     try:
-        status, out, err, client_cpu = cpu_of([args.client, str(args.seconds), str(width), str(height)])
+        status, out, err, client_cpu, _ = usage_of([args.client, str(args.seconds), str(width), str(height)])
         if status != 0:
             print(err, file=sys.stderr)
             print("recording-client failed", file=sys.stderr)
@@ -99,7 +142,7 @@ def main():
         movie = ours["recording_movie"]
         with tempfile.TemporaryDirectory() as folder:
             baseline = os.path.join(folder, "ffmpeg.mov")
-            status, _, err, ffmpeg_cpu = cpu_of(
+            status, _, err, ffmpeg_cpu, ffmpeg_peak = usage_of(
                 ["ffmpeg", "-nostdin", "-loglevel", "error", "-f", "x11grab", "-framerate", "30",
                  "-video_size", f"{width}x{height}", "-draw_mouse", "1", "-i", os.environ["DISPLAY"],
                  "-f", "pulse", "-i", "default", "-t", str(args.seconds),
@@ -110,6 +153,7 @@ def main():
                 print("ffmpeg failed", file=sys.stderr)
                 return 1
             ffmpeg_frames = int(stream(probe(baseline), "video")["nb_read_frames"])
+            pipeline_growth = bare_pipeline_growth(args.seconds, os.path.join(folder, "pipeline.mov"))
         info = probe(movie)
         video = stream(info, "video")
         audio = stream(info, "audio")
@@ -134,6 +178,11 @@ def main():
     report("cpu", f"{ratio:.2f}", "ratio", "(target <= 0.8)", ratio <= 0.8)
     growth = float(ours["recording_rss_growth"]) * 1.048576
     report("rss_growth", f"{growth:.1f}", "MB", "(target <= 50)", growth <= 50)
+    for kind in ("anonymous", "file", "shared"):
+        report(f"rss_{kind}_growth", f"{float(ours[f'recording_rss_{kind}_growth']) * 1.048576:.1f}", "MB")
+    report("pipeline_rss_growth", f"{pipeline_growth / 1000:.1f}", "MB")
+    peak = float(ours["recording_rss_peak"]) * 1.048576
+    report("rss_peak/ffmpeg", f"{peak / (ffmpeg_peak * 1.024 / 1000):.2f}", "ratio")
     report("movie_size", size, "bytes")
     report("movie_length", f"{length:.2f}", "s")
     report("engine_duration", ours["recording_duration"], "s")

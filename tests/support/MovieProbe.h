@@ -57,13 +57,15 @@ inline MovieFacts probeMovie(const QString& path) {
         QRegularExpression(QStringLiteral(R"(^\s*audio #\d+: (.*)$)"), QRegularExpression::MultilineOption)
             .match(facts.report)
             .captured(1);
-    const QString packets =
+    // The frames a player shows: decoded, and within the movie's edit list (a last frame without a
+    // duration lies outside it).
+    const QString frames =
         toolOutput(QStringLiteral("ffprobe"),
                    {QStringLiteral("-v"), QStringLiteral("error"), QStringLiteral("-select_streams"),
-                    QStringLiteral("v:0"), QStringLiteral("-count_packets"), QStringLiteral("-show_entries"),
-                    QStringLiteral("stream=nb_read_packets"), QStringLiteral("-of"), QStringLiteral("csv=p=0"), path});
-    facts.videoFrames = packets.trimmed().toInt();
-    facts.report += packets;
+                    QStringLiteral("v:0"), QStringLiteral("-count_frames"), QStringLiteral("-show_entries"),
+                    QStringLiteral("stream=nb_read_frames"), QStringLiteral("-of"), QStringLiteral("csv=p=0"), path});
+    facts.videoFrames = frames.trimmed().toInt();
+    facts.report += frames;
     return facts;
 }
 

@@ -12,6 +12,9 @@
 struct VideoSettings {
     QSize size;
     qint64 averageBitRate = 0;
+    // The rate the frames come at, which the encoder's rate control works from; each frame still
+    // keeps its own time.
+    int framesPerSecond = 30;
 
     bool operator==(const VideoSettings&) const = default;
 };

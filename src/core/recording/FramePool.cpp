@@ -43,16 +43,12 @@ struct FramePool::Blocks {
     }
 };
 
-std::unique_ptr<FramePool> FramePool::create(QSize size, int minimumCount) {
+std::unique_ptr<FramePool> FramePool::create(QSize size) {
     if (size.isEmpty()) {
         return nullptr;
     }
     auto blocks = std::make_shared<Blocks>();
     blocks->bytesPerBlock = qsizetype(size.width()) * size.height() * 4;
-    for (int i = 0; i < minimumCount; ++i) {
-        blocks->memory.push_back(std::make_unique<uchar[]>(blocks->bytesPerBlock));
-        blocks->held.push_back(false);
-    }
     return std::unique_ptr<FramePool>(new FramePool(size, std::move(blocks)));
 }
 
@@ -70,4 +66,9 @@ std::optional<QImage> FramePool::take() {
     auto* release = new Blocks::Release{m_blocks, *index};
     return QImage(m_blocks->memory[*index].get(), m_size.width(), m_size.height(), m_size.width() * 4,
                   QImage::Format_RGB32, &Blocks::release, release);
+}
+
+int FramePool::pictureCount() const {
+    const QMutexLocker locker(&m_blocks->lock);
+    return int(m_blocks->memory.size());
 }

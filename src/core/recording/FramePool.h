@@ -9,12 +9,15 @@
 // recording doesn't allocate a frame's memory thirty times a second.
 class FramePool {
 public:
-    // A pool that holds `minimumCount` pictures at first and grows to a few more while all are
-    // held; none for an empty size.
-    static std::unique_ptr<FramePool> create(QSize size, int minimumCount = 3);
+    // A pool that makes its pictures as they are first needed, so that a recording that never
+    // composes a frame pays nothing for it, up to a few while all are held; none for an empty size.
+    static std::unique_ptr<FramePool> create(QSize size);
 
     // A picture nobody else holds (32 bits a pixel), or none when every one is held.
     std::optional<QImage> take();
+
+    // How many pictures the pool has made so far.
+    int pictureCount() const;
 
 private:
     struct Blocks;

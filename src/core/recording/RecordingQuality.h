@@ -15,6 +15,9 @@ template <> struct RawValues<RecordingQuality> {
     };
 };
 
+// Every recording captures this many frames a second.
+constexpr int recordingFramesPerSecond = 30;
+
 // The average bit rate a recording of this quality is encoded at, in bits a second.
 constexpr qint64 averageBitRate(RecordingQuality quality) {
     return quality == RecordingQuality::hd1080 ? 6'000'000 : 3'000'000;

@@ -97,7 +97,7 @@ void RecordingSampleWriter::ensureWriter(const VideoFrame& frame) {
     }
     std::unique_ptr<MovieWriter> writer = m_writers.makeWriter(m_outputPath);
     const QSize size(even(frame.pixels.width()), even(frame.pixels.height()));
-    if (!writer->addVideoInput({size, averageBitRate(m_configuration.quality)})) {
+    if (!writer->addVideoInput({size, averageBitRate(m_configuration.quality), recordingFramesPerSecond})) {
         throw ScreenRecordingError::writerFailed(tr("Could not configure video writer."));
     }
     m_writer = std::move(writer);

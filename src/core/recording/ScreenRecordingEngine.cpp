@@ -13,7 +13,6 @@
 #include <chrono>
 
 namespace {
-constexpr int framesPerSecond = 30;
 constexpr std::chrono::milliseconds timerTick(500);
 // Frames handed to the writer's thread and not yet taken up.
 constexpr int maxFramesInFlight = 2;
@@ -101,7 +100,7 @@ QCoro::Task<> ScreenRecordingEngine::start(CaptureTarget target) {
 
     const CaptureConfiguration capture{
         .size = captureDimensions(target.contentRect.size(), target.pointPixelScale),
-        .framesPerSecond = framesPerSecond,
+        .framesPerSecond = recordingFramesPerSecond,
         .showsCursor = m_configuration.showCursor,
         .captureMicrophone = m_configuration.captureMicrophone,
     };

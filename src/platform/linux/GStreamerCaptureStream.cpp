@@ -15,6 +15,11 @@
 
 namespace {
 constexpr int bytesPerPixel = 4;
+// How long frames wait for the microphone's first sample, and how long after it the screen source
+// and the sound server take to settle: the screen source catches up in a burst after the sound
+// server's slow start, while the sound comes in fits.
+constexpr qint64 microphoneWait = GST_SECOND;
+constexpr qint64 microphoneSettling = 100 * GST_MSECOND;
 
 QString boolean(bool value) {
     return value ? QStringLiteral("true") : QStringLiteral("false");
@@ -111,16 +116,20 @@ std::optional<AudioFormat> audioFormatOf(GstCaps* caps) {
     return format;
 }
 
-// Takes the sample that came to `sink` and hands what `make` makes of it to each output.
+// Takes the sample that came to `sink` and hands what `make` makes of it, if anything, to each
+// output.
 template <typename Value, typename Make>
 GstFlowReturn handOver(GstAppSink* sink, const std::vector<std::function<void(Value)>>& outputs, Make make) {
     GstSample* sample = gst_app_sink_pull_sample(sink);
     if (!sample) {
         return GST_FLOW_FLUSHING;
     }
-    const Value value = make(sample);
+    const std::optional<Value> value = make(sample);
+    if (!value) {
+        return GST_FLOW_OK;
+    }
     for (const auto& output : outputs) {
-        output(value);
+        output(*value);
     }
     return GST_FLOW_OK;
 }
@@ -132,7 +141,8 @@ void setSampleCallback(GstElement* sink, GstFlowReturn (*onSample)(GstAppSink*, 
 }
 } // namespace
 
-GStreamerCaptureStream::GStreamerCaptureStream(const CaptureTarget& target, const CaptureConfiguration& configuration) {
+GStreamerCaptureStream::GStreamerCaptureStream(const CaptureTarget& target, const CaptureConfiguration& configuration)
+    : m_waitsForMicrophone(configuration.captureMicrophone) {
     const QString source =
         std::visit(Overloaded{
                        [&](const CaptureTarget::X11Window& window) { return x11Source(window, configuration); },
@@ -223,9 +233,27 @@ SampleTiming GStreamerCaptureStream::timing(GstSample* sample) const {
     return timing;
 }
 
-VideoFrame GStreamerCaptureStream::videoFrame(GstSample* sample) const {
+bool GStreamerCaptureStream::precedesMicrophone(const SampleTiming& timing) {
+    if (!m_waitsForMicrophone || m_microphoneSettled || !timing.presentation) {
+        return false;
+    }
+    const qint64 time = *timing.presentation;
+    if (!m_firstFrameTime) {
+        m_firstFrameTime = time;
+    }
+    const qint64 heard = m_microphoneHeardAt.load();
+    m_microphoneSettled =
+        heard != notHeard ? time >= heard + microphoneSettling : time - *m_firstFrameTime >= microphoneWait;
+    return !m_microphoneSettled;
+}
+
+std::optional<VideoFrame> GStreamerCaptureStream::videoFrame(GstSample* sample) {
     VideoFrame frame;
     frame.timing = timing(sample);
+    if (precedesMicrophone(frame.timing)) {
+        gst_sample_unref(sample);
+        return std::nullopt;
+    }
     auto native = std::make_shared<const GStreamerSample>(sample);
     frame.pixels = pixelsOf(native);
     if (GST_BUFFER_FLAG_IS_SET(native->buffer(), GST_BUFFER_FLAG_CORRUPTED)) {
@@ -235,9 +263,11 @@ VideoFrame GStreamerCaptureStream::videoFrame(GstSample* sample) const {
     return frame;
 }
 
-AudioBuffer GStreamerCaptureStream::audioBuffer(GstSample* sample) const {
+std::optional<AudioBuffer> GStreamerCaptureStream::audioBuffer(GstSample* sample) {
     AudioBuffer buffer;
     buffer.timing = timing(sample);
+    qint64 expected = notHeard;
+    m_microphoneHeardAt.compare_exchange_strong(expected, buffer.timing.presentation.value_or(notHeard));
     buffer.format = audioFormatOf(gst_sample_get_caps(sample));
     auto native = std::make_shared<const GStreamerSample>(sample);
     // A view of the mapped buffer, valid as long as `native` lives.
@@ -247,11 +277,11 @@ AudioBuffer GStreamerCaptureStream::audioBuffer(GstSample* sample) const {
 }
 
 GstFlowReturn GStreamerCaptureStream::onVideoSample(GstAppSink* sink, gpointer stream) {
-    const auto* self = static_cast<const GStreamerCaptureStream*>(stream);
+    auto* self = static_cast<GStreamerCaptureStream*>(stream);
     return handOver(sink, self->m_screenOutputs, [self](GstSample* sample) { return self->videoFrame(sample); });
 }
 
 GstFlowReturn GStreamerCaptureStream::onAudioSample(GstAppSink* sink, gpointer stream) {
-    const auto* self = static_cast<const GStreamerCaptureStream*>(stream);
+    auto* self = static_cast<GStreamerCaptureStream*>(stream);
     return handOver(sink, self->m_microphoneOutputs, [self](GstSample* sample) { return self->audioBuffer(sample); });
 }

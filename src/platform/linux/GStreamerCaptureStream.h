@@ -3,6 +3,7 @@
 #include "core/platform/CaptureStream.h"
 
 #include <QCoreApplication>
+#include <atomic>
 #include <gst/app/gstappsink.h>
 #include <memory>
 #include <vector>
@@ -36,15 +37,29 @@ private:
     static GstFlowReturn onAudioSample(GstAppSink* sink, gpointer stream);
     // The sample's times on the monotonic clock.
     SampleTiming timing(GstSample* sample) const;
-    // A frame, or microphone samples, made of a sample whose reference they take over.
-    VideoFrame videoFrame(GstSample* sample) const;
-    AudioBuffer audioBuffer(GstSample* sample) const;
+    // A frame, or microphone samples, made of a sample whose reference they take over; no frame
+    // while it precedes the microphone.
+    std::optional<VideoFrame> videoFrame(GstSample* sample);
+    std::optional<AudioBuffer> audioBuffer(GstSample* sample);
+    // Whether a frame with this timing comes before the microphone has settled, a tenth of a
+    // second after its first sample, within the capture's first second. A movie with sound begins
+    // with its sound, and the frames that came before would only be lost further on while the
+    // first of them stood still; a microphone still silent after a second holds nothing back.
+    bool precedesMicrophone(const SampleTiming& timing);
 
     // A duplicate of the PipeWire remote's descriptor, which the pipeline reads from; -1 for X11.
     int m_pipeWireFd = -1;
     std::unique_ptr<GStreamerPipeline> m_pipeline;
     // Stopped, and held where it was rather than ended.
     bool m_held = false;
+    const bool m_waitsForMicrophone;
+    // The time of the microphone's first sample, once it has come.
+    static constexpr qint64 notHeard = -1;
+    std::atomic<qint64> m_microphoneHeardAt = notHeard;
+    // The time of the capture's first frame, and whether frames go on now, on the video's
+    // streaming thread.
+    std::optional<qint64> m_firstFrameTime;
+    bool m_microphoneSettled = false;
     std::vector<std::function<void(VideoFrame)>> m_screenOutputs;
     std::vector<std::function<void(AudioBuffer)>> m_microphoneOutputs;
 };

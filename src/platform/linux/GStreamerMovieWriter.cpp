@@ -3,16 +3,17 @@
 #include "core/recording/ScreenRecordingError.h"
 #include "platform/linux/GStreamerPipeline.h"
 #include "platform/linux/GStreamerSample.h"
+#include "platform/linux/I420Frames.h"
 
 #include <QFile>
-#include <cstring>
 #include <gst/app/gstappsrc.h>
 #include <gst/audio/audio.h>
 #include <mutex>
 
 namespace {
-constexpr int bytesPerPixel = 4;
-constexpr guint64 framesQueued = 3;
+// Frames the encoder may fall behind by before the input takes no more: a key frame takes a few
+// frames' time.
+constexpr guint64 framesQueued = 8;
 constexpr qint64 bitsPerKilobit = 1000;
 
 template <typename T> void deleteShared(gpointer data) {
@@ -29,27 +30,6 @@ GstCaps* rawAudioCaps(const AudioFormat& format, GstAudioInfo* info) {
     return caps;
 }
 
-// A picture as a BGRx buffer of `size`, copied row by row; null without a picture.
-GstBuffer* copiedPixels(const QImage& pixels, QSize size) {
-    if (pixels.isNull()) {
-        return nullptr;
-    }
-    QImage picture = pixels.size() == size ? pixels : pixels.scaled(size);
-    // RGB32 and ARGB32 hold the bytes B, G, R and A in memory, which BGRx reads with the A ignored.
-    if (picture.format() != QImage::Format_RGB32 && picture.format() != QImage::Format_ARGB32 &&
-        picture.format() != QImage::Format_ARGB32_Premultiplied) {
-        picture = picture.convertToFormat(QImage::Format_RGB32);
-    }
-    const qsizetype rowBytes = qsizetype(size.width()) * bytesPerPixel;
-    GstBuffer* buffer = gst_buffer_new_allocate(nullptr, rowBytes * size.height(), nullptr);
-    GstMapInfo map;
-    gst_buffer_map(buffer, &map, GST_MAP_WRITE);
-    for (int row = 0; row < size.height(); ++row) {
-        std::memcpy(map.data + row * rowBytes, picture.constScanLine(row), rowBytes);
-    }
-    gst_buffer_unmap(buffer, &map);
-    return buffer;
-}
 } // namespace
 
 // What GStreamer's threads learn about the movie, shared with them: they may still run while the
@@ -167,11 +147,12 @@ bool GStreamerMovieWriter::addVideoInput(const VideoSettings& settings) {
     // H.264 of 4:2:0 pictures wants even sizes.
     const QSize size = settings.size;
     if (m_pipeline || m_video || size.width() < 2 || size.height() < 2 || size.width() % 2 != 0 ||
-        size.height() % 2 != 0 || settings.averageBitRate < bitsPerKilobit) {
+        size.height() % 2 != 0 || settings.averageBitRate < bitsPerKilobit || settings.framesPerSecond < 1) {
         return false;
     }
     m_video = settings;
-    m_videoLimit = framesQueued * guint64(size.width()) * guint64(size.height()) * bytesPerPixel;
+    m_frames = std::make_unique<I420Frames>(size, settings.framesPerSecond);
+    m_videoLimit = framesQueued * m_frames->frameBytes();
     return true;
 }
 
@@ -195,17 +176,21 @@ QString GStreamerMovieWriter::description() const {
     const QString encoding =
         m_encoder == QLatin1String("x264enc")
             // ultrafast would give Constrained Baseline whatever the caps ask for; veryfast gives High.
-            ? QStringLiteral("x264enc bitrate=%1 speed-preset=veryfast tune=zerolatency ! video/x-h264,profile=high")
+            // One thread encodes a 1080p frame in a fifth of a frame's time, and more threads
+            // would each hold their own slice's memory (some 20 MB at 1080p) and cost their
+            // hand-offs.
+            ? QStringLiteral("x264enc bitrate=%1 speed-preset=veryfast tune=zerolatency threads=1"
+                             " ! video/x-h264,profile=high")
                   .arg(bitRate / bitsPerKilobit)
             : QStringLiteral("openh264enc bitrate=%1 rate-control=bitrate complexity=low").arg(bitRate);
-    QString description =
-        QStringLiteral("appsrc name=video format=time is-live=true block=false max-bytes=0 emit-signals=false"
-                       " caps=\"video/x-raw,format=BGRx,width=%1,height=%2,framerate=0/1,pixel-aspect-ratio=1/1\""
-                       " ! videoconvert ! video/x-raw,format=I420 ! %3 ! h264parse name=parser"
-                       " ! qtmux name=mux ! filesink name=file")
-            .arg(m_video->size.width())
-            .arg(m_video->size.height())
-            .arg(encoding);
+    GstCaps* frameCaps = m_frames->caps();
+    gchar* frames = gst_caps_to_string(frameCaps);
+    gst_caps_unref(frameCaps);
+    QString description = QStringLiteral("appsrc name=video format=time is-live=true block=false max-bytes=0"
+                                         " emit-signals=false caps=\"%1\" ! %2 ! h264parse name=parser"
+                                         " ! qtmux name=mux ! filesink name=file")
+                              .arg(QString::fromUtf8(frames), encoding);
+    g_free(frames);
     if (m_audio) {
         // Linked by hand once it has its caps, so that the muxer gives it an audio pad. The muxer
         // takes raw sound only as one unbroken run: audiorate fills a pause, or a microphone that
@@ -291,21 +276,12 @@ bool GStreamerMovieWriter::push(GstElement* source, GstBuffer* buffer, GstClockT
     return gst_app_src_push_buffer(GST_APP_SRC(source), buffer) == GST_FLOW_OK;
 }
 
-GstBuffer* GStreamerMovieWriter::videoBuffer(const VideoFrame& frame) const {
-    const auto* native = dynamic_cast<const GStreamerSample*>(frame.native.get());
-    if (native && frame.pixels.size() == m_video->size && native->holds(frame.pixels.constBits())) {
-        // The captured buffer itself, its memory shared: the pixels are still those it holds.
-        return gst_buffer_copy(native->buffer());
-    }
-    return copiedPixels(frame.pixels, m_video->size);
-}
-
 bool GStreamerMovieWriter::appendVideo(const VideoFrame& frame) {
     const std::optional<GstClockTime> presentation = sessionTime(frame.timing.presentation);
     if (!presentation || !isReadyForMoreVideo()) {
         return false;
     }
-    GstBuffer* buffer = videoBuffer(frame);
+    GstBuffer* buffer = m_frames->converted(frame.pixels);
     return buffer && push(m_videoSource, buffer, *presentation, frame.timing);
 }
 

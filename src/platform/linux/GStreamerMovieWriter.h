@@ -7,6 +7,7 @@
 #include <memory>
 
 class GStreamerPipeline;
+class I420Frames;
 
 // A QuickTime movie written through GStreamer: the video's appsrc (BGRx at the configured size)
 // → videoconvert → the H.264 encoder → qtmux → filesink, and the microphone's appsrc straight into
@@ -51,14 +52,14 @@ private:
     // before it, or none at all.
     std::optional<GstClockTime> sessionTime(std::optional<qint64> time) const;
     bool push(GstElement* source, GstBuffer* buffer, GstClockTime presentation, const SampleTiming& timing) const;
-    GstBuffer* videoBuffer(const VideoFrame& frame) const;
     bool isReady(GstElement* source, bool finished, guint64 limit) const;
 
     QString m_path;
     QString m_encoder;
     std::optional<VideoSettings> m_video;
+    std::unique_ptr<I420Frames> m_frames;
     std::optional<AudioFormat> m_audio;
-    // How many bytes an input may hold before it takes no more: 3 frames, 1 s of sound.
+    // How many bytes an input may hold before it takes no more: 8 frames, 1 s of sound.
     guint64 m_videoLimit = 0;
     guint64 m_audioLimit = 0;
     std::shared_ptr<State> m_state;

@@ -32,7 +32,7 @@ private slots:
     }
 
     void picturesHeldElsewhereAreNotGivenTwice() {
-        const std::unique_ptr<FramePool> pool = FramePool::create({8, 8}, 3);
+        const std::unique_ptr<FramePool> pool = FramePool::create({8, 8});
         QList<QImage> held;
         QSet<const uchar*> memory;
         for (int i = 0; i < 8; ++i) {
@@ -50,6 +50,16 @@ private slots:
         letGo->wait();
         delete letGo;
         QVERIFY(pool->take());
+    }
+
+    void noPictureIsMadeBeforeOneIsTaken() {
+        const std::unique_ptr<FramePool> pool = FramePool::create({3840, 2160});
+        QCOMPARE(pool->pictureCount(), 0);
+        std::optional<QImage> picture = pool->take();
+        QCOMPARE(pool->pictureCount(), 1);
+        picture.reset();
+        QVERIFY(pool->take());
+        QCOMPARE(pool->pictureCount(), 1);
     }
 
     void anEmptySizeHasNoPool() { QVERIFY(!FramePool::create({0, 10})); }

@@ -142,6 +142,18 @@ private slots:
         QVERIFY2(std::abs(frequency - 440) < 10, qPrintable(QString::number(frequency)));
     }
 
+    void framesBeginOnceTheMicrophoneHasSettled() {
+        const std::unique_ptr<CaptureStream> stream = makeStream(m_capture, {320, 200});
+        CaptureLog log(*stream);
+        QVERIFY(log.capture(5, 5));
+        const std::vector<CaptureLog::Sound> sounds = log.sounds();
+        const std::vector<CaptureLog::Frame> frames = log.frames();
+        QVERIFY(sounds.front().presentation && frames.front().presentation);
+        // Frames from before, which the movie would lose while its first one stood still, never come.
+        const qint64 lead = *frames.front().presentation - *sounds.front().presentation;
+        QVERIFY2(lead >= 100 * oneMillisecond, qPrintable(QString::number(lead)));
+    }
+
     void soundTimesGoOnAcrossAStopAndAStart() {
         const std::unique_ptr<CaptureStream> stream = makeStream(m_capture, {320, 200});
         CaptureLog log(*stream);

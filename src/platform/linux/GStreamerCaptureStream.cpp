@@ -46,13 +46,17 @@ QString x11Source(const CaptureTarget::X11Window& window, const CaptureConfigura
 }
 
 // The node's frames as they come, timestamped on arrival (pipewiresrc gives none otherwise); a
-// node that sends faster than the configured rate loses the frames in between. Without the caps
-// filter right after the source, WirePlumber finds no target for the stream and destroys it.
+// node that sends faster than the configured rate loses the frames in between. A screen sends a
+// frame only when something on it changes: while it stands still, its last frame comes again each
+// frame's time, so that the movie goes on and a capture started again after a stop plays at once
+// rather than waiting for a change. Without the caps filter right after the source, WirePlumber
+// finds no target for the stream and destroys it.
 QString pipeWireSource(int fd, quint32 nodeId, const CaptureConfiguration& configuration) {
-    return QStringLiteral("pipewiresrc name=screen fd=%1 path=%2 do-timestamp=true ! video/x-raw"
-                          " ! videorate drop-only=true max-rate=%3")
+    return QStringLiteral("pipewiresrc name=screen fd=%1 path=%2 do-timestamp=true keepalive-time=%3"
+                          " ! video/x-raw ! videorate drop-only=true max-rate=%4")
         .arg(fd)
         .arg(nodeId)
+        .arg(1000 / configuration.framesPerSecond)
         .arg(configuration.framesPerSecond);
 }
 

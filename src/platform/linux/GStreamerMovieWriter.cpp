@@ -183,14 +183,11 @@ QString GStreamerMovieWriter::description() const {
                              " ! video/x-h264,profile=high")
                   .arg(bitRate / bitsPerKilobit)
             : QStringLiteral("openh264enc bitrate=%1 rate-control=bitrate complexity=low").arg(bitRate);
-    GstCaps* frameCaps = m_frames->caps();
-    gchar* frames = gst_caps_to_string(frameCaps);
-    gst_caps_unref(frameCaps);
+    // The frames' caps are the video input's own, set once it is there.
     QString description = QStringLiteral("appsrc name=video format=time is-live=true block=false max-bytes=0"
-                                         " emit-signals=false caps=\"%1\" ! %2 ! h264parse name=parser"
+                                         " emit-signals=false ! %1 ! h264parse name=parser"
                                          " ! qtmux name=mux ! filesink name=file")
-                              .arg(QString::fromUtf8(frames), encoding);
-    g_free(frames);
+                              .arg(encoding);
     if (m_audio) {
         // Linked by hand once it has its caps, so that the muxer gives it an audio pad. The muxer
         // takes raw sound only as one unbroken run: audiorate fills a pause, or a microphone that
@@ -215,6 +212,9 @@ bool GStreamerMovieWriter::startWriting() {
     }
     m_state->pipeline = m_pipeline->pipeline();
     m_videoSource = m_pipeline->element("video");
+    GstCaps* frameCaps = m_frames->caps();
+    g_object_set(m_videoSource, "caps", frameCaps, nullptr);
+    gst_caps_unref(frameCaps);
     g_object_set(m_pipeline->element("file"), "location", QFile::encodeName(m_path).constData(), nullptr);
     if (m_audio) {
         m_audioSource = m_pipeline->element("audio");

@@ -35,14 +35,12 @@ uint8_t* plane(GstVideoFrame& frame, int index) {
 
 I420Frames::I420Frames(QSize size, int framesPerSecond)
     : m_size(size)
-    , m_framesPerSecond(framesPerSecond)
+    , m_info(videoInfo(size, framesPerSecond))
     , m_pool(gst_video_buffer_pool_new()) {
-    GstVideoInfo info = videoInfo(size, framesPerSecond);
-    m_frameBytes = GST_VIDEO_INFO_SIZE(&info);
     GstCaps* frameCaps = caps();
     GstStructure* config = gst_buffer_pool_get_config(m_pool);
     // No upper bound: the writer's input limits how many frames wait.
-    gst_buffer_pool_config_set_params(config, frameCaps, guint(m_frameBytes), framesKeptAtLeast, 0);
+    gst_buffer_pool_config_set_params(config, frameCaps, guint(frameBytes()), framesKeptAtLeast, 0);
     gst_buffer_pool_set_config(m_pool, config);
     gst_caps_unref(frameCaps);
     gst_buffer_pool_set_active(m_pool, TRUE);
@@ -55,12 +53,11 @@ I420Frames::~I420Frames() {
 }
 
 GstCaps* I420Frames::caps() const {
-    GstVideoInfo info = videoInfo(m_size, m_framesPerSecond);
-    return gst_video_info_to_caps(&info);
+    return gst_video_info_to_caps(&m_info);
 }
 
 gsize I420Frames::frameBytes() const {
-    return m_frameBytes;
+    return GST_VIDEO_INFO_SIZE(&m_info);
 }
 
 GstBuffer* I420Frames::converted(const QImage& pixels) {
@@ -72,9 +69,8 @@ GstBuffer* I420Frames::converted(const QImage& pixels) {
     if (gst_buffer_pool_acquire_buffer(m_pool, &buffer, nullptr) != GST_FLOW_OK) {
         return nullptr;
     }
-    GstVideoInfo info = videoInfo(m_size, m_framesPerSecond);
     GstVideoFrame frame;
-    if (!gst_video_frame_map(&frame, &info, buffer, GST_MAP_WRITE)) {
+    if (!gst_video_frame_map(&frame, &m_info, buffer, GST_MAP_WRITE)) {
         gst_buffer_unref(buffer);
         return nullptr;
     }

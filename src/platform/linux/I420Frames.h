@@ -2,7 +2,7 @@
 
 #include <QImage>
 #include <QSize>
-#include <gst/gst.h>
+#include <gst/video/video.h>
 
 // Turns pictures into the 4:2:0 frames the encoder takes, in buffers used again once the encoder
 // lets go of them. The conversion is libyuv's: a tenth of the time of GStreamer's videoconvert on
@@ -26,7 +26,6 @@ public:
 
 private:
     QSize m_size;
-    int m_framesPerSecond;
+    GstVideoInfo m_info;
     GstBufferPool* m_pool = nullptr;
-    gsize m_frameBytes = 0;
 };

@@ -48,12 +48,13 @@ QString x11Source(const CaptureTarget::X11Window& window, const CaptureConfigura
 // The node's frames as they come, timestamped on arrival (pipewiresrc gives none otherwise); a
 // node that sends faster than the configured rate loses the frames in between. A screen sends a
 // frame only when something on it changes: while it stands still, its last frame comes again each
-// frame's time, so that the movie goes on and a capture started again after a stop plays at once
-// rather than waiting for a change. Without the caps filter right after the source, WirePlumber
-// finds no target for the stream and destroys it.
+// frame's time, so that the movie goes on. Without the caps filter right after the source,
+// WirePlumber finds no target for the stream and destroys it. While the capture is stopped, the
+// gate drops the frames before they are converted.
 QString pipeWireSource(int fd, quint32 nodeId, const CaptureConfiguration& configuration) {
     return QStringLiteral("pipewiresrc name=screen fd=%1 path=%2 do-timestamp=true keepalive-time=%3"
-                          " ! video/x-raw ! videorate drop-only=true max-rate=%4")
+                          " ! video/x-raw ! videorate drop-only=true max-rate=%4"
+                          " ! valve name=gate drop-mode=forward-sticky-events")
         .arg(fd)
         .arg(nodeId)
         .arg(1000 / configuration.framesPerSecond)
@@ -121,12 +122,17 @@ std::optional<AudioFormat> audioFormatOf(GstCaps* caps) {
 }
 
 // Takes the sample that came to `sink` and hands what `make` makes of it, if anything, to each
-// output.
+// output, while the capture delivers.
 template <typename Value, typename Make>
-GstFlowReturn handOver(GstAppSink* sink, const std::vector<std::function<void(Value)>>& outputs, Make make) {
+GstFlowReturn handOver(GstAppSink* sink, bool delivering, const std::vector<std::function<void(Value)>>& outputs,
+                       Make make) {
     GstSample* sample = gst_app_sink_pull_sample(sink);
     if (!sample) {
         return GST_FLOW_FLUSHING;
+    }
+    if (!delivering) {
+        gst_sample_unref(sample);
+        return GST_FLOW_OK;
     }
     const std::optional<Value> value = make(sample);
     if (!value) {
@@ -173,6 +179,7 @@ GStreamerCaptureStream::GStreamerCaptureStream(const CaptureTarget& target, cons
         }
         throw;
     }
+    m_gate = m_pipeline->element("gate");
     setSampleCallback(m_pipeline->element("video"), &GStreamerCaptureStream::onVideoSample, this);
     if (configuration.captureMicrophone) {
         setSampleCallback(m_pipeline->element("audio"), &GStreamerCaptureStream::onAudioSample, this);
@@ -197,6 +204,12 @@ void GStreamerCaptureStream::addMicrophoneOutput(std::function<void(AudioBuffer)
 }
 
 QCoro::Task<> GStreamerCaptureStream::startCapture() {
+    m_delivering = true;
+    if (m_held && m_gate) {
+        g_object_set(m_gate, "drop", FALSE, nullptr);
+        m_held = false;
+        co_return;
+    }
     // After a stop the capture plays on from where it was held, so the frames still in use keep
     // the memory they were captured into.
     QFuture<std::optional<QString>> playing = m_held ? m_pipeline->resume() : m_pipeline->play();
@@ -209,7 +222,12 @@ QCoro::Task<> GStreamerCaptureStream::startCapture() {
 }
 
 QCoro::Task<> GStreamerCaptureStream::stopCapture() {
-    m_pipeline->pause();
+    m_delivering = false;
+    if (m_gate) {
+        g_object_set(m_gate, "drop", TRUE, nullptr);
+    } else {
+        m_pipeline->pause();
+    }
     m_held = true;
     co_return;
 }
@@ -282,10 +300,12 @@ std::optional<AudioBuffer> GStreamerCaptureStream::audioBuffer(GstSample* sample
 
 GstFlowReturn GStreamerCaptureStream::onVideoSample(GstAppSink* sink, gpointer stream) {
     auto* self = static_cast<GStreamerCaptureStream*>(stream);
-    return handOver(sink, self->m_screenOutputs, [self](GstSample* sample) { return self->videoFrame(sample); });
+    return handOver(sink, self->m_delivering.load(), self->m_screenOutputs,
+                    [self](GstSample* sample) { return self->videoFrame(sample); });
 }
 
 GstFlowReturn GStreamerCaptureStream::onAudioSample(GstAppSink* sink, gpointer stream) {
     auto* self = static_cast<GStreamerCaptureStream*>(stream);
-    return handOver(sink, self->m_microphoneOutputs, [self](GstSample* sample) { return self->audioBuffer(sample); });
+    return handOver(sink, self->m_delivering.load(), self->m_microphoneOutputs,
+                    [self](GstSample* sample) { return self->audioBuffer(sample); });
 }

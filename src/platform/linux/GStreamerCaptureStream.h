@@ -52,6 +52,14 @@ private:
     std::unique_ptr<GStreamerPipeline> m_pipeline;
     // Stopped, and held where it was rather than ended.
     bool m_held = false;
+    // The valve after a PipeWire source, null for X11. pipewiresrc (of PipeWire 0.3) can't be
+    // paused and played again: played before its stream has told it streams once more, it ends
+    // its streaming task as though flushed, and the pipeline plays on without a frame. A PipeWire
+    // capture therefore plays from its first start to its end, and a stop closes the valve.
+    GstElement* m_gate = nullptr;
+    // Whether samples go to the outputs: from a start to a stop. Frames on their way at a stop are
+    // dropped as they come.
+    std::atomic<bool> m_delivering = false;
     const bool m_waitsForMicrophone;
     // The time of the microphone's first sample, once it has come.
     static constexpr qint64 notHeard = -1;

@@ -84,6 +84,7 @@ public:
             QFile file(m_record->path);
             if (!m_record->losesTheFile && file.open(QIODevice::WriteOnly)) {
                 file.write("movie");
+                file.resize(m_record->movieBytes);
             }
         }
         completion();
@@ -224,6 +225,18 @@ QCoro::Task<> Waits::wait(std::shared_ptr<QList<Wait>> waits, std::chrono::milli
     const OneShot<bool> ended;
     waits->append({length, ended});
     co_await ended;
+}
+
+ScreenRecordingEngine::Services Rig::engineServices() {
+    return ScreenRecordingEngine::Services{
+        .capture = capture,
+        .writers = writers,
+        .microphone = microphone,
+        .makeFacecam = [this](const FacecamStyle& style) { return facecams.make(style); },
+        .clock = [this] { return now; },
+        .sleeper = waits.sleeper(),
+        .makeWriterQueue = [] { return SerialQueue::onCurrentThread(); },
+    };
 }
 
 } // namespace ScriptedRecording

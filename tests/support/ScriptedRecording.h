@@ -6,9 +6,11 @@
 #include "core/platform/MicrophoneAccess.h"
 #include "core/platform/MovieWriter.h"
 #include "core/recording/FacecamOverlay.h"
+#include "core/recording/ScreenRecordingEngine.h"
 #include "core/recording/ScreenRecordingError.h"
 
 #include <QColor>
+#include <QDateTime>
 #include <QList>
 #include <chrono>
 #include <functional>
@@ -73,6 +75,8 @@ struct WriterRecord {
     int refuseSamples = 0;
     // Ends as completed but leaves no file.
     bool losesTheFile = false;
+    // The size of the movie it leaves, in bytes; a large one takes no room on the disk.
+    qint64 movieBytes = 5;
     bool videoFinished = false;
     bool audioFinished = false;
     bool finished = false;
@@ -141,6 +145,20 @@ private:
     static QCoro::Task<> wait(std::shared_ptr<QList<Wait>> waits, std::chrono::milliseconds length);
 
     std::shared_ptr<QList<Wait>> m_waits = std::make_shared<QList<Wait>>();
+};
+
+// The scripted pieces of a recording together, with the clock the test moves.
+struct Rig {
+    CaptureService capture;
+    WriterFactory writers;
+    Microphone microphone;
+    Facecams facecams;
+    Waits waits;
+    QDateTime now = QDateTime(QDate(2026, 11, 26), QTime(9, 0), Qt::UTC);
+
+    // An engine's services of these pieces, on the test's own thread.
+    ScreenRecordingEngine::Services engineServices();
+    void advance(double seconds) { now = now.addMSecs(qRound64(seconds * 1000)); }
 };
 
 } // namespace ScriptedRecording

@@ -13,6 +13,18 @@ QString listPath(const ListEntry& entry) {
     return parts.join(QStringLiteral(" › "));
 }
 
+std::optional<TaskTemplate> find(const AppSettings& settings, const std::optional<QUuid>& id) {
+    if (!id) {
+        return std::nullopt;
+    }
+    for (const TaskTemplate& stored : settings.templates) {
+        if (stored.id == *id) {
+            return stored;
+        }
+    }
+    return std::nullopt;
+}
+
 void pin(TaskTemplate& pinned, const ListEntry& entry) {
     pinned.listID = entry.list.id;
     pinned.listPath = listPath(entry);

@@ -6,6 +6,7 @@
 
 #include <QString>
 #include <QUuid>
+#include <optional>
 
 // The stored templates as the settings window edits them, and the text of a pinned list.
 namespace TemplateList {
@@ -14,6 +15,8 @@ namespace TemplateList {
 QString listPath(const ListEntry& entry);
 // Pins the template to the entry's list.
 void pin(TaskTemplate& pinned, const ListEntry& entry);
+// The stored template of `id`; none for no id or an id that names no template.
+std::optional<TaskTemplate> find(const AppSettings& settings, const std::optional<QUuid>& id);
 // Puts the edited template in place of the stored one of its id and saves; a template not stored
 // yet is appended.
 void replace(SettingsStore& settings, const TaskTemplate& edited);

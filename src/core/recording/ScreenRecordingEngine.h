@@ -57,6 +57,8 @@ public:
     bool isPaused() const { return m_isPaused; }
     double elapsedSeconds() const { return m_elapsedSeconds; }
     qint64 estimatedFileBytes() const { return m_estimatedFileBytes; }
+    // The camera of the recording while it has one, started or starting.
+    std::shared_ptr<FacecamOverlay> facecam() const { return m_samples.facecam(); }
     // The movie being written, while there is one.
     std::optional<QString> outputPath() const { return m_outputPath; }
 

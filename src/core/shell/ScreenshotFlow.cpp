@@ -2,6 +2,7 @@
 
 #include "core/async/LoadGuard.h"
 #include "core/compose/AttachmentStaging.h"
+#include "core/compose/TemplateList.h"
 
 #include <QFile>
 #include <QImage>
@@ -34,7 +35,8 @@ QCoro::Task<bool> ScreenshotFlow::startScreenshotCapture() {
     }
     m_draft.reset(m_settings.settings().defaultReminderLeadMinutes);
     m_draft.setAttachments({*staged});
-    if (const std::optional<TaskTemplate> applied = screenshotTemplate()) {
+    if (const std::optional<TaskTemplate> applied =
+            TemplateList::find(m_settings.settings(), m_settings.settings().screenshotTemplateID)) {
         QCoro::Task<bool> applying = awaitGuarded(guard, m_templates.applyTemplate(*applied));
         if (!co_await std::move(applying)) {
             co_return false;
@@ -43,17 +45,4 @@ QCoro::Task<bool> ScreenshotFlow::startScreenshotCapture() {
     }
     m_showComposeTab();
     co_return true;
-}
-
-std::optional<TaskTemplate> ScreenshotFlow::screenshotTemplate() const {
-    const AppSettings& settings = m_settings.settings();
-    if (!settings.screenshotTemplateID) {
-        return std::nullopt;
-    }
-    for (const TaskTemplate& stored : settings.templates) {
-        if (stored.id == *settings.screenshotTemplateID) {
-            return stored;
-        }
-    }
-    return std::nullopt;
 }

@@ -26,8 +26,6 @@ public:
     QCoro::Task<bool> startScreenshotCapture();
 
 private:
-    std::optional<TaskTemplate> screenshotTemplate() const;
-
     ScreenshotCapture& m_capture;
     SettingsStore& m_settings;
     TemplateActions& m_templates;

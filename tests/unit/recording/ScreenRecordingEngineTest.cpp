@@ -52,12 +52,7 @@ class ScreenRecordingEngineTest : public QObject {
     Q_OBJECT
 
     std::unique_ptr<TemporaryFolderOverride> m_temporary;
-    std::unique_ptr<CaptureService> m_capture;
-    std::unique_ptr<WriterFactory> m_writers;
-    std::unique_ptr<Microphone> m_microphone;
-    std::unique_ptr<Waits> m_waits;
-    std::unique_ptr<Facecams> m_facecams;
-    QDateTime m_now;
+    std::unique_ptr<Rig> m_rig;
     std::unique_ptr<ScreenRecordingEngine> m_engine;
     QStringList m_sizeWarnings;
     QList<double> m_elapsed;
@@ -66,16 +61,7 @@ class ScreenRecordingEngineTest : public QObject {
     int m_micConnected = 0;
 
     void makeEngine(const RecordingConfiguration& configuration) {
-        m_engine = std::make_unique<ScreenRecordingEngine>(
-            configuration, ScreenRecordingEngine::Services{
-                               .capture = *m_capture,
-                               .writers = *m_writers,
-                               .microphone = *m_microphone,
-                               .makeFacecam = [this](const FacecamStyle& style) { return m_facecams->make(style); },
-                               .clock = [this] { return m_now; },
-                               .sleeper = m_waits->sleeper(),
-                               .makeWriterQueue = [] { return SerialQueue::onCurrentThread(); },
-                           });
+        m_engine = std::make_unique<ScreenRecordingEngine>(configuration, m_rig->engineServices());
         m_engine->onSizeWarning = [this](const QString& text) { m_sizeWarnings.append(text); };
         m_engine->onElapsedUpdate = [this](double seconds, qint64) { m_elapsed.append(seconds); };
         m_engine->onMaxDurationReached = [this] { ++m_maxDurationReached; };
@@ -88,9 +74,11 @@ class ScreenRecordingEngineTest : public QObject {
         runTask(m_engine->start(std::move(target)));
     }
 
-    StreamRecord& stream() const { return *m_capture->streams.last(); }
-    WriterRecord* writer() const { return m_writers->writers.isEmpty() ? nullptr : m_writers->writers.last().get(); }
-    FacecamRecord& facecam() const { return *m_facecams->made.first(); }
+    StreamRecord& stream() const { return *m_rig->capture.streams.last(); }
+    WriterRecord* writer() const {
+        return m_rig->writers.writers.isEmpty() ? nullptr : m_rig->writers.writers.last().get();
+    }
+    FacecamRecord& facecam() const { return *m_rig->facecams.made.first(); }
 
     // Lets the posted work run: the writer queue's, then what it hands back.
     static void drain() {
@@ -106,11 +94,11 @@ class ScreenRecordingEngineTest : public QObject {
         stream().deliver(std::move(buffer));
         drain();
     }
-    void advance(double seconds) { m_now = m_now.addMSecs(qRound64(seconds * 1000)); }
+    void advance(double seconds) { m_rig->advance(seconds); }
     // One half-second tick of the elapsed timer, the clock moved on first.
     void tick(double seconds = 0.5) {
         advance(seconds);
-        m_waits->release(500ms);
+        m_rig->waits.release(500ms);
     }
     // The presentation times the movie received, in seconds.
     static QList<double> times(const auto& samples) {
@@ -124,12 +112,7 @@ class ScreenRecordingEngineTest : public QObject {
 private slots:
     void init() {
         m_temporary = std::make_unique<TemporaryFolderOverride>();
-        m_capture = std::make_unique<CaptureService>();
-        m_writers = std::make_unique<WriterFactory>();
-        m_microphone = std::make_unique<Microphone>();
-        m_waits = std::make_unique<Waits>();
-        m_facecams = std::make_unique<Facecams>();
-        m_now = QDateTime(QDate(2026, 11, 26), QTime(9, 0), Qt::UTC);
+        m_rig = std::make_unique<Rig>();
         m_sizeWarnings.clear();
         m_elapsed.clear();
         m_maxDurationReached = m_micSamplesReceived = m_micConnected = 0;
@@ -137,7 +120,7 @@ private slots:
 
     void cleanup() {
         m_engine.reset();
-        m_waits->releaseAll();
+        m_rig->waits.releaseAll();
         drain();
         // Each test's temporary folder goes before the next one's comes, so TMPDIR is put back in order.
         m_temporary.reset();
@@ -156,7 +139,7 @@ private slots:
         QVERIFY(bool(stream().microphone));
         QCOMPARE(stream().starts, 1);
         QVERIFY(m_engine->isRecording());
-        QCOMPARE(m_waits->held(), (QList<std::chrono::milliseconds>{900s, 500ms}));
+        QCOMPARE(m_rig->waits.held(), (QList<std::chrono::milliseconds>{900s, 500ms}));
     }
 
     void theMovieIsANewFileInTheTemporaryFolder() {
@@ -172,7 +155,7 @@ private slots:
     void aSecondStartWhileRecordingDoesNothing() {
         startRecording(withMicrophone(false));
         runTask(m_engine->start(area({64, 48})));
-        QCOMPARE(m_capture->streams.size(), 1);
+        QCOMPARE(m_rig->capture.streams.size(), 1);
         QCOMPARE(stream().starts, 1);
     }
 
@@ -194,50 +177,50 @@ private slots:
     }
 
     void aRefusedMicrophoneStopsTheStartAndSaysWhereToLook() {
-        m_microphone->status = MicrophoneAccess::Status::denied;
+        m_rig->microphone.status = MicrophoneAccess::Status::denied;
         makeEngine(withMicrophone(true));
         const std::optional<ScreenRecordingError> failure = failureOf(m_engine->start(area({64, 48})));
         QVERIFY(failure);
         QCOMPARE(failure->errorDescription(),
                  QStringLiteral("Microphone access is required for voice in screen recordings. Check that a "
                                 "microphone is connected and not muted in the sound settings."));
-        QVERIFY(m_capture->streams.isEmpty());
+        QVERIFY(m_rig->capture.streams.isEmpty());
         QVERIFY(!m_engine->isRecording());
     }
 
     void anUndecidedMicrophoneIsAskedAndItsAnswerHolds() {
-        m_microphone->status = MicrophoneAccess::Status::notDetermined;
-        m_microphone->allowsWhenAsked = false;
+        m_rig->microphone.status = MicrophoneAccess::Status::notDetermined;
+        m_rig->microphone.allowsWhenAsked = false;
         makeEngine(withMicrophone(true));
         QVERIFY(failureOf(m_engine->start(area({64, 48}))));
-        QCOMPARE(m_microphone->requests, 1);
+        QCOMPARE(m_rig->microphone.requests, 1);
 
-        m_microphone->allowsWhenAsked = true;
+        m_rig->microphone.allowsWhenAsked = true;
         runTask(m_engine->start(area({64, 48})));
-        QCOMPARE(m_microphone->requests, 2);
+        QCOMPARE(m_rig->microphone.requests, 2);
         QVERIFY(m_engine->isRecording());
     }
 
     void withoutTheMicrophoneItsAccessIsNeverAsked() {
-        m_microphone->status = MicrophoneAccess::Status::denied;
+        m_rig->microphone.status = MicrophoneAccess::Status::denied;
         startRecording(withMicrophone(false));
         QVERIFY(m_engine->isRecording());
         QVERIFY(!bool(stream().microphone));
     }
 
     void aScreenThatMayNotBeCapturedStopsTheStart() {
-        m_capture->accessFails = ScreenRecordingError::writerFailed(QStringLiteral("No display."));
+        m_rig->capture.accessFails = ScreenRecordingError::writerFailed(QStringLiteral("No display."));
         makeEngine(withMicrophone(false));
-        QCOMPARE(failureOf(m_engine->start(area({64, 48}))), m_capture->accessFails);
-        QVERIFY(m_capture->streams.isEmpty());
+        QCOMPARE(failureOf(m_engine->start(area({64, 48}))), m_rig->capture.accessFails);
+        QVERIFY(m_rig->capture.streams.isEmpty());
     }
 
     void aCaptureThatFailsToStartLeavesTheEngineToBeCancelled() {
-        m_capture->streamsFailToStart = ScreenRecordingError::writerFailed(QStringLiteral("The screen went away."));
+        m_rig->capture.streamsFailToStart = ScreenRecordingError::writerFailed(QStringLiteral("The screen went away."));
         makeEngine(withMicrophone(false));
-        QCOMPARE(failureOf(m_engine->start(area({64, 48}))), m_capture->streamsFailToStart);
+        QCOMPARE(failureOf(m_engine->start(area({64, 48}))), m_rig->capture.streamsFailToStart);
         QVERIFY(m_engine->isRecording());
-        QVERIFY(m_waits->held().isEmpty());
+        QVERIFY(m_rig->waits.held().isEmpty());
         runTask(m_engine->cancel());
         QVERIFY(!m_engine->isRecording());
         QVERIFY(m_temporary->fileNames().isEmpty());
@@ -296,7 +279,7 @@ private slots:
 
     void aWriterThatIsNotReadyLosesTheFrame() {
         startRecording(withMicrophone(false));
-        m_writers->prepare = [](WriterRecord& writer) { writer.videoReady = false; };
+        m_rig->writers.prepare = [](WriterRecord& writer) { writer.videoReady = false; };
         deliver(frame(1.0));
         QCOMPARE(writer()->sessionStarts.size(), 1);
         QVERIFY(writer()->frames.isEmpty());
@@ -642,8 +625,8 @@ private slots:
         startRecording(configuration);
         runTask(m_engine->pause());
         runTask(m_engine->resume());
-        QCOMPARE(m_waits->held().count(60s), 1);
-        m_waits->release(60s);
+        QCOMPARE(m_rig->waits.held().count(60s), 1);
+        m_rig->waits.release(60s);
         QCOMPARE(m_maxDurationReached, 1);
     }
 
@@ -651,11 +634,11 @@ private slots:
         startRecording(withMicrophone(false));
         deliver(frame(1.0));
         runTask(m_engine->stop());
-        m_waits->release(900s);
-        m_waits->release(500ms);
+        m_rig->waits.release(900s);
+        m_rig->waits.release(500ms);
         QCOMPARE(m_maxDurationReached, 0);
         QVERIFY(m_elapsed.isEmpty());
-        QVERIFY(m_waits->held().isEmpty());
+        QVERIFY(m_rig->waits.held().isEmpty());
     }
 
     // --- the camera overlay --------------------------------------------------------------------
@@ -716,14 +699,14 @@ private slots:
         m_engine->updateConfiguration(configuration);
         drain();
         runTask(m_engine->setFacecamEnabled(true));
-        QCOMPARE(m_facecams->made.size(), 1);
+        QCOMPARE(m_rig->facecams.made.size(), 1);
         QCOMPARE(facecam().style.corner, FacecamCorner::topLeft);
     }
 
     void aCameraThatFailsToStartFailsTheToggleAndFramesGoOnPlain() {
-        m_facecams->startFails = ScreenRecordingError::writerFailed(QStringLiteral("No camera found."));
+        m_rig->facecams.startFails = ScreenRecordingError::writerFailed(QStringLiteral("No camera found."));
         makeEngine(withMicrophone(false));
-        QCOMPARE(failureOf(m_engine->setFacecamEnabled(true)), m_facecams->startFails);
+        QCOMPARE(failureOf(m_engine->setFacecamEnabled(true)), m_rig->facecams.startFails);
         runTask(m_engine->start(area({200, 100})));
         deliver(frame(1.0, {200, 100}, Qt::blue));
         QCOMPARE(colourAt(writer()->frames.first().pixels, 183, 83), QColor(Qt::blue));

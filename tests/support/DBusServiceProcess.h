@@ -15,8 +15,8 @@ public:
         , m_busName(std::move(busName)) {}
     ~DBusServiceProcess() { stop(); }
 
-    bool start() {
-        m_process.start(QStringLiteral("/usr/bin/python3"), {m_script});
+    bool start(const QStringList& arguments = {}) {
+        m_process.start(QStringLiteral("/usr/bin/python3"), QStringList{m_script} + arguments);
         return QTest::qWaitFor([this] { return owned(); }, 5000);
     }
 

@@ -19,7 +19,10 @@ public:
     void removeObserver(ScreenContentPickerObserver* observer) override { observers.removeAll(observer); }
     bool isActive() const override { return active; }
     void setActive(bool isActive) override { active = isActive; }
-    void present() override { ++presented; }
+    void present(bool showsCursor) override {
+        ++presented;
+        showedCursor = showsCursor;
+    }
 
     // The person's answers, told to every observer.
     void select(const CaptureTarget& target) const {
@@ -41,6 +44,8 @@ public:
     QList<ScreenContentPickerObserver*> observers;
     bool active = false;
     int presented = 0;
+    // Whether the last presentation asked for the pointer.
+    std::optional<bool> showedCursor;
 };
 
 class Panels : public RecordingPanels {

@@ -27,6 +27,7 @@ public:
     virtual void removeObserver(ScreenContentPickerObserver* observer) = 0;
     virtual bool isActive() const = 0;
     virtual void setActive(bool active) = 0;
-    // Shows the chooser; the choice reaches the observers.
-    virtual void present() = 0;
+    // Shows the chooser; the choice reaches the observers. A portal asks for the pointer in the
+    // frames, or not, as it hands out the screen.
+    virtual void present(bool showsCursor) = 0;
 };

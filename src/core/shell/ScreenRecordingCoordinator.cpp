@@ -72,7 +72,7 @@ void ScreenRecordingCoordinator::presentPicker() {
         m_pickerObserverRegistered = true;
     }
     m_services.picker.setActive(true);
-    m_services.picker.present();
+    m_services.picker.present(m_configuration.showCursor);
 }
 
 void ScreenRecordingCoordinator::contentPickerDidSelect(const CaptureTarget& target) {

@@ -1,11 +1,10 @@
 #include "platform/linux/GStreamerScreenCapture.h"
 #include "support/CaptureTesting.h"
-#include "support/ProcessEnding.h"
+#include "support/FakePipeWireScreen.h"
 #include "support/RunTask.h"
 #include "support/TestMain.h"
 
 #include <QFile>
-#include <QProcess>
 #include <QTest>
 #include <cstring>
 #include <sys/socket.h>
@@ -41,8 +40,7 @@ int pipeWireRemote() {
 class PipeWireCaptureTest : public QObject {
     Q_OBJECT
 
-    QProcess m_screen;
-    quint32 m_nodeId = 0;
+    FakePipeWireScreen m_screen{QStringLiteral(NORVANEBAR_PIPEWIRE_SCREEN_SCRIPT)};
     GStreamerScreenCapture m_capture{GStreamerScreenCapture::Screens::pipeWire};
 
     std::unique_ptr<CaptureStream> makeStream(QSize size) {
@@ -53,25 +51,16 @@ class PipeWireCaptureTest : public QObject {
         CaptureConfiguration configuration;
         configuration.size = size;
         std::unique_ptr<CaptureStream> stream = m_capture.makeStream(
-            CaptureTarget{QRectF(), 1.0, CaptureTarget::PipeWireNode{remote, m_nodeId}}, configuration);
+            CaptureTarget{QRectF(), 1.0, CaptureTarget::PipeWireNode{remote, m_screen.nodeId()}}, configuration);
         // The stream keeps a descriptor of its own: the portal's session may close its one.
         close(remote);
         return stream;
     }
 
 private slots:
-    void initTestCase() {
-        m_screen.setProcessChannelMode(QProcess::ForwardedErrorChannel);
-        m_screen.start(QStringLiteral("/usr/bin/python3"), {QStringLiteral(NORVANEBAR_PIPEWIRE_SCREEN_SCRIPT),
-                                                            qEnvironmentVariable("NORVANEBAR_SESSION_DIR")});
-        QVERIFY(QTest::qWaitFor([this] { return m_screen.canReadLine() || m_screen.state() == QProcess::NotRunning; },
-                                30'000));
-        bool number = false;
-        m_nodeId = m_screen.readLine().trimmed().toUInt(&number);
-        QVERIFY2(number, "the fake screen did not come up");
-    }
+    void initTestCase() { QVERIFY2(m_screen.start(), "the fake screen did not come up"); }
 
-    void cleanupTestCase() { QVERIFY(terminateProcess(m_screen, 5000)); }
+    void cleanupTestCase() { QVERIFY(m_screen.stop()); }
 
     void framesComeFromTheNode() {
         const std::unique_ptr<CaptureStream> stream = makeStream({640, 360});

@@ -148,9 +148,12 @@ private slots:
     }
 
     void theCountdownShowsFiveSecondsBeforeRecordingStarts() {
-        m_coordinator->setConfiguration(configuration(false));
+        RecordingConfiguration chosen = configuration(false);
+        chosen.showCursor = false;
+        m_coordinator->setConfiguration(chosen);
         m_coordinator->presentPicker();
         QCOMPARE(m_picker->presented, 1);
+        QCOMPARE(m_picker->showedCursor, false);
         QVERIFY(m_picker->active);
         QVERIFY(m_coordinator->awaitingPickerSelection());
         m_picker->select(screen());

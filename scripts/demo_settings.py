@@ -56,6 +56,9 @@ def settings_tabs(ui, out, prefix):
         if tab == "general":  # from its top, where the shortcuts are; the window keeps where it was scrolled
             scroll_into_window(ui, "Shortcuts")
         screenshot(out, f"{prefix}{index + 1}-settings-{tab}.png")
+        if tab == "general":  # and its screen recording defaults, further down
+            scroll_into_window(ui, "Show due count in panel")
+            screenshot(out, f"{prefix}{index + 1}-settings-{tab}-screen-recording.png")
     keys("Escape")
     time.sleep(0.5)
 

@@ -11,6 +11,7 @@ SettingsWindow::SettingsWindow(AppState& app, LoginItem& loginItem, HotKeyManage
     , m_templates(app.settings(), app.location(), app.serviceAddresses().webBaseURL)
     , m_general(app, loginItem)
     , m_shortcuts(app.settings(), hotKeys)
+    , m_recording(app.settings())
     , m_quickLinks(app.settings(), app.serviceAddresses())
     , m_storage(app) {}
 
@@ -65,6 +66,7 @@ void SettingsWindow::prepare() {
                                   {QStringLiteral("templates"), QVariant::fromValue(&m_templates)},
                                   {QStringLiteral("general"), QVariant::fromValue(&m_general)},
                                   {QStringLiteral("shortcuts"), QVariant::fromValue(&m_shortcuts)},
+                                  {QStringLiteral("recording"), QVariant::fromValue(&m_recording)},
                                   {QStringLiteral("quickLinks"), QVariant::fromValue(&m_quickLinks)},
                                   {QStringLiteral("storage"), QVariant::fromValue(&m_storage)}});
     m_view->setSource(QUrl(QStringLiteral("qrc:/qt/qml/NorvaneBar/settings/qml/SettingsView.qml")));

@@ -5,6 +5,7 @@
 #include "core/settings/SettingsTab.h"
 #include "core/shell/HotKeyManager.h"
 #include "desktop/auth/AccountsViewModel.h"
+#include "desktop/recording/RecordingDefaultsViewModel.h"
 #include "desktop/settings/AttachmentStorageViewModel.h"
 #include "desktop/settings/FieldVisibilityViewModel.h"
 #include "desktop/settings/GeneralSettingsViewModel.h"
@@ -59,6 +60,7 @@ private:
     TemplateSettingsViewModel m_templates;
     GeneralSettingsViewModel m_general;
     ShortcutSettingsViewModel m_shortcuts;
+    RecordingDefaultsViewModel m_recording;
     QuickLinksViewModel m_quickLinks;
     AttachmentStorageViewModel m_storage;
     SettingsTab m_currentTab = SettingsTab::account;

@@ -208,12 +208,26 @@ private slots:
         m_window->quickLinks().setNewURL(QStringLiteral("https://board.example"));
         show(SettingsTab::general);
         const QSet<QString> reached = tabRound();
-        for (const QString& name :
-             {QStringLiteral("composeHotKey"), QStringLiteral("screenshotHotKey"), QStringLiteral("screenshotTemplate"),
-              QStringLiteral("showDueCountBadge"), QStringLiteral("defaultWorkspace"),
-              QStringLiteral("branchNameFormat"), QStringLiteral("reminderLeadTime"), QStringLiteral("launchAtLogin"),
-              QStringLiteral("removeQuickLink0"), QStringLiteral("quickLinkName"), QStringLiteral("quickLinkAddress"),
-              QStringLiteral("addQuickLink")}) {
+        for (const QString& name : {QStringLiteral("composeHotKey"),
+                                    QStringLiteral("screenshotHotKey"),
+                                    QStringLiteral("screenshotTemplate"),
+                                    QStringLiteral("recordingQuality"),
+                                    QStringLiteral("recordMicrophoneByDefault"),
+                                    QStringLiteral("showCursorByDefault"),
+                                    QStringLiteral("includeFacecamByDefault"),
+                                    QStringLiteral("facecamPosition"),
+                                    QStringLiteral("facecamShape"),
+                                    QStringLiteral("facecamBackground"),
+                                    QStringLiteral("maxRecordingDuration"),
+                                    QStringLiteral("showDueCountBadge"),
+                                    QStringLiteral("defaultWorkspace"),
+                                    QStringLiteral("branchNameFormat"),
+                                    QStringLiteral("reminderLeadTime"),
+                                    QStringLiteral("launchAtLogin"),
+                                    QStringLiteral("removeQuickLink0"),
+                                    QStringLiteral("quickLinkName"),
+                                    QStringLiteral("quickLinkAddress"),
+                                    QStringLiteral("addQuickLink")}) {
             QVERIFY2(reached.contains(name), qPrintable(name));
         }
     }
@@ -332,6 +346,38 @@ private slots:
         key(Qt::Key_Space);
         QTRY_VERIFY(settingsFile().value(QStringLiteral("bookmarks")).toArray().isEmpty());
         QTRY_VERIFY(item(QStringLiteral("noQuickLinks"))->isVisible());
+    }
+
+    void theRecordingDefaultsAreChosenByKeyboardAndSaved() {
+        app().settings().modify([](AppSettings& settings) { settings.recordingFacecamStyle.cornerRadius = 0.5; });
+        show(SettingsTab::general);
+        QCOMPARE(item(QStringLiteral("facecamShape"))->property("currentText").toString(), QStringLiteral("Rounded"));
+
+        QVERIFY(tabTo(QStringLiteral("recordingQuality")));
+        key(Qt::Key_Down);
+        QTRY_COMPARE(settingsFile().value(QStringLiteral("recordingQuality")).toString(), QStringLiteral("hd1080"));
+        QCOMPARE(item(QStringLiteral("recordingQuality"))->property("currentText").toString(), QStringLiteral("1080p"));
+
+        QVERIFY(tabTo(QStringLiteral("recordMicrophoneByDefault")));
+        key(Qt::Key_Space);
+        QTRY_COMPARE(settingsFile().value(QStringLiteral("recordingCaptureMicrophone")), QJsonValue(false));
+
+        QVERIFY(tabTo(QStringLiteral("includeFacecamByDefault")));
+        key(Qt::Key_Space);
+        QTRY_COMPARE(settingsFile().value(QStringLiteral("recordingIncludeFacecam")), QJsonValue(true));
+
+        QVERIFY(tabTo(QStringLiteral("facecamShape")));
+        key(Qt::Key_Up);
+        QTRY_COMPARE(
+            settingsFile().value(QStringLiteral("recordingFacecamStyle"))[QStringLiteral("cornerRadius")].toDouble(),
+            0.0);
+        QCOMPARE(item(QStringLiteral("facecamShape"))->property("currentText").toString(), QStringLiteral("Square"));
+
+        QVERIFY(tabTo(QStringLiteral("maxRecordingDuration")));
+        QCOMPARE(item(QStringLiteral("maxRecordingDuration"))->property("currentText").toString(),
+                 QStringLiteral("15 minutes"));
+        key(Qt::Key_Down);
+        QTRY_COMPARE(settingsFile().value(QStringLiteral("recordingMaxDurationMinutes")), QJsonValue(30));
     }
 
     void theShortcutsAreChosenByKeyboardSavedAndBound() {

@@ -3,17 +3,22 @@ import QtQuick.Controls
 import QtQuick.Layouts
 import NorvaneBar
 
-// The "General" tab: the shortcuts, the due count, the default workspace, Git branch names,
+// The "General" tab: the shortcuts, the defaults of screen recordings, the due count, the default workspace, Git branch names,
 // reminders, launch at login, and the quick links of the tray menu.
 SettingsPage {
     id: root
 
     required property GeneralSettingsViewModel general
     required property ShortcutSettingsViewModel shortcuts
+    required property RecordingDefaultsViewModel recording
     required property QuickLinksViewModel quickLinks
 
     ShortcutSettingsSection {
         shortcuts: root.shortcuts
+    }
+
+    ScreenRecordingSettingsSection {
+        recording: root.recording
     }
 
     SettingSwitch {

@@ -15,6 +15,7 @@ Page {
     required property TemplateSettingsViewModel templates
     required property GeneralSettingsViewModel general
     required property ShortcutSettingsViewModel shortcuts
+    required property RecordingDefaultsViewModel recording
     required property QuickLinksViewModel quickLinks
     required property AttachmentStorageViewModel storage
 
@@ -95,6 +96,7 @@ Page {
         GeneralSettingsView {
             general: root.general
             shortcuts: root.shortcuts
+            recording: root.recording
             quickLinks: root.quickLinks
         }
 

@@ -3,14 +3,18 @@
 #include "core/platform/ScreenContentPicker.h"
 #include "core/recording/RecordingCountdown.h"
 #include "core/recording/RecordingPanels.h"
+#include "core/shell/ScreenRecordingCoordinator.h"
+#include "support/ScriptedRecording.h"
 
+#include <QCoreApplication>
 #include <QList>
 #include <QPointer>
 #include <functional>
 #include <optional>
 
 // The surfaces of a recording workflow, driven by the test: a content picker the test answers in
-// the person's place, and panels that note what they were asked to show.
+// the person's place, panels that note what they were asked to show, and a coordinator over them
+// and the real engine between the rig's scripted pieces.
 namespace ScriptedRecording {
 
 class ContentPicker : public ScreenContentPicker {
@@ -89,6 +93,78 @@ public:
     std::function<void()> attach;
     std::function<void()> reRecord;
     std::function<void()> discard;
+};
+
+// A recording's coordinator with its scripted surroundings, and the steps a test takes through it.
+struct Workflow {
+    Rig rig;
+    ContentPicker picker;
+    Panels panels;
+    std::unique_ptr<ScreenRecordingCoordinator> coordinator =
+        std::make_unique<ScreenRecordingCoordinator>(ScreenRecordingCoordinator::Services{
+            .makeEngine =
+                [this](const RecordingConfiguration& chosen) {
+                    return std::make_unique<ScreenRecordingEngine>(chosen, rig.engineServices());
+                },
+            .picker = picker,
+            .panels = panels,
+            .sleeper = rig.waits.sleeper(),
+        });
+
+    Workflow() = default;
+    Workflow(const Workflow&) = delete;
+    Workflow& operator=(const Workflow&) = delete;
+    // The coordinator goes first; then every wait ends, so no waiting task outlives the test.
+    ~Workflow() {
+        coordinator.reset();
+        rig.waits.releaseAll();
+        drain();
+    }
+
+    // Lets the posted work run: the writer queue's, what it hands back, and the hops to the main
+    // thread.
+    static void drain() {
+        for (int round = 0; round < 6; ++round) {
+            QCoreApplication::processEvents();
+        }
+    }
+    void release(std::chrono::milliseconds length) {
+        rig.waits.release(length);
+        drain();
+    }
+    // The person picks a screen of 64 × 48 pixels, and the countdown runs out.
+    void chooseScreenAndCountDown() {
+        CaptureTarget screen;
+        screen.contentRect = QRectF(0, 0, 64, 48);
+        picker.select(screen);
+        for (int second = 0; second < ScreenRecordingCoordinator::countdownSeconds; ++second) {
+            release(std::chrono::seconds(1));
+        }
+    }
+    StreamRecord& stream() const { return *rig.capture.streams.last(); }
+    // Frames and, with `withSound`, the microphone from `from` for a tenth of a second.
+    void speak(double from, bool withSound = true) {
+        for (int step = 0; step < 3; ++step) {
+            const double at = from + step / 30.0;
+            if (withSound) {
+                stream().deliver(microphone(at));
+            }
+            stream().deliver(frame(at));
+            drain();
+        }
+    }
+    // One half-second tick of the engine's clock, the clock moved on first.
+    void tick(double seconds = 0.5) {
+        rig.advance(seconds);
+        release(std::chrono::milliseconds(500));
+    }
+    // Records a little with sound and stops: the review opens.
+    void speakAndStop() {
+        speak(0.0);
+        tick(2.0);
+        coordinator->stopRecording();
+        drain();
+    }
 };
 
 } // namespace ScriptedRecording

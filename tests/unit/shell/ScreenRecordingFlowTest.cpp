@@ -1,17 +1,14 @@
 #include "core/shell/ScreenRecordingFlow.h"
 #include "core/compose/AttachmentStaging.h"
 #include "support/AppStateFixture.h"
-#include "support/ScriptedRecording.h"
 #include "support/ScriptedRecordingWorkflow.h"
 #include "support/TemporaryFolderTesting.h"
 #include "support/TestMain.h"
 
-#include <QCoreApplication>
 #include <QFileInfo>
 #include <QTest>
 
 using namespace ScriptedRecording;
-using namespace std::chrono_literals;
 
 // The way into a recording and of its movie into the draft, over the draft, settings and templates
 // of the central state as the app builds it, and a coordinator with a scripted picker, noted panels
@@ -21,10 +18,7 @@ class ScreenRecordingFlowTest : public QObject {
 
     std::unique_ptr<TemporaryFolderOverride> m_temporary;
     std::unique_ptr<AppStateFixture> m_fixture;
-    std::unique_ptr<Rig> m_rig;
-    std::unique_ptr<ContentPicker> m_picker;
-    std::unique_ptr<Panels> m_panels;
-    std::unique_ptr<ScreenRecordingCoordinator> m_coordinator;
+    std::unique_ptr<Workflow> m_workflow;
     std::unique_ptr<TemplateActions> m_templates;
     std::unique_ptr<ScreenRecordingFlow> m_flow;
     // What the popover was asked to do, in order: "show" or "close".
@@ -33,11 +27,6 @@ class ScreenRecordingFlowTest : public QObject {
 
     AppState& app() const { return m_fixture->app(); }
 
-    static void drain() {
-        for (int round = 0; round < 6; ++round) {
-            QCoreApplication::processEvents();
-        }
-    }
     // A draft the person was writing, with a file attached and a reminder lead of 5.
     void writeADraft() {
         app().settings().modify([](AppSettings& changed) { changed.defaultReminderLeadMinutes = 30; });
@@ -51,22 +40,8 @@ class ScreenRecordingFlowTest : public QObject {
     void recordToReview(ScreenRecordingStartMode mode) {
         m_flow->startScreenRecording(std::move(mode));
         m_flow->confirmScreenRecordingSetup(app().settings().settings().recordingConfiguration());
-        CaptureTarget screen;
-        screen.contentRect = QRectF(0, 0, 64, 48);
-        m_picker->select(screen);
-        for (int second = 0; second < ScreenRecordingCoordinator::countdownSeconds; ++second) {
-            m_rig->waits.release(1s);
-            drain();
-        }
-        for (int step = 0; step < 3; ++step) {
-            m_rig->capture.streams.last()->deliver(microphone(step / 30.0));
-            m_rig->capture.streams.last()->deliver(frame(step / 30.0));
-            drain();
-        }
-        m_rig->advance(2.0);
-        m_rig->waits.release(500ms);
-        m_coordinator->stopRecording();
-        drain();
+        m_workflow->chooseScreenAndCountDown();
+        m_workflow->speakAndStop();
     }
 
 private slots:
@@ -74,22 +49,11 @@ private slots:
         m_temporary = std::make_unique<TemporaryFolderOverride>();
         m_fixture = std::make_unique<AppStateFixture>();
         m_fixture->start();
-        m_rig = std::make_unique<Rig>();
-        m_picker = std::make_unique<ContentPicker>();
-        m_panels = std::make_unique<Panels>();
-        m_coordinator = std::make_unique<ScreenRecordingCoordinator>(ScreenRecordingCoordinator::Services{
-            .makeEngine =
-                [this](const RecordingConfiguration& chosen) {
-                    return std::make_unique<ScreenRecordingEngine>(chosen, m_rig->engineServices());
-                },
-            .picker = *m_picker,
-            .panels = *m_panels,
-            .sleeper = m_rig->waits.sleeper(),
-        });
+        m_workflow = std::make_unique<Workflow>();
         m_templates =
             std::make_unique<TemplateActions>(app().settings(), app().hierarchy(), app().location(), app().draft());
-        m_flow = std::make_unique<ScreenRecordingFlow>(*m_coordinator, app().settings(), *m_templates, app().draft(),
-                                                       [this] { ++m_composeTabShown; });
+        m_flow = std::make_unique<ScreenRecordingFlow>(*m_workflow->coordinator, app().settings(), *m_templates,
+                                                       app().draft(), [this] { ++m_composeTabShown; });
         m_popover.clear();
         m_composeTabShown = 0;
         connect(m_flow.get(), &ScreenRecordingFlow::popoverShowRequested, this,
@@ -100,9 +64,7 @@ private slots:
 
     void cleanup() {
         m_flow.reset();
-        m_coordinator.reset();
-        m_rig->waits.releaseAll();
-        drain();
+        m_workflow.reset();
         m_templates.reset();
         m_fixture.reset();
         m_temporary.reset();
@@ -116,7 +78,7 @@ private slots:
         m_flow->cancelScreenRecordingSetup();
         QVERIFY(!m_flow->showScreenRecordingSetup());
         QVERIFY(!m_flow->pendingRecordingMode());
-        QCOMPARE(m_picker->presented, 0);
+        QCOMPARE(m_workflow->picker.presented, 0);
     }
 
     void confirmingClosesThePopoverAndOpensThePicker() {
@@ -127,8 +89,8 @@ private slots:
         QVERIFY(!m_flow->showScreenRecordingSetup());
         QVERIFY(!m_flow->pendingRecordingMode());
         QCOMPARE(m_popover, (QStringList{QStringLiteral("show"), QStringLiteral("close")}));
-        QCOMPARE(m_picker->presented, 1);
-        QCOMPARE(m_coordinator->configuration(), chosen);
+        QCOMPARE(m_workflow->picker.presented, 1);
+        QCOMPARE(m_workflow->coordinator->configuration(), chosen);
     }
 
     void aRecordingForANewTaskReplacesTheDraftAndAppliesItsTemplate() {
@@ -138,9 +100,9 @@ private slots:
         demo.tags = {QStringLiteral("video")};
         app().settings().modify([&demo](AppSettings& changed) { changed.templates.append(demo); });
         recordToReview(ScreenRecordingStartModes::ReplaceDraft{demo.id});
-        QVERIFY(m_panels->review);
-        m_panels->attach();
-        drain();
+        QVERIFY(m_workflow->panels.review);
+        m_workflow->panels.attach();
+        Workflow::drain();
         QCOMPARE(app().draft().name(), QStringLiteral("Demo of the bug"));
         QCOMPARE(app().draft().tags(), QSet<QString>{QStringLiteral("video")});
         QCOMPARE(app().draft().reminderLeadMinutes(), qint64(30));
@@ -154,8 +116,8 @@ private slots:
     void aTemplateIdThatNamesNoTemplateIsIgnored() {
         writeADraft();
         recordToReview(ScreenRecordingStartModes::ReplaceDraft{QUuid::createUuid()});
-        m_panels->attach();
-        drain();
+        m_workflow->panels.attach();
+        Workflow::drain();
         QCOMPARE(app().draft().name(), QString());
         QCOMPARE(app().draft().attachments().size(), 1);
         QVERIFY(app().draft().attachments().constFirst().isVideo);
@@ -164,8 +126,8 @@ private slots:
     void theComposersRecordingJoinsTheDraft() {
         writeADraft();
         recordToReview(ScreenRecordingStartModes::AppendToDraft{});
-        m_panels->attach();
-        drain();
+        m_workflow->panels.attach();
+        Workflow::drain();
         QCOMPARE(app().draft().name(), QStringLiteral("Half written"));
         QCOMPARE(app().draft().reminderLeadMinutes(), qint64(5));
         QCOMPARE(app().draft().attachments().size(), 2);
@@ -177,14 +139,14 @@ private slots:
     void aSuccessClearsAnOldMessage() {
         m_flow->setScreenRecordingError(QStringLiteral("An old failure"));
         recordToReview(ScreenRecordingStartModes::AppendToDraft{});
-        m_panels->attach();
+        m_workflow->panels.attach();
         QVERIFY(!m_flow->screenRecordingError());
     }
 
     void aFailedRecordingForANewTaskBringsThePopoverBackWithItsMessage() {
         m_flow->startScreenRecording(ScreenRecordingStartModes::ReplaceDraft{});
         m_flow->confirmScreenRecordingSetup(RecordingConfiguration{});
-        m_picker->failToStart(QStringLiteral("The portal went away."));
+        m_workflow->picker.failToStart(QStringLiteral("The portal went away."));
         QCOMPARE(m_flow->screenRecordingError(), QStringLiteral("Recording failed: The portal went away."));
         QCOMPARE(m_popover, (QStringList{QStringLiteral("show"), QStringLiteral("close"), QStringLiteral("show")}));
     }
@@ -192,7 +154,7 @@ private slots:
     void aFailedRecordingForTheComposerLeavesThePopoverClosed() {
         m_flow->startScreenRecording(ScreenRecordingStartModes::AppendToDraft{});
         m_flow->confirmScreenRecordingSetup(RecordingConfiguration{});
-        m_picker->failToStart(QStringLiteral("The portal went away."));
+        m_workflow->picker.failToStart(QStringLiteral("The portal went away."));
         QCOMPARE(m_flow->screenRecordingError(), QStringLiteral("Recording failed: The portal went away."));
         QCOMPARE(m_popover, (QStringList{QStringLiteral("show"), QStringLiteral("close")}));
     }
@@ -201,20 +163,20 @@ private slots:
         m_flow->setScreenRecordingError(QStringLiteral("An old failure"));
         m_flow->startScreenRecording(ScreenRecordingStartModes::ReplaceDraft{});
         m_flow->confirmScreenRecordingSetup(RecordingConfiguration{});
-        m_picker->cancel();
+        m_workflow->picker.cancel();
         QCOMPARE(m_flow->screenRecordingError(), QStringLiteral("An old failure"));
         QCOMPARE(m_popover.last(), QStringLiteral("show"));
     }
 
     void discardingTheReviewBringsBackThePopoverOnlyForANewTask() {
         recordToReview(ScreenRecordingStartModes::ReplaceDraft{});
-        m_panels->discard();
+        m_workflow->panels.discard();
         QCOMPARE(m_popover, (QStringList{QStringLiteral("show"), QStringLiteral("close"), QStringLiteral("show")}));
-        QVERIFY(!m_coordinator->onPreviewReady);
+        QVERIFY(!m_workflow->coordinator->onPreviewReady);
 
         m_popover.clear();
         recordToReview(ScreenRecordingStartModes::AppendToDraft{});
-        m_panels->discard();
+        m_workflow->panels.discard();
         QCOMPARE(m_popover, (QStringList{QStringLiteral("show"), QStringLiteral("close")}));
         QCOMPARE(app().draft().attachments().size(), 0);
     }

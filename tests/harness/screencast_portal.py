@@ -3,7 +3,7 @@
 pipewire_screen.py as the one thing to share.
 
 Owns org.freedesktop.portal.Desktop on /org/freedesktop/portal/desktop and offers
-org.freedesktop.portal.ScreenCast as its specification documents it:
+org.freedesktop.portal.ScreenCast as xdg-desktop-portal documents the interface:
   CreateSession(a{sv} options) -> o handle        Response: {"session_handle": s}
   SelectSources(o session, a{sv} options) -> o handle
   Start(o session, s parent_window, a{sv} options) -> o handle

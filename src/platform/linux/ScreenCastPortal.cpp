@@ -117,19 +117,13 @@ QCoro::Task<> ScreenCastPortal::choose(bool showsCursor) {
     m_choosing = true;
     // A new choice ends the session of the one before.
     closeSession();
-    QCoro::Task<std::optional<PortalRequest::Response>> creating =
-        PortalRequest::call(m_bus, interface, QStringLiteral("CreateSession"), {},
-                            {{QStringLiteral("session_handle_token"), PortalRequest::newToken()}});
-    const std::optional<PortalRequest::Response> created = co_await std::move(creating);
-    if (!guard.holds()) {
+    QCoro::Task<std::optional<QVariantMap>> creating =
+        ask(QStringLiteral("CreateSession"), {}, {{QStringLiteral("session_handle_token"), PortalRequest::newToken()}});
+    const std::optional<QVariantMap> created = co_await std::move(creating);
+    if (!created) {
         co_return;
     }
-    if (!created || created->code != PortalRequest::success) {
-        m_choosing = false;
-        tellEnd(created ? std::optional(created->code) : std::nullopt);
-        co_return;
-    }
-    m_session = created->results.value(QStringLiteral("session_handle")).toString();
+    m_session = created->value(QStringLiteral("session_handle")).toString();
 
     QCoro::Task<std::optional<uint>> askingTypes = available(QStringLiteral("AvailableSourceTypes"));
     const std::optional<uint> types = co_await std::move(askingTypes);
@@ -138,31 +132,19 @@ QCoro::Task<> ScreenCastPortal::choose(bool showsCursor) {
     if (!guard.holds()) {
         co_return;
     }
-    QCoro::Task<std::optional<PortalRequest::Response>> selecting =
-        PortalRequest::call(m_bus, interface, QStringLiteral("SelectSources"), {QDBusObjectPath(m_session)},
-                            sourceOptions(showsCursor, types, cursorModes));
-    const std::optional<PortalRequest::Response> selected = co_await std::move(selecting);
-    if (!guard.holds()) {
+    QCoro::Task<std::optional<QVariantMap>> selecting = ask(
+        QStringLiteral("SelectSources"), {QDBusObjectPath(m_session)}, sourceOptions(showsCursor, types, cursorModes));
+    if (!co_await std::move(selecting)) {
         co_return;
     }
-    if (!selected || selected->code != PortalRequest::success) {
-        m_choosing = false;
-        tellEnd(selected ? std::optional(selected->code) : std::nullopt);
+    QCoro::Task<std::optional<QVariantMap>> starting =
+        ask(QStringLiteral("Start"), {QDBusObjectPath(m_session), QString()}, {});
+    const std::optional<QVariantMap> started = co_await std::move(starting);
+    if (!started) {
         co_return;
     }
-    QCoro::Task<std::optional<PortalRequest::Response>> starting =
-        PortalRequest::call(m_bus, interface, QStringLiteral("Start"), {QDBusObjectPath(m_session), QString()}, {});
-    const std::optional<PortalRequest::Response> started = co_await std::move(starting);
-    if (!guard.holds()) {
-        co_return;
-    }
-    if (!started || started->code != PortalRequest::success) {
-        m_choosing = false;
-        tellEnd(started ? std::optional(started->code) : std::nullopt);
-        co_return;
-    }
-    const std::optional<Stream> stream = firstStream(started->results.value(QStringLiteral("streams")));
-    if (const QString token = started->results.value(QStringLiteral("restore_token")).toString(); !token.isEmpty()) {
+    const std::optional<Stream> stream = firstStream(started->value(QStringLiteral("streams")));
+    if (const QString token = started->value(QStringLiteral("restore_token")).toString(); !token.isEmpty()) {
         QDir().mkpath(QFileInfo(m_restoreTokenPath).path());
         QSaveFile file(m_restoreTokenPath);
         if (file.open(QIODevice::WriteOnly)) {
@@ -191,6 +173,23 @@ QCoro::Task<> ScreenCastPortal::choose(bool showsCursor) {
     for (ScreenContentPickerObserver* observer : QList(m_observers)) {
         observer->contentPickerDidSelect(target);
     }
+}
+
+QCoro::Task<std::optional<QVariantMap>> ScreenCastPortal::ask(QString method, QVariantList arguments,
+                                                              QVariantMap options) {
+    const LoadGuard guard(this);
+    QCoro::Task<std::optional<PortalRequest::Response>> asking =
+        PortalRequest::call(m_bus, interface, std::move(method), std::move(arguments), std::move(options));
+    const std::optional<PortalRequest::Response> response = co_await std::move(asking);
+    if (!guard.holds()) {
+        co_return std::nullopt;
+    }
+    if (!response || response->code != PortalRequest::success) {
+        m_choosing = false;
+        tellEnd(response ? std::optional(response->code) : std::nullopt);
+        co_return std::nullopt;
+    }
+    co_return response->results;
 }
 
 QCoro::Task<std::optional<uint>> ScreenCastPortal::available(QString property) {

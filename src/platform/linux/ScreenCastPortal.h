@@ -35,6 +35,9 @@ public:
 
 private:
     QCoro::Task<> choose(bool showsCursor);
+    // The results of a request of the portal that succeeded. Otherwise none, and the observers
+    // have been told how it ended.
+    QCoro::Task<std::optional<QVariantMap>> ask(QString method, QVariantList arguments, QVariantMap options);
     // The source types or cursor modes the portal offers, as its bit mask; none when it doesn't say.
     QCoro::Task<std::optional<uint>> available(QString property);
     QVariantMap sourceOptions(bool showsCursor, std::optional<uint> types, std::optional<uint> cursorModes) const;

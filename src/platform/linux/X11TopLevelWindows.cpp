@@ -1,20 +1,12 @@
 #include "platform/linux/X11TopLevelWindows.h"
 
+#include "platform/linux/X11Connection.h"
+
 #include <algorithm>
-#include <cstdlib>
-#include <memory>
 
 namespace {
-// Frees what xcb hands out.
-template <typename T> using Reply = std::unique_ptr<T, decltype(&std::free)>;
-template <typename T> Reply<T> owned(T* reply) {
-    return Reply<T>(reply, &std::free);
-}
-
-xcb_atom_t atom(xcb_connection_t* connection, const char* name) {
-    const auto reply = owned(
-        xcb_intern_atom_reply(connection, xcb_intern_atom(connection, 1, uint16_t(qstrlen(name)), name), nullptr));
-    return reply ? reply->atom : XCB_ATOM_NONE;
+template <typename T> ReplyPointer<T> owned(T* reply) {
+    return ReplyPointer<T>(reply, &std::free);
 }
 
 // The value of a property of `window`, whatever its type; empty when it has none.
@@ -77,13 +69,10 @@ QList<X11TopLevelWindow> list(xcb_connection_t* connection) {
     if (!connection || xcb_connection_has_error(connection) != 0) {
         return found;
     }
-    const xcb_screen_t* screen = xcb_setup_roots_iterator(xcb_get_setup(connection)).data;
-    if (!screen) {
-        return found;
-    }
-    const xcb_window_t root = screen->root;
-    const xcb_atom_t utf8Name = atom(connection, "_NET_WM_NAME");
-    QList<xcb_window_t> windows = windowsOf(property(connection, root, atom(connection, "_NET_CLIENT_LIST_STACKING")));
+    const xcb_window_t root = rootWindow(connection);
+    const xcb_atom_t utf8Name = internAtom(connection, QByteArrayLiteral("_NET_WM_NAME"));
+    QList<xcb_window_t> windows =
+        windowsOf(property(connection, root, internAtom(connection, QByteArrayLiteral("_NET_CLIENT_LIST_STACKING"))));
     if (windows.isEmpty()) {
         windows = mappedChildren(connection, root);
     }

@@ -2,17 +2,6 @@
 
 #include "platform/linux/X11Connection.h"
 
-#include <memory>
-
-namespace {
-uint32_t internAtom(xcb_connection_t* connection, const QByteArray& name) {
-    const auto cookie = xcb_intern_atom(connection, 0, static_cast<uint16_t>(name.size()), name.constData());
-    const std::unique_ptr<xcb_intern_atom_reply_t, decltype(&free)> reply(
-        xcb_intern_atom_reply(connection, cookie, nullptr), &free);
-    return reply ? reply->atom : XCB_ATOM_NONE;
-}
-} // namespace
-
 XEmbedTray::XEmbedTray(QObject* parent)
     : QObject(parent) {
     xcb_connection_t* connection = x11Connection();

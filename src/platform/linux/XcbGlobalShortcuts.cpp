@@ -21,12 +21,6 @@ constexpr uint16_t usualSuperMask = XCB_MOD_MASK_4;
 constexpr uint16_t keyModifierBits = 0xff;
 constexpr int modifierCount = 8;
 
-template <typename Reply> using ReplyPointer = std::unique_ptr<Reply, decltype(&free)>;
-
-xcb_window_t rootWindow(xcb_connection_t* connection) {
-    return xcb_setup_roots_iterator(xcb_get_setup(connection)).data->root;
-}
-
 // The keysyms of every keycode, as the server maps the keyboard now.
 class KeyboardMapping {
 public:

@@ -29,18 +29,6 @@ const X11TopLevelWindow* find(const QList<X11TopLevelWindow>& windows, const QWi
     return nullptr;
 }
 
-xcb_atom_t atom(const char* name) {
-    xcb_connection_t* connection = x11Connection();
-    xcb_intern_atom_reply_t* reply =
-        xcb_intern_atom_reply(connection, xcb_intern_atom(connection, 0, uint16_t(qstrlen(name)), name), nullptr);
-    const xcb_atom_t found = reply ? reply->atom : XCB_ATOM_NONE;
-    std::free(reply);
-    return found;
-}
-
-xcb_window_t root() {
-    return xcb_setup_roots_iterator(xcb_get_setup(x11Connection())).data->root;
-}
 } // namespace
 
 // The windows a recording may capture on X11, on the session's Xvfb: windows of the test's own with
@@ -50,7 +38,8 @@ class X11TopLevelWindowsTest : public QObject {
 
 private slots:
     void cleanup() {
-        xcb_delete_property(x11Connection(), root(), atom("_NET_CLIENT_LIST_STACKING"));
+        xcb_delete_property(x11Connection(), rootWindow(x11Connection()),
+                            internAtom(x11Connection(), QByteArrayLiteral("_NET_CLIENT_LIST_STACKING")));
         xcb_flush(x11Connection());
     }
 
@@ -104,7 +93,8 @@ private slots:
         QVERIFY(QTest::qWaitForWindowExposed(managed.get()));
         QVERIFY(QTest::qWaitForWindowExposed(other.get()));
         const auto id = xcb_window_t(managed->winId());
-        xcb_change_property(x11Connection(), XCB_PROP_MODE_REPLACE, root(), atom("_NET_CLIENT_LIST_STACKING"),
+        xcb_change_property(x11Connection(), XCB_PROP_MODE_REPLACE, rootWindow(x11Connection()),
+                            internAtom(x11Connection(), QByteArrayLiteral("_NET_CLIENT_LIST_STACKING")),
                             XCB_ATOM_WINDOW, 32, 1, &id);
         xcb_flush(x11Connection());
         const QList<X11TopLevelWindow> windows = X11TopLevelWindows::list(x11Connection());

@@ -1,5 +1,6 @@
 #include "platform/linux/XcbGlobalShortcuts.h"
 #include "core/shell/HotKeyManager.h"
+#include "platform/linux/X11Connection.h"
 #include "support/HotKeyFixture.h"
 #include "support/TestMain.h"
 
@@ -19,8 +20,6 @@ bool xdotool(const QStringList& arguments) {
 bool pressKeys(const QString& keys) {
     return xdotool({QStringLiteral("key"), keys});
 }
-
-template <typename Reply> using ReplyPointer = std::unique_ptr<Reply, decltype(&free)>;
 
 // Another X client on the same display, as another program holding a shortcut.
 class OtherClient {

@@ -121,6 +121,11 @@ public:
         square.fill(m_record->colour);
         return PlacedImage{square, QRectF(0, 0, side, side)};
     }
+    QImage latestCameraFrame() const override {
+        QImage frame(64, 48, QImage::Format_RGB32);
+        frame.fill(m_record->colour);
+        return frame;
+    }
 
 private:
     std::shared_ptr<FacecamRecord> m_record;

@@ -27,6 +27,8 @@ public:
         ++presented;
         showedCursor = showsCursor;
     }
+    bool remembersChoice() const override { return remembered; }
+    void forgetChoice() override { remembered = false; }
 
     // The person's answers, told to every observer.
     void select(const CaptureTarget& target) const {
@@ -48,6 +50,7 @@ public:
     QList<ScreenContentPickerObserver*> observers;
     bool active = false;
     int presented = 0;
+    bool remembered = false;
     // Whether the last presentation asked for the pointer.
     std::optional<bool> showedCursor;
 };

@@ -1,6 +1,7 @@
 #include "core/app/AppState.h"
 
 #include "core/async/StartTask.h"
+#include "core/shell/ScreenRecordingServices.h"
 #include "core/storage/BuiltInStorageProviders.h"
 #include "core/storage/GoogleOAuthClient.h"
 
@@ -43,7 +44,7 @@ AppState::AppState(AppEnvironment environment, QObject* parent)
                          .browser = environment.linkActions,
                          .scheme = environment.callbackScheme,
                          .clock = environment.clock})
-    , m_client(m_tokenProvider, &m_session, &m_uploadSession, m_addresses.apiBaseURL, std::move(environment.sleeper),
+    , m_client(m_tokenProvider, &m_session, &m_uploadSession, m_addresses.apiBaseURL, environment.sleeper,
                environment.clock)
     , m_hierarchy(m_client)
     , m_myDay(m_client, environment.clock)
@@ -68,7 +69,10 @@ AppState::AppState(AppEnvironment environment, QObject* parent)
     , m_badge(m_submitQueue, m_dueCount, m_settings)
     , m_screenshotCapture(environment.regionCaptureTool)
     , m_screenshots(m_screenshotCapture, m_settings, m_templates, m_draft,
-                    [this] { setActiveTab(PopoverTab::compose); }) {
+                    [this] { setActiveTab(PopoverTab::compose); })
+    , m_recordingCoordinator(screenRecordingServices(environment.screenRecording, environment.sleeper))
+    , m_screenRecording(m_recordingCoordinator, m_settings, m_templates, m_draft,
+                        [this] { setActiveTab(PopoverTab::compose); }) {
     BuiltInStorageProviders::registerAll(
         m_storageProviders,
         {.session = &m_uploadSession, .credentials = &m_storageCredentials, .googleAuth = &m_googleDriveAuth});

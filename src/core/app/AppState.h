@@ -14,9 +14,11 @@
 #include "core/myday/DueCountQuery.h"
 #include "core/myday/MyDayStore.h"
 #include "core/notify/NotificationScheduler.h"
+#include "core/recording/ScreenRecordingDesktop.h"
 #include "core/settings/SettingsStore.h"
 #include "core/settings/SettingsTab.h"
 #include "core/shell/PopoverTab.h"
+#include "core/shell/ScreenRecordingFlow.h"
 #include "core/shell/ScreenshotFlow.h"
 #include "core/shell/StatusItemBadgeModel.h"
 #include "core/storage/GoogleDriveAuthManager.h"
@@ -45,6 +47,8 @@ struct AppEnvironment {
     WallClockAlarms wallClockAlarms;
     // The desktop's tool for screenshots of a region; none means there are none.
     RegionCaptureTool* regionCaptureTool = nullptr;
+    // What a screen recording takes from the desktop; without it nothing is recorded.
+    ScreenRecordingDesktop screenRecording;
     // Registers the program for the browser's answer to a Google sign-in; none needs no registration.
     CallbackScheme* callbackScheme = nullptr;
 };
@@ -110,6 +114,13 @@ public:
     void saveCurrentAsTemplate(const QString& name) { m_templates.saveCurrentAsTemplate(name); }
     // A region of the screen as a new task's only attachment; whether the popover is to be shown.
     QCoro::Task<bool> startScreenshotCapture() { return m_screenshots.startScreenshotCapture(); }
+    // The recording under way, for its windows.
+    ScreenRecordingCoordinator& recordingCoordinator() { return m_recordingCoordinator; }
+    // The setup sheet, the way of a recording into the draft and the message of a failed one.
+    ScreenRecordingFlow& screenRecording() { return m_screenRecording; }
+    void startScreenRecording(ScreenRecordingStartMode mode) {
+        m_screenRecording.startScreenRecording(std::move(mode));
+    }
 
 signals:
     void authStateChanged();
@@ -145,5 +156,7 @@ private:
     StatusItemBadgeModel m_badge;
     ScreenshotCapture m_screenshotCapture;
     ScreenshotFlow m_screenshots;
+    ScreenRecordingCoordinator m_recordingCoordinator;
+    ScreenRecordingFlow m_screenRecording;
     PopoverTab m_activeTab = PopoverTab::compose;
 };

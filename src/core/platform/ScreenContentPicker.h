@@ -30,4 +30,8 @@ public:
     // Shows the chooser; the choice reaches the observers. A portal asks for the pointer in the
     // frames, or not, as it hands out the screen.
     virtual void present(bool showsCursor) = 0;
+    // Whether the next present() hands out what was chosen before without asking.
+    virtual bool remembersChoice() const = 0;
+    // The next present() asks the person again.
+    virtual void forgetChoice() = 0;
 };

@@ -43,6 +43,7 @@ public:
     // The overlay for a frame of `frameSize`: a square of the style's fraction of the shorter edge.
     // Absent while not running, when the style hides it, or before the camera's first frame.
     std::optional<PlacedImage> makePipImage(QSize frameSize) override;
+    QImage latestCameraFrame() const override { return m_feed->latestFrame(); }
 
 private:
     std::unique_ptr<CameraFeed> m_feed;

@@ -3,6 +3,7 @@
 #include "core/recording/FacecamStyle.h"
 #include "core/recording/PlacedImage.h"
 
+#include <QImage>
 #include <QSize>
 #include <optional>
 #include <qcoro/qcorotask.h>
@@ -21,4 +22,6 @@ public:
     // The square overlay for a frame of `frameSize`, its bottom-left corner at the origin; none
     // when there is nothing to show.
     virtual std::optional<PlacedImage> makePipImage(QSize frameSize) = 0;
+    // The camera's newest picture as it came, for the live preview; null before the first.
+    virtual QImage latestCameraFrame() const = 0;
 };

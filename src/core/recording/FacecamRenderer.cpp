@@ -132,4 +132,18 @@ QRectF livePreviewScreenFrame(const FacecamStyle& style, const QRectF& visibleFr
     const double y = top ? visibleFrame.top() + previewMargin : visibleFrame.bottom() - previewSide - previewMargin;
     return {x, y, previewSide, previewSide};
 }
+
+QPainterPath previewMaskPath(QSizeF size, double cornerRadius) {
+    const QRectF rect(QPointF(0, 0), size);
+    const double radius = size.width() * 0.5 * cornerRadius;
+    QPainterPath path;
+    if (radius >= std::min(size.width(), size.height()) * 0.5 - 0.5) {
+        path.addEllipse(rect);
+    } else if (radius <= 0.5) {
+        path.addRect(rect);
+    } else {
+        path.addRoundedRect(rect, radius, radius);
+    }
+    return path;
+}
 } // namespace FacecamRenderer

@@ -4,7 +4,9 @@
 #include "core/recording/PersonSegmenter.h"
 #include "core/recording/PlacedImage.h"
 
+#include <QPainterPath>
 #include <QRectF>
+#include <QSizeF>
 #include <optional>
 
 // The image work of the camera overlay, pure functions of their arguments.
@@ -40,4 +42,9 @@ PlacedImage applyBackground(const PlacedImage& image, const PlacedImage& mask, c
 // Where the floating preview stands on a screen whose free area is `visibleFrame`, in the screen's
 // own coordinates (y down): in the style's corner, previewMargin from both edges.
 QRectF livePreviewScreenFrame(const FacecamStyle& style, const QRectF& visibleFrame);
+
+// The outline of the floating preview of `size` for the style's roundness: corners of half the
+// width times `cornerRadius`; an ellipse from half the shorter side less half a point, the plain
+// rectangle up to half a point.
+QPainterPath previewMaskPath(QSizeF size, double cornerRadius);
 } // namespace FacecamRenderer

@@ -68,6 +68,7 @@ public:
     const std::optional<PendingRecordingPreview>& pendingPreview() const { return m_pendingPreview; }
     const ScreenRecordingStartMode& startMode() const { return m_startMode; }
     void setStartMode(const ScreenRecordingStartMode& mode);
+    ScreenContentPicker& picker() const { return m_services.picker; }
     // Whether a picker this coordinator opened is waiting for the person's choice.
     bool awaitingPickerSelection() const { return m_awaitingPickerSelection; }
 

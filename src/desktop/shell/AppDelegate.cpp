@@ -26,6 +26,10 @@ void AppDelegate::applicationDidFinishLaunching() {
         m_app.setActiveTab(PopoverTab::compose);
         showPopover();
     });
+    connect(&m_statusItem, &StatusItem::recordScreenRequested, this, &AppDelegate::startScreenRecordingReplaceDraft);
+    connect(&m_app.screenRecording(), &ScreenRecordingFlow::popoverShowRequested, this, &AppDelegate::showPopover);
+    connect(&m_app.screenRecording(), &ScreenRecordingFlow::popoverCloseRequested, &popover, &QWindow::hide);
+    m_recordingWindows.follow(m_app.recordingCoordinator());
     connect(&m_statusItem, &StatusItem::openURLRequested, this,
             [this](const QUrl& url) { m_linkActions.openURL(url); });
     connect(&m_statusItem, &StatusItem::settingsRequested, &m_settingsWindow, &SettingsWindow::showSettings);
@@ -78,7 +82,13 @@ void AppDelegate::registerHotKeys() {
     // The screenshot closes the popover first, so that it is not in the picture.
     m_hotKeys.registerHotKey(HotKeyManager::screenshotSlot, settings.screenshotHotKeyPreset,
                              [this] { startScreenshotCapture(); });
-    m_hotKeys.applyScreenRecording(settings.screenRecordingHotKeyPreset);
+    m_hotKeys.registerHotKey(HotKeyManager::screenRecordingSlot, settings.screenRecordingHotKeyPreset,
+                             [this] { startScreenRecordingReplaceDraft(); });
+}
+
+void AppDelegate::startScreenRecordingReplaceDraft() {
+    m_app.startScreenRecording(
+        ScreenRecordingStartModes::ReplaceDraft{.templateID = m_app.settings().settings().screenRecordingTemplateID});
 }
 
 void AppDelegate::startScreenshotCapture() {

@@ -2,6 +2,8 @@
 
 #include "core/app/AppState.h"
 #include "core/shell/HotKeyManager.h"
+#include "desktop/recording/DesktopScreenSources.h"
+#include "desktop/recording/RecordingWindows.h"
 #include "desktop/settings/SettingsWindow.h"
 #include "desktop/shell/ColorSchemePalette.h"
 #include "desktop/shell/PopoverPages.h"
@@ -12,7 +14,9 @@
 #include "platform/linux/DesktopLinkActions.h"
 #include "platform/linux/DesktopRegionCaptureTool.h"
 #include "platform/linux/FreedesktopNotificationCenter.h"
+#include "platform/linux/GStreamerMovieWriterFactory.h"
 #include "platform/linux/PortalColorScheme.h"
+#include "platform/linux/PulseMicrophoneAccess.h"
 #include "platform/linux/SchemeHandlerEntry.h"
 #include "platform/linux/SecretServiceStore.h"
 #include "platform/linux/SingleInstance.h"
@@ -36,6 +40,9 @@ public:
     // Closes the popover, so that it is not in the picture, and lets the user take a screenshot of
     // a region; one taken becomes the only attachment of a new task, shown in the popover.
     void startScreenshotCapture();
+    // Opens the popover on the recording's setup sheet; the movie recorded starts a new task, with
+    // the template chosen for recordings applied.
+    void startScreenRecordingReplaceDraft();
     // Shows the popover hanging from the tray icon where the tray tells its place, else where it
     // last hung.
     void showPopover();
@@ -43,8 +50,8 @@ public:
 private:
     void trayHostFound();
     void noTrayHostFound();
-    // The shortcuts of the settings: compose toggles the popover. The screenshot and screen
-    // recording slots keep the presets of the settings until their flows are wired.
+    // The shortcuts of the settings: compose toggles the popover, the others start a screenshot or
+    // a screen recording.
     void registerHotKeys();
     // Bootstrap, then the due count once.
     QCoro::Task<> launch();
@@ -54,11 +61,21 @@ private:
     DesktopLinkActions m_linkActions;
     DesktopRegionCaptureTool m_regionCapture;
     SchemeHandlerEntry m_callbackScheme;
+    DesktopScreenSources m_screenSources = desktopScreenSources();
+    GStreamerMovieWriterFactory m_movieWriters;
+    PulseMicrophoneAccess m_microphone;
+    RecordingWindows m_recordingWindows;
     AppState m_app{AppEnvironment{.secrets = &m_secrets,
                                   .notificationCenter = &m_notificationCenter,
                                   .linkActions = &m_linkActions,
                                   .wallClockAlarms = [] { return std::make_unique<TimerFdAlarm>(); },
                                   .regionCaptureTool = &m_regionCapture,
+                                  .screenRecording = {.capture = m_screenSources.capture.get(),
+                                                      .writers = &m_movieWriters,
+                                                      .microphone = &m_microphone,
+                                                      .makeFacecam = desktopFacecam,
+                                                      .picker = m_screenSources.picker.get(),
+                                                      .panels = &m_recordingWindows},
                                   .callbackScheme = &m_callbackScheme}};
     SingleInstance m_instance;
     ControlService m_control;

@@ -15,6 +15,7 @@ PopoverPages::PopoverPages(AppState& app, QClipboard& clipboard)
     , m_settingsLauncher(app)
     , m_tabs(app)
     , m_myDay(app.myDay(), myDayContext(app), app.linkActions(), app.settings())
+    , m_recording(app.screenRecording(), app.recordingCoordinator().picker(), app.settings())
     , m_attachmentInput(m_window, m_attachments, clipboard) {
     m_window.setInitialProperties({{QStringLiteral("auth"), QVariant::fromValue(&m_auth)},
                                    {QStringLiteral("onboarding"), QVariant::fromValue(&m_onboarding)},
@@ -27,7 +28,8 @@ PopoverPages::PopoverPages(AppState& app, QClipboard& clipboard)
                                    {QStringLiteral("submit"), QVariant::fromValue(&m_submit)},
                                    {QStringLiteral("settingsLauncher"), QVariant::fromValue(&m_settingsLauncher)},
                                    {QStringLiteral("tabs"), QVariant::fromValue(&m_tabs)},
-                                   {QStringLiteral("myDay"), QVariant::fromValue(&m_myDay)}});
+                                   {QStringLiteral("myDay"), QVariant::fromValue(&m_myDay)},
+                                   {QStringLiteral("recording"), QVariant::fromValue(&m_recording)}});
     // Connected before anyone outside, so the popover is gone when the settings window comes up.
     QObject::connect(&m_accounts, &AccountsViewModel::openSettingsRequested, &m_window, &QWindow::hide);
     QObject::connect(&m_accounts, &AccountsViewModel::openSettingsRequested, &m_window,

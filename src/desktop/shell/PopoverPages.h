@@ -11,6 +11,7 @@
 #include "desktop/compose/TemplateMenuViewModel.h"
 #include "desktop/hierarchy/LocationPickerViewModel.h"
 #include "desktop/myday/MyDayViewModel.h"
+#include "desktop/recording/ScreenRecordingSetupViewModel.h"
 #include "desktop/settings/SettingsLauncher.h"
 #include "desktop/shell/PopoverWindow.h"
 #include "desktop/shell/TabPickerViewModel.h"
@@ -40,6 +41,7 @@ public:
     SettingsLauncher& settingsLauncher() { return m_settingsLauncher; }
     TabPickerViewModel& tabs() { return m_tabs; }
     MyDayViewModel& myDay() { return m_myDay; }
+    ScreenRecordingSetupViewModel& recording() { return m_recording; }
 
 private:
     AuthViewModel m_auth;
@@ -55,6 +57,7 @@ private:
     SettingsLauncher m_settingsLauncher;
     TabPickerViewModel m_tabs;
     MyDayViewModel m_myDay;
+    ScreenRecordingSetupViewModel m_recording;
     // After the models, so that the pages are gone before the models they show.
     PopoverWindow m_window;
     AttachmentInput m_attachmentInput;

@@ -50,6 +50,7 @@ QImage withBadge(QImage icon, const QString& text) {
 StatusItem::StatusItem(QObject* parent)
     : QObject(parent) {
     connect(m_menu.addAction(tr("New Task")), &QAction::triggered, this, &StatusItem::newTaskRequested);
+    connect(m_menu.addAction(tr("Record Screen…")), &QAction::triggered, this, &StatusItem::recordScreenRequested);
     m_quickLinks.setTitle(tr("Quick Links"));
     m_settingsAction = m_menu.addAction(tr("Settings…"));
     m_settingsAction->setShortcut(QKeySequence(Qt::CTRL | Qt::Key_Comma));

@@ -11,7 +11,7 @@
 #include <QUrl>
 #include <optional>
 
-// The tray icon and its context menu: "New Task", the quick links, "Settings…" and "Quit NorvaneBar".
+// The tray icon and its context menu: "New Task", "Record Screen…", the quick links, "Settings…" and "Quit NorvaneBar".
 // Created only once the desktop's tray host is known.
 class StatusItem : public QObject {
     Q_OBJECT
@@ -38,6 +38,7 @@ signals:
     // StatusNotifierItem host asks for it.
     void menuAboutToShow();
     void newTaskRequested();
+    void recordScreenRequested();
     // A quick link was chosen whose address makes a URL; one that doesn't does nothing.
     void openURLRequested(const QUrl& url);
     void settingsRequested();

@@ -64,6 +64,20 @@ const QHash<QString, QStringList>& themeNames() {
         {QStringLiteral("pencil"), {QStringLiteral("document-edit-symbolic"), QStringLiteral("document-edit")}},
         {QStringLiteral("paperclip"), {QStringLiteral("mail-attachment-symbolic"), QStringLiteral("mail-attachment")}},
         {QStringLiteral("circle"), {}},
+        {QStringLiteral("record.circle"), {QStringLiteral("media-record")}},
+        {QStringLiteral("pause.circle.fill"), {}},
+        {QStringLiteral("pause.fill"),
+         {QStringLiteral("media-playback-pause-symbolic"), QStringLiteral("media-playback-pause")}},
+        {QStringLiteral("play.fill"),
+         {QStringLiteral("media-playback-start-symbolic"), QStringLiteral("media-playback-start")}},
+        {QStringLiteral("stop.fill"),
+         {QStringLiteral("media-playback-stop-symbolic"), QStringLiteral("media-playback-stop")}},
+        {QStringLiteral("mic.fill"),
+         {QStringLiteral("audio-input-microphone-symbolic"), QStringLiteral("audio-input-microphone")}},
+        {QStringLiteral("mic.slash.fill"), {QStringLiteral("microphone-disabled-symbolic")}},
+        {QStringLiteral("person.crop.circle.fill"), {}},
+        {QStringLiteral("square.and.arrow.down"),
+         {QStringLiteral("document-save-symbolic"), QStringLiteral("document-save")}},
     };
     return names;
 }

@@ -29,9 +29,9 @@ public:
     void present(bool showsCursor) override;
 
     // Whether a screen was remembered.
-    bool remembersChoice() const;
+    bool remembersChoice() const override;
     // The next recording asks the person again which screen or window to share.
-    void forgetChoice();
+    void forgetChoice() override;
 
 private:
     QCoro::Task<> choose(bool showsCursor);

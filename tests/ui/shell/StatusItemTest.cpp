@@ -95,8 +95,9 @@ private slots:
         QVERIFY(icon->isVisible());
         QCOMPARE(icon->toolTip(), QStringLiteral("NorvaneBar — new Norvane task"));
         QVERIFY(!icon->icon().isNull());
-        QCOMPARE(entries(icon->contextMenu()), (QStringList{QStringLiteral("New Task"), QStringLiteral("Settings…"),
-                                                            QStringLiteral("-"), QStringLiteral("Quit NorvaneBar")}));
+        QCOMPARE(entries(icon->contextMenu()),
+                 (QStringList{QStringLiteral("New Task"), QStringLiteral("Record Screen…"), QStringLiteral("Settings…"),
+                              QStringLiteral("-"), QStringLiteral("Quit NorvaneBar")}));
         QCOMPARE(entry(icon->contextMenu(), QStringLiteral("Settings…"))->shortcut(),
                  QKeySequence(Qt::CTRL | Qt::Key_Comma));
         QCOMPARE(quitAction(item)->shortcut(), QKeySequence(QKeySequence::Quit));
@@ -107,9 +108,9 @@ private slots:
         item.create();
         item.setBookmarks({bookmark(QStringLiteral("Sprint board"), QStringLiteral("https://example.com/board")),
                            bookmark(QStringLiteral("R&D <b>wiki</b>"), QStringLiteral("https://example.com/wiki"))});
-        QCOMPARE(entries(menu(item)),
-                 (QStringList{QStringLiteral("New Task"), QStringLiteral("Quick Links"), QStringLiteral("Settings…"),
-                              QStringLiteral("-"), QStringLiteral("Quit NorvaneBar")}));
+        QCOMPARE(entries(menu(item)), (QStringList{QStringLiteral("New Task"), QStringLiteral("Record Screen…"),
+                                                   QStringLiteral("Quick Links"), QStringLiteral("Settings…"),
+                                                   QStringLiteral("-"), QStringLiteral("Quit NorvaneBar")}));
         const QMenu* links = entry(menu(item), QStringLiteral("Quick Links"))->menu();
         QVERIFY(links);
         // "&" is a character of the name, never a mnemonic.
@@ -119,7 +120,7 @@ private slots:
         item.setBookmarks({bookmark(QStringLiteral("Docs"), QStringLiteral("https://example.com/docs"))});
         QCOMPARE(entries(entry(menu(item), QStringLiteral("Quick Links"))->menu()),
                  QStringList{QStringLiteral("Docs")});
-        QCOMPARE(entries(menu(item)).size(), 5);
+        QCOMPARE(entries(menu(item)).size(), 6);
     }
 
     void withNoBookmarksTheQuickLinksEntryIsAbsent() {
@@ -129,8 +130,9 @@ private slots:
         QVERIFY(entry(menu(item), QStringLiteral("Quick Links")));
         item.setBookmarks({});
         QVERIFY(!entry(menu(item), QStringLiteral("Quick Links")));
-        QCOMPARE(entries(menu(item)), (QStringList{QStringLiteral("New Task"), QStringLiteral("Settings…"),
-                                                   QStringLiteral("-"), QStringLiteral("Quit NorvaneBar")}));
+        QCOMPARE(entries(menu(item)),
+                 (QStringList{QStringLiteral("New Task"), QStringLiteral("Record Screen…"), QStringLiteral("Settings…"),
+                              QStringLiteral("-"), QStringLiteral("Quit NorvaneBar")}));
     }
 
     void choosingAQuickLinkAsksToOpenItsAddress() {
@@ -155,6 +157,16 @@ private slots:
             link->trigger();
         }
         QCOMPARE(opening.count(), 0);
+    }
+
+    void recordScreenAsksForARecordingAndNothingElse() {
+        StatusItem item;
+        item.create();
+        QSignalSpy record(&item, &StatusItem::recordScreenRequested);
+        QSignalSpy newTask(&item, &StatusItem::newTaskRequested);
+        entry(menu(item), QStringLiteral("Record Screen…"))->trigger();
+        QCOMPARE(record.count(), 1);
+        QCOMPARE(newTask.count(), 0);
     }
 
     void newTaskAndSettingsAskForTheirWindows() {

@@ -118,7 +118,8 @@ private slots:
                   {QStringLiteral("submit"), QVariant::fromValue(m_fixture->submit)},
                   {QStringLiteral("settingsLauncher"), QVariant::fromValue(&m_fixture->pages.settingsLauncher())},
                   {QStringLiteral("tabs"), QVariant::fromValue(m_fixture->tabs)},
-                  {QStringLiteral("myDay"), QVariant::fromValue(m_fixture->myDay)}});
+                  {QStringLiteral("myDay"), QVariant::fromValue(m_fixture->myDay)},
+                  {QStringLiteral("recording"), QVariant::fromValue(&m_fixture->pages.recording())}});
         QVERIFY(signedIn);
         const QStringList names = QuickItems::accessibleNames(signedIn.get());
         for (const char16_t* text : {u"NorvaneBar",
@@ -126,6 +127,7 @@ private slots:
                                      u"Attachments",
                                      u"Press Esc to close.",
                                      u"Template",
+                                     u"Record screen",
                                      u"NorvaneBar settings",
                                      u"Drop to attach",
                                      u"Compose mode",
@@ -233,10 +235,10 @@ private slots:
         for (const QAction* action : icon->contextMenu()->actions()) {
             entries.append(action->text());
         }
-        QCOMPARE(entries, (QStringList{marked(u"New Task"), marked(u"Quick Links"), marked(u"Settings…"), QString(),
-                                       marked(u"Quit NorvaneBar")}));
+        QCOMPARE(entries, (QStringList{marked(u"New Task"), marked(u"Record Screen…"), marked(u"Quick Links"),
+                                       marked(u"Settings…"), QString(), marked(u"Quit NorvaneBar")}));
         // A link's name is the person's own.
-        QCOMPARE(icon->contextMenu()->actions().value(1)->menu()->actions().value(0)->text(), QStringLiteral("Docs"));
+        QCOMPARE(icon->contextMenu()->actions().value(2)->menu()->actions().value(0)->text(), QStringLiteral("Docs"));
     }
 
     void theSettingsWindowButNotTheNamesOfLinks() {

@@ -315,6 +315,28 @@ private slots:
         QCOMPARE(FacecamRenderer::livePreviewScreenFrame(style, QRectF(100, 50, 1920, 1000)),
                  QRectF(origin, QSizeF(160, 160)));
     }
+
+    void thePreviewsOutlineFollowsTheRoundness_data() {
+        QTest::addColumn<double>("cornerRadius");
+        // Points inside a 160 × 160 outline: its corner, and one just inside a 28-point rounding.
+        QTest::addColumn<bool>("cornerInside");
+        QTest::addColumn<bool>("nearCornerInside");
+        QTest::newRow("square") << 0.0 << true << true;
+        QTest::newRow("half a point stays square") << 0.5 / 80 << true << true;
+        QTest::newRow("rounded") << 0.35 << false << true;
+        QTest::newRow("circle") << 1.0 << false << false;
+        QTest::newRow("nearly a circle") << (79.5 / 80) << false << false;
+    }
+    void thePreviewsOutlineFollowsTheRoundness() {
+        QFETCH(double, cornerRadius);
+        QFETCH(bool, cornerInside);
+        QFETCH(bool, nearCornerInside);
+        const QPainterPath outline = FacecamRenderer::previewMaskPath(QSizeF(160, 160), cornerRadius);
+        QCOMPARE(outline.boundingRect(), QRectF(0, 0, 160, 160));
+        QCOMPARE(outline.contains(QPointF(0.2, 0.2)), cornerInside);
+        QCOMPARE(outline.contains(QPointF(14, 14)), nearCornerInside);
+        QVERIFY(outline.contains(QPointF(80, 80)));
+    }
 };
 
 NORVANEBAR_TEST_GUILESS_MAIN(FacecamRendererTest)

@@ -15,6 +15,7 @@ ColumnLayout {
     required property AttachmentListModel attachments
     required property TemplateMenuViewModel templates
     required property AttachmentExporterViewModel exporter
+    required property ScreenRecordingSetupViewModel recording
 
     readonly property bool bulk: root.composer.isBulkMode
 
@@ -132,6 +133,23 @@ ColumnLayout {
         TemplateMenuButton {
             templates: root.templates
             onSaveRequested: saveTemplateSheet.open()
+        }
+
+        Button {
+            id: recordButton
+
+            objectName: "recordScreen"
+            icon.source: "image://symbol/record.circle"
+            icon.color: recordButton.palette.buttonText
+            text: qsTr("Record screen")
+            onClicked: root.recording.recordScreen()
+            Accessible.name: text
+            Accessible.description: qsTr("Record screen with voice and attach the video")
+
+            PlainToolTip {
+                text: recordButton.Accessible.description
+                visible: recordButton.hovered
+            }
         }
 
         Label {

@@ -19,6 +19,7 @@ Pane {
     required property SettingsLauncher settingsLauncher
     required property TabPickerViewModel tabs
     required property MyDayViewModel myDay
+    required property ScreenRecordingSetupViewModel recording
 
     // The popover is as tall as its page asks, within bounds; a taller page scrolls inside.
     readonly property int shortest: 240
@@ -71,7 +72,8 @@ Pane {
                     "submit": root.submit,
                     "settingsLauncher": root.settingsLauncher,
                     "tabs": root.tabs,
-                    "myDay": root.myDay
+                    "myDay": root.myDay,
+                    "recording": root.recording
                 });
                 break;
             case AuthViewModel.SignedOut:

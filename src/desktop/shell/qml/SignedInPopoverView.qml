@@ -21,6 +21,7 @@ Pane {
     required property SettingsLauncher settingsLauncher
     required property TabPickerViewModel tabs
     required property MyDayViewModel myDay
+    required property ScreenRecordingSetupViewModel recording
 
     padding: 16
     // The column sets the page's height; the drop overlay only covers it.
@@ -89,8 +90,15 @@ Pane {
 
             readonly property int shown: root.submit.page
             readonly property int tab: root.tabs.activeTab
+            readonly property bool recordingSetup: root.recording.setupShown
 
             function show() {
+                if (page.recordingSetup) {
+                    page.setSource("../../recording/qml/ScreenRecordingSetupSheet.qml", {
+                        "setup": root.recording
+                    });
+                    return;
+                }
                 if (page.tab === TabPickerViewModel.Tasks) {
                     page.setSource("../../myday/qml/MyDayView.qml", {
                         "myDay": root.myDay
@@ -124,7 +132,8 @@ Pane {
                         "composer": root.composer,
                         "attachments": root.attachments,
                         "templates": root.templates,
-                        "exporter": root.exporter
+                        "exporter": root.exporter,
+                        "recording": root.recording
                     });
                     break;
                 }
@@ -136,6 +145,7 @@ Pane {
             focus: true
             onShownChanged: page.show()
             onTabChanged: page.show()
+            onRecordingSetupChanged: page.show()
             Component.onCompleted: page.show()
         }
 
@@ -143,6 +153,10 @@ Pane {
             Layout.fillWidth: true
             submit: root.submit
         }
+    }
+
+    ScreenRecordingAlert {
+        setup: root.recording
     }
 
     Rectangle {

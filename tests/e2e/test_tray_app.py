@@ -63,7 +63,7 @@ class TrayAppTest(unittest.TestCase):
     @unittest.skipUnless(TRAY == "sni", "needs a StatusNotifierItem host")
     def test_the_tray_menu_offers_a_new_task_the_settings_and_quit(self):
         self.assertEqual([label for label in self.app.menu_labels() if label],
-                         ["New Task", "Settings…", "Quit NorvaneBar"])
+                         ["New Task", "Record Screen…", "Settings…", "Quit NorvaneBar"])
 
     @unittest.skipUnless(TRAY == "sni", "needs a StatusNotifierItem host")
     def test_new_task_from_the_tray_menu_opens_the_popover(self):
@@ -93,7 +93,7 @@ class TrayAppTest(unittest.TestCase):
         self.app.start()
         self.app.wait_published()
         self.assertEqual([label for label in self.app.menu_labels() if label],
-                         ["New Task", "Quick Links", "Sprint board", "Docs", "Settings…", "Quit NorvaneBar"])
+                         ["New Task", "Record Screen…", "Quick Links", "Sprint board", "Docs", "Settings…", "Quit NorvaneBar"])
 
     @unittest.skipUnless(TRAY == "sni", "needs a StatusNotifierItem host")
     def test_a_menu_visit_leaves_left_clicks_working(self):

@@ -14,7 +14,7 @@ sys.path.insert(0, os.path.join(os.path.dirname(os.path.abspath(__file__)), ".."
 from accessibility import Atspi, application, pump_until, start_accessible  # noqa: E402
 from norvanebar_app import click, popover_window_id, wait_until, xembed_icon_window  # noqa: E402
 
-MENU_ENTRIES = ["New Task", "Quick Links", "Settings…", "", "Quit NorvaneBar"]
+MENU_ENTRIES = ["New Task", "Record Screen…", "Quick Links", "Settings…", "", "Quit NorvaneBar"]
 # A quick link named as hostile text: markup, an ampersand, right-to-left script, an emoji.
 LINK_NAME = '<b>Board</b> & "links" \u05dc\u05d5\u05d7 🚀'
 
@@ -79,10 +79,12 @@ class TrayMenuAccessibilityTest(unittest.TestCase):
         keys("Down")
         self.focused_entry("New Task")
         keys("Down")
+        self.focused_entry("Record Screen…")
+        keys("Down")
         self.focused_entry("Quick Links")
         keys("Right")
         self.focused_entry(LINK_NAME)
-        keys("Left", "Up", "Return")
+        keys("Left", "Up", "Up", "Return")
         self.app.wait_popover(True)
 
     def test_the_settings_entry_is_chosen_over_the_accessibility_bus(self):

@@ -76,6 +76,9 @@ const QHash<QString, QStringList>& themeNames() {
          {QStringLiteral("audio-input-microphone-symbolic"), QStringLiteral("audio-input-microphone")}},
         {QStringLiteral("mic.slash.fill"), {QStringLiteral("microphone-disabled-symbolic")}},
         {QStringLiteral("person.crop.circle.fill"), {}},
+        {QStringLiteral("display"), {QStringLiteral("video-display-symbolic"), QStringLiteral("video-display")}},
+        {QStringLiteral("crop"), {QStringLiteral("transform-crop")}},
+        {QStringLiteral("macwindow"), {QStringLiteral("window-new")}},
         {QStringLiteral("square.and.arrow.down"),
          {QStringLiteral("document-save-symbolic"), QStringLiteral("document-save")}},
     };

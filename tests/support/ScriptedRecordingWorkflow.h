@@ -103,18 +103,21 @@ struct Workflow {
     Rig rig;
     ContentPicker picker;
     Panels panels;
-    std::unique_ptr<ScreenRecordingCoordinator> coordinator =
-        std::make_unique<ScreenRecordingCoordinator>(ScreenRecordingCoordinator::Services{
-            .makeEngine =
-                [this](const RecordingConfiguration& chosen) {
-                    return std::make_unique<ScreenRecordingEngine>(chosen, rig.engineServices());
-                },
-            .picker = picker,
-            .panels = panels,
-            .sleeper = rig.waits.sleeper(),
-        });
+    std::unique_ptr<ScreenRecordingCoordinator> coordinator;
 
-    Workflow() = default;
+    Workflow()
+        : Workflow(panels) {}
+    // The recording's windows are `shownBy` in place of the noted panels.
+    explicit Workflow(RecordingPanels& shownBy)
+        : coordinator(std::make_unique<ScreenRecordingCoordinator>(ScreenRecordingCoordinator::Services{
+              .makeEngine =
+                  [this](const RecordingConfiguration& chosen) {
+                      return std::make_unique<ScreenRecordingEngine>(chosen, rig.engineServices());
+                  },
+              .picker = picker,
+              .panels = shownBy,
+              .sleeper = rig.waits.sleeper(),
+          })) {}
     Workflow(const Workflow&) = delete;
     Workflow& operator=(const Workflow&) = delete;
     // The coordinator goes first; then every wait ends, so no waiting task outlives the test.

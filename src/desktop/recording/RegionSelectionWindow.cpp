@@ -6,6 +6,14 @@
 #include <QPainter>
 #include <QScreen>
 
+namespace {
+// The rectangle with corners at both points, whichever way the drag went.
+QRect spanning(QPoint from, QPoint to) {
+    return QRect(QPoint(std::min(from.x(), to.x()), std::min(from.y(), to.y())),
+                 QPoint(std::max(from.x(), to.x()), std::max(from.y(), to.y())));
+}
+} // namespace
+
 RegionSelectionWindow::RegionSelectionWindow() {
     setFlags(Qt::Tool | Qt::FramelessWindowHint | Qt::WindowStaysOnTopHint | Qt::BypassWindowManagerHint);
     setTitle(tr("Select a region to record"));
@@ -33,7 +41,7 @@ void RegionSelectionWindow::present() {
 
 void RegionSelectionWindow::setSelection(const QRect& selection) {
     const QRect bounds(QPoint(0, 0), size());
-    m_selection = selection.normalized().intersected(bounds);
+    m_selection = selection.intersected(bounds);
     update();
 }
 
@@ -78,14 +86,14 @@ void RegionSelectionWindow::mousePressEvent(QMouseEvent* event) {
 
 void RegionSelectionWindow::mouseMoveEvent(QMouseEvent* event) {
     if (m_dragging) {
-        setSelection(QRect(m_dragStart, event->position().toPoint()));
+        setSelection(spanning(m_dragStart, event->position().toPoint()));
     }
 }
 
 void RegionSelectionWindow::mouseReleaseEvent(QMouseEvent* event) {
     if (m_dragging && event->button() == Qt::LeftButton) {
         m_dragging = false;
-        setSelection(QRect(m_dragStart, event->position().toPoint()));
+        setSelection(spanning(m_dragStart, event->position().toPoint()));
         finish();
     }
 }

@@ -39,6 +39,13 @@ void ShortcutSettingsViewModel::setScreenshotPresetIndex(int index) {
     }
 }
 
+void ShortcutSettingsViewModel::setScreenRecordingPresetIndex(int index) {
+    if (const std::optional<HotKeyPreset> preset = presetAt(index)) {
+        m_settings.set(&AppSettings::screenRecordingHotKeyPreset, *preset);
+        m_hotKeys.applyScreenRecording(*preset);
+    }
+}
+
 QStringList ShortcutSettingsViewModel::templateNames() const {
     QStringList names{tr("None")};
     for (const TaskTemplate& entry : settings().templates) {
@@ -47,22 +54,22 @@ QStringList ShortcutSettingsViewModel::templateNames() const {
     return names;
 }
 
-int ShortcutSettingsViewModel::screenshotTemplateIndex() const {
+int ShortcutSettingsViewModel::templateIndex(const std::optional<QUuid>& templateID) const {
     const QList<TaskTemplate>& templates = settings().templates;
-    for (qsizetype index = 0; settings().screenshotTemplateID && index < templates.size(); ++index) {
-        if (templates.at(index).id == *settings().screenshotTemplateID) {
+    for (qsizetype index = 0; templateID && index < templates.size(); ++index) {
+        if (templates.at(index).id == *templateID) {
             return int(index) + 1;
         }
     }
     return 0;
 }
 
-void ShortcutSettingsViewModel::setScreenshotTemplateIndex(int index) {
+void ShortcutSettingsViewModel::setTemplateIndex(std::optional<QUuid> AppSettings::*templateID, int index) {
     const QList<TaskTemplate>& templates = settings().templates;
     if (index == 0) {
-        m_settings.modify([](AppSettings& changed) { changed.screenshotTemplateID.reset(); });
+        m_settings.modify([templateID](AppSettings& changed) { (changed.*templateID).reset(); });
     } else if (index > 0 && index <= templates.size()) {
-        m_settings.set(&AppSettings::screenshotTemplateID, templates.at(index - 1).id);
+        m_settings.set(templateID, std::optional(templates.at(index - 1).id));
     }
 }
 

@@ -211,6 +211,8 @@ private slots:
         for (const QString& name : {QStringLiteral("composeHotKey"),
                                     QStringLiteral("screenshotHotKey"),
                                     QStringLiteral("screenshotTemplate"),
+                                    QStringLiteral("screenRecordingHotKey"),
+                                    QStringLiteral("screenRecordingTemplate"),
                                     QStringLiteral("recordingQuality"),
                                     QStringLiteral("recordMicrophoneByDefault"),
                                     QStringLiteral("showCursorByDefault"),
@@ -414,6 +416,33 @@ private slots:
         key(Qt::Key_Up);
         key(Qt::Key_Up);
         QTRY_VERIFY(!settingsFile().contains(QStringLiteral("screenshotTemplateID")));
+    }
+
+    void theRecordingShortcutAndTemplateAreChosenByKeyboardSavedAndBound() {
+        storeTemplates({QStringLiteral("Bug report"), QStringLiteral("Walkthrough")});
+        const QUuid recordingTemplate = app().settings().settings().templates.at(1).id;
+        show(SettingsTab::general);
+
+        // From "Disabled", the last, up to the one before it.
+        QVERIFY(tabTo(QStringLiteral("screenRecordingHotKey")));
+        QCOMPARE(item(QStringLiteral("screenRecordingHotKey"))->property("currentText").toString(),
+                 QStringLiteral("Disabled"));
+        key(Qt::Key_Up);
+        QTRY_COMPARE(settingsFile().value(QStringLiteral("screenRecordingHotKeyPreset")).toString(),
+                     QStringLiteral("optionShiftN"));
+        QCOMPARE(m_desktopShortcuts->bound.value(3), QStringLiteral("Alt+Shift+N"));
+
+        QVERIFY(tabTo(QStringLiteral("screenRecordingTemplate")));
+        QCOMPARE(item(QStringLiteral("screenRecordingTemplate"))->property("currentText").toString(),
+                 QStringLiteral("None"));
+        key(Qt::Key_Down);
+        key(Qt::Key_Down);
+        QTRY_COMPARE(settingsFile().value(QStringLiteral("screenRecordingTemplateID")).toString(),
+                     recordingTemplate.toString(QUuid::WithoutBraces));
+        QVERIFY(!settingsFile().contains(QStringLiteral("screenshotTemplateID")));
+        key(Qt::Key_Up);
+        key(Qt::Key_Up);
+        QTRY_VERIFY(!settingsFile().contains(QStringLiteral("screenRecordingTemplateID")));
     }
 
     void aTakenCombinationIsStoredWithoutAMessage() {

@@ -19,6 +19,7 @@ SettingsPage {
 
     ScreenRecordingSettingsSection {
         recording: root.recording
+        shortcuts: root.shortcuts
     }
 
     SettingSwitch {

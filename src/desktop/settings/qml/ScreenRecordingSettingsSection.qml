@@ -3,11 +3,13 @@ import QtQuick.Controls
 import QtQuick.Layouts
 import NorvaneBar
 
-// "Screen Recording": the defaults a recording starts with, whichever way it is started.
+// "Screen Recording": the shortcut that starts a recording, the template it applies, and the
+// defaults a recording starts with, whichever way it is started.
 ColumnLayout {
     id: root
 
     required property RecordingDefaultsViewModel recording
+    required property ShortcutSettingsViewModel shortcuts
 
     Layout.fillWidth: true
     spacing: 8
@@ -18,6 +20,30 @@ ColumnLayout {
 
     SettingsNote {
         text: qsTr("Records screen and microphone, attaches the video, optionally applies a template, then opens the popover. Norvane allows attachments up to 1 GB.")
+    }
+
+    Label {
+        text: qsTr("Screen recording")
+    }
+
+    PlainComboBox {
+        objectName: "screenRecordingHotKey"
+        model: root.shortcuts.presetLabels
+        currentIndex: root.shortcuts.screenRecordingPresetIndex
+        onActivated: index => root.shortcuts.screenRecordingPresetIndex = index
+        Accessible.name: qsTr("Screen recording")
+    }
+
+    Label {
+        text: qsTr("Apply template on recording")
+    }
+
+    PlainComboBox {
+        objectName: "screenRecordingTemplate"
+        model: root.shortcuts.templateNames
+        currentIndex: root.shortcuts.screenRecordingTemplateIndex
+        onActivated: index => root.shortcuts.screenRecordingTemplateIndex = index
+        Accessible.name: qsTr("Apply template on recording")
     }
 
     SettingsNote {

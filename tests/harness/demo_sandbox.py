@@ -8,10 +8,13 @@ import urllib.request
 
 
 class Sandbox:
-    def __init__(self, binary, log_path, admin=False):
-        """With `admin`, the test endpoints are on, so that `add_fault` can stage failures."""
+    def __init__(self, binary, log_path, admin=False, data=None):
+        """With `admin`, the test endpoints are on, so that `add_fault` can stage failures and
+        `requests` reads the request log; uploaded attachments are written to the folder `data`
+        when one is given."""
         self.log = open(log_path, "w", encoding="utf-8")
         arguments = [binary, "--port", "0", "--seed", "demo"] + (["--admin"] if admin else [])
+        arguments += ["--data", data] if data else []
         self.process = subprocess.Popen(arguments, stdout=subprocess.PIPE, stderr=self.log, text=True)
         self.api = self.web = None
         self.tokens = []  # (token, user id, display name)
@@ -38,6 +41,11 @@ class Sandbox:
                                          headers={"Content-Type": "application/json"}, method="POST")
         with urllib.request.urlopen(request, timeout=10) as answer:
             answer.read()
+
+    def requests(self):
+        """The request log: method, path and the parts of each request, oldest first."""
+        with urllib.request.urlopen(self.web + "/_sandbox/requests", timeout=10) as answer:
+            return json.load(answer)["requests"]
 
     def stop(self):
         if self.process.poll() is None:

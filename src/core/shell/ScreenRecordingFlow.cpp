@@ -29,6 +29,11 @@ void ScreenRecordingFlow::setShowScreenRecordingSetup(bool shown) {
 }
 
 void ScreenRecordingFlow::startScreenRecording(ScreenRecordingStartMode mode) {
+    // One recording at a time: a second start while one runs, or waits in review, would take over
+    // the first one's way into the draft.
+    if (m_coordinator.isActive() || m_coordinator.pendingPreview()) {
+        return;
+    }
     m_pendingRecordingMode = std::move(mode);
     emit popoverShowRequested();
     setShowScreenRecordingSetup(true);

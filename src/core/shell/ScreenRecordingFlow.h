@@ -29,7 +29,8 @@ public:
     QString screenRecordingErrorText() const { return m_screenRecordingError.value_or(QString()); }
     void setScreenRecordingError(std::optional<QString> error);
 
-    // Opens the popover on the setup sheet for a recording that enters the draft as `mode` says.
+    // Opens the popover on the setup sheet for a recording that enters the draft as `mode` says;
+    // nothing while a recording runs or waits in review.
     void startScreenRecording(ScreenRecordingStartMode mode);
     // The sheet's Cancel.
     void cancelScreenRecordingSetup();

@@ -8,43 +8,57 @@
 #include "platform/linux/X11Connection.h"
 
 #include <QDBusConnection>
-#include <QDBusConnectionInterface>
+#include <QDBusMessage>
 #include <QStandardPaths>
 
 namespace {
-const QString portalService = QStringLiteral("org.freedesktop.portal.Desktop");
-
-// Whether the desktop's portals run, or start when asked.
-bool portalAnswers() {
-    const QDBusConnectionInterface* bus = QDBusConnection::sessionBus().interface();
-    if (!bus) {
-        return false;
-    }
-    const QDBusReply<bool> running = bus->isServiceRegistered(portalService);
-    if (running.isValid() && running.value()) {
-        return true;
-    }
-    const QDBusReply<QStringList> activatable = bus->activatableServiceNames();
-    return activatable.isValid() && activatable.value().contains(portalService);
+// Whether the desktop's portals offer screen casts: a portal may run without them.
+bool screenCastPortalAnswers() {
+    QDBusMessage question = QDBusMessage::createMethodCall(
+        QStringLiteral("org.freedesktop.portal.Desktop"), QStringLiteral("/org/freedesktop/portal/desktop"),
+        QStringLiteral("org.freedesktop.DBus.Properties"), QStringLiteral("Get"));
+    question << QStringLiteral("org.freedesktop.portal.ScreenCast") << QStringLiteral("version");
+    constexpr int timeoutMs = 2000;
+    return QDBusConnection::sessionBus().call(question, QDBus::Block, timeoutMs).type() == QDBusMessage::ReplyMessage;
 }
 
 QString restoreTokenPath() {
     return QStandardPaths::writableLocation(QStandardPaths::GenericDataLocation) +
            QStringLiteral("/NorvaneBar/screencast-restore-token");
 }
+
+// The portal's chooser where the portal casts screens, else ours on X11; asked which at the first
+// use, when a person is about to record, so that starting the program asks the bus nothing.
+class DesktopContentPicker : public ScreenContentPicker {
+public:
+    void addObserver(ScreenContentPickerObserver* observer) override { chosen().addObserver(observer); }
+    void removeObserver(ScreenContentPickerObserver* observer) override { chosen().removeObserver(observer); }
+    bool isActive() const override { return chosen().isActive(); }
+    void setActive(bool active) override { chosen().setActive(active); }
+    void present(bool showsCursor) override { chosen().present(showsCursor); }
+    bool remembersChoice() const override { return chosen().remembersChoice(); }
+    void forgetChoice() override { chosen().forgetChoice(); }
+
+private:
+    ScreenContentPicker& chosen() const {
+        if (!m_chosen) {
+            if (x11Connection() && !screenCastPortalAnswers()) {
+                m_chosen = std::make_unique<X11ScreenPicker>();
+            } else {
+                m_chosen = std::make_unique<ScreenCastPortal>(restoreTokenPath());
+            }
+        }
+        return *m_chosen;
+    }
+
+    mutable std::unique_ptr<ScreenContentPicker> m_chosen;
+};
 } // namespace
 
 DesktopScreenSources desktopScreenSources() {
-    const bool x11 = x11Connection() != nullptr;
-    std::unique_ptr<ScreenContentPicker> picker;
-    if (x11 && !portalAnswers()) {
-        picker = std::make_unique<X11ScreenPicker>();
-    } else {
-        picker = std::make_unique<ScreenCastPortal>(restoreTokenPath());
-    }
-    return {.picker = std::move(picker),
-            .capture = std::make_unique<GStreamerScreenCapture>(x11 ? GStreamerScreenCapture::Screens::x11
-                                                                    : GStreamerScreenCapture::Screens::pipeWire)};
+    return {.picker = std::make_unique<DesktopContentPicker>(),
+            .capture = std::make_unique<GStreamerScreenCapture>(
+                x11Connection() ? GStreamerScreenCapture::Screens::x11 : GStreamerScreenCapture::Screens::pipeWire)};
 }
 
 std::unique_ptr<FacecamOverlay> desktopFacecam(const FacecamStyle& style) {

@@ -13,8 +13,8 @@ struct DesktopScreenSources {
     std::unique_ptr<ScreenCaptureService> capture;
 };
 
-// The ScreenCast portal's chooser and its PipeWire streams where the portal answers on the session
-// bus; on X11 without it, our own picker and the X server's pictures.
+// The ScreenCast portal's chooser where the portal casts screens, else on X11 our own picker; the
+// capture of the X server on X11, else of PipeWire.
 DesktopScreenSources desktopScreenSources();
 
 // The first camera, behind the recording's overlay.

@@ -10,6 +10,7 @@
 #include <QProcess>
 #include <QRasterWindow>
 #include <QScreen>
+#include <QSignalSpy>
 #include <QTemporaryDir>
 #include <QTest>
 
@@ -129,7 +130,10 @@ private slots:
         QCOMPARE(QuickItems::plainText(item(controls, QStringLiteral("microphoneLabel"))),
                  QStringLiteral("Mic connected"));
 
-        click(controls, QStringLiteral("pauseButton"));
+        auto* pauseButton = qobject_cast<QQuickItem*>(item(controls, QStringLiteral("pauseButton")));
+        QTest::mouseClick(
+            controls, Qt::LeftButton, {},
+            pauseButton->mapToScene(QPointF(pauseButton->width() / 2, pauseButton->height() / 2)).toPoint());
         Workflow::drain();
         QTRY_VERIFY(coordinator().isPaused());
         QVERIFY(item(controls, QStringLiteral("pausedMark"))->property("visible").toBool());

@@ -70,6 +70,26 @@ private slots:
         m_temporary.reset();
     }
 
+    void aSecondStartWhileRecordingOrReviewingDoesNothing() {
+        m_flow->startScreenRecording(ScreenRecordingStartModes::ReplaceDraft{});
+        m_flow->confirmScreenRecordingSetup(app().settings().settings().recordingConfiguration());
+        m_workflow->chooseScreenAndCountDown();
+        m_popover.clear();
+        m_flow->startScreenRecording(ScreenRecordingStartModes::AppendToDraft{});
+        QVERIFY(m_popover.isEmpty());
+        QVERIFY(!m_flow->showScreenRecordingSetup());
+        m_workflow->speakAndStop();
+        QVERIFY(m_workflow->coordinator->pendingPreview());
+        m_flow->startScreenRecording(ScreenRecordingStartModes::AppendToDraft{});
+        QVERIFY(!m_flow->showScreenRecordingSetup());
+        // The movie still goes in as the first start asked: the draft starts afresh.
+        app().draft().setName(QStringLiteral("Half written"));
+        m_workflow->panels.attach();
+        Workflow::drain();
+        QCOMPARE(app().draft().name(), QString());
+        QCOMPARE(app().draft().attachments().size(), 1);
+    }
+
     void startingOpensThePopoverOnTheSetupSheetAndCancelClosesIt() {
         m_flow->startScreenRecording(ScreenRecordingStartModes::AppendToDraft{});
         QCOMPARE(m_popover, QStringList{QStringLiteral("show")});

@@ -141,6 +141,8 @@ ColumnLayout {
             objectName: "recordScreen"
             icon.source: "image://symbol/record.circle"
             icon.color: recordButton.palette.buttonText
+            // The symbol alone, so that the footer keeps to one line; the name is read out.
+            display: AbstractButton.IconOnly
             text: qsTr("Record screen")
             onClicked: root.recording.recordScreen()
             Accessible.name: text

@@ -1,9 +1,9 @@
 import QtQuick
 import QtQuick.Controls
-import NorvaneBar
 
-// A button of the recording bar: a symbol, its help as tool tip and accessible name. It takes no
-// focus, as the bar's window never has the keyboard.
+// A button of the recording bar: a symbol, and its help as its accessible name. It takes no focus,
+// as the bar's window never has the keyboard; nor a tool tip, whose popup in a window that never
+// has the keyboard takes the press meant for the button.
 ToolButton {
     id: root
 
@@ -16,10 +16,4 @@ ToolButton {
     display: AbstractButton.IconOnly
     text: root.help
     Accessible.name: root.help
-
-    PlainToolTip {
-        text: root.help
-        visible: root.hovered
-        below: true
-    }
 }

@@ -7,7 +7,7 @@ import NorvaneBar
 // recorded, the size so far, the microphone's badge, the camera, pause and stop buttons, and the
 // size warning under them. Dragged by its background. It never takes the keyboard, so the window
 // being recorded keeps it.
-Pane {
+Control {
     id: root
 
     required property RecordingControlsViewModel controls
@@ -26,8 +26,7 @@ Pane {
         }
     }
 
-    ColumnLayout {
-        anchors.fill: parent
+    contentItem: ColumnLayout {
         spacing: 6
 
         RowLayout {

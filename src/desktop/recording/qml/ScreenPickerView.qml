@@ -26,6 +26,8 @@ Page {
         }
 
         Repeater {
+            id: screens
+
             model: root.picker.screenNames
 
             delegate: PickerChoice {
@@ -107,8 +109,24 @@ Page {
         }
     }
 
+    function focusFirstScreen() {
+        if (screens.count > 0)
+            screens.itemAt(0).forceActiveFocus();
+    }
+
+    // Each time the picker opens, the keyboard starts on the first screen.
+    Connections {
+        target: root.picker
+
+        function onChoicesChanged() {
+            root.focusFirstScreen();
+        }
+    }
+
     Shortcut {
         sequences: ["Escape"]
         onActivated: root.picker.cancel()
     }
+
+    Component.onCompleted: root.focusFirstScreen()
 }

@@ -17,7 +17,7 @@ HARNESS = os.path.join(os.path.dirname(__file__), "..", "tests", "harness")
 SCREENSHOT_TEMPLATE = {"id": "0c9a7e52-3d41-4f6b-9a2e-5b8c1d7f4e30", "name": "Bug report",
                        "taskName": "Bug: ", "descriptionMarkdown": "Steps to reproduce:\n1. ",
                        "priority": 2, "tags": ["bug"]}
-SCREENSHOT_SETTINGS = {"templates": [SCREENSHOT_TEMPLATE], "screenshotTemplateID": SCREENSHOT_TEMPLATE["id"],
+SCREENSHOT_SETTINGS = {"screenshotTemplateID": SCREENSHOT_TEMPLATE["id"],
                        "screenshotHotKeyPreset": "controlShiftSpace"}
 
 

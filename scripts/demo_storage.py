@@ -51,7 +51,7 @@ class StorageStandIns:
 
 
 def open_attachments_tab(ui):
-    tray_menu("Down", "Down", "Down", "Return")
+    tray_menu("Settings…", "Return")
     press(ui, "Attachments")  # the window opens on the tab it last showed
     shows(ui, "Store attachments with")
 

@@ -49,7 +49,7 @@ def popover_tips(ui, out, sandbox, first, second):
 
 def quick_link_tip(ui, out, sandbox, name):
     """The settings window on "General", its quick link named with markup hovered."""
-    tray_menu("Down", "Down", "Down", "Return")
+    tray_menu("Settings…", "Return")
     press(ui, "General")
     remove = "Remove " + quick_link(sandbox)["name"]
     scroll_into_window(ui, remove)

@@ -35,8 +35,9 @@ from desktop_settings import DARK, LIGHT, SettingsPortal  # noqa: E402
 from norvanebar_app import NorvaneBar, click, popover_window_id, wait_until, xembed_icon_window  # noqa: E402
 
 sys.path.insert(0, os.path.dirname(__file__))
-from demo_capture import SCREENSHOT_SETTINGS, capture_road  # noqa: E402
+from demo_capture import SCREENSHOT_SETTINGS, SCREENSHOT_TEMPLATE, capture_road  # noqa: E402
 from demo_compose import compose_road  # noqa: E402
+from demo_recording import RECORDING_SETTINGS, RECORDING_TEMPLATE, recording_road  # noqa: E402
 from demo_settings import settings_road, settings_tabs  # noqa: E402
 from demo_storage import StorageStandIns, dark_storage, storage_road  # noqa: E402
 from demo_tooltips import dark_tips, light_tips, quick_link  # noqa: E402
@@ -281,7 +282,8 @@ def main(binary, sandbox_binary, out):
         # The tray icon counts the tasks due by today's end.
         write_profile(os.environ["XDG_CONFIG_HOME"], sandbox, showDueCountBadge=True,
                       visibleDefaultFields=["status", "assignee", "dueDate", "priority", "tags"],
-                      bookmarks=[quick_link(sandbox)], **SCREENSHOT_SETTINGS, **storage.settings())
+                      bookmarks=[quick_link(sandbox)], **SCREENSHOT_SETTINGS, **RECORDING_SETTINGS,
+                      **storage.settings(), templates=[SCREENSHOT_TEMPLATE, RECORDING_TEMPLATE])
         token, _, name = sandbox.tokens[0]
         print(f"norvane-sandbox: {sandbox.web} (demo token of {name}: {token})")
         # Pasted pictures are staged in the temporary folder; the demo keeps its own.
@@ -328,11 +330,13 @@ def main(binary, sandbox_binary, out):
                 create_tasks(sandbox, out)
                 compose_road(sandbox, out, sample_files(out))
                 capture_road(again, out, "K")
+                recording_road(out, "")
                 settings_road(sandbox, out, again)
                 storage_road(sandbox, out, again, storage)
                 light_tips(norvanebar(), out, sandbox, again)
                 dark_road(sandbox, out, portal)
                 capture_road(again, out, "DK")
+                recording_road(out, "D")
                 dark_tips(norvanebar(), out, sandbox, again)
                 settings_tabs(norvanebar(), out, "D")
                 dark_storage(out)

@@ -43,6 +43,9 @@ def recording_road(out, prefix):
     time.sleep(1.2)
     subprocess.run(["maim", os.path.join(out, f"{prefix}R3-recording-countdown.png")], check=True)
     print(f"screenshot: {os.path.join(out, f'{prefix}R3-recording-countdown.png')}")
+    # The controls of the recording before may still be in the accessibility tree: the countdown's
+    # end, then a moment of recording.
+    time.sleep(6)
     shown(ui, "Mic connected", timeout=20)
     time.sleep(2)
     screenshot(out, f"{prefix}R4-recording-controls-bar.png")

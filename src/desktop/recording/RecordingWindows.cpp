@@ -90,6 +90,8 @@ void RecordingWindows::showReview(const PendingRecordingPreview& preview, std::f
         m_reviewView->setTitle(tr("Review Recording"));
         m_reviewView->setResizeMode(QQuickView::SizeRootObjectToView);
         m_reviewView->resize(640, 480);
+        const QRect free = QGuiApplication::primaryScreen()->availableGeometry();
+        m_reviewView->setPosition(free.center() - QPoint(m_reviewView->width() / 2, m_reviewView->height() / 2));
         // Closed by its title bar, the movie is discarded.
         m_reviewView->installEventFilter(this);
     }

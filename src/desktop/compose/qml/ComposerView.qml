@@ -135,7 +135,7 @@ ColumnLayout {
             onSaveRequested: saveTemplateSheet.open()
         }
 
-        Button {
+        ToolButton {
             id: recordButton
 
             objectName: "recordScreen"

@@ -27,6 +27,8 @@ Page {
         source: root.review.movie
         videoOutput: video
         audioOutput: AudioOutput {}
+        // Loaded and held still, so that its first picture shows before it is played.
+        onMediaStatusChanged: if (player.mediaStatus === MediaPlayer.LoadedMedia) player.pause()
     }
 
     ColumnLayout {

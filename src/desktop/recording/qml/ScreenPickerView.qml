@@ -35,6 +35,7 @@ Page {
                 required property string modelData
 
                 objectName: "screenChoice" + index
+                Layout.fillWidth: true
                 label: modelData
                 symbol: "display"
                 onChosen: root.picker.chooseScreen(index)
@@ -43,6 +44,7 @@ Page {
 
         PickerChoice {
             objectName: "regionChoice"
+            Layout.fillWidth: true
             label: qsTr("Select a Region…")
             symbol: "crop"
             onChosen: root.picker.chooseRegion()

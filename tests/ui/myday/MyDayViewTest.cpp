@@ -230,19 +230,24 @@ private slots:
         const int top = deepest - 2;
         QCOMPARE(rows()[top].node.depth, 0);
 
-        QQuickItem* topView = rowView(top);
-        QVERIFY(topView);
-        QQuickItem* deepView = rowView(deepest);
-        QVERIFY(deepView);
-        QTRY_VERIFY(!topView->findChild<QQuickItem*>(QStringLiteral("subtaskMark"))->isVisible());
-        QTRY_VERIFY(deepView->findChild<QQuickItem*>(QStringLiteral("subtaskMark"))->isVisible());
-        // The rows are laid out again after the search; the names stand where the depth puts them once
-        // that is done.
-        const auto nameX = [](QQuickItem* row) {
-            return row->findChild<QQuickItem*>(QStringLiteral("taskName"))->mapToScene({0, 0}).x();
+        // The list lays its rows out again after the search and may make their views anew, so each
+        // look asks for the row's view afresh; none yet reads as not there.
+        const auto child = [this](int row, const QString& name) -> QQuickItem* {
+            QQuickItem* view = rowView(row, false);
+            return view ? view->findChild<QQuickItem*>(name) : nullptr;
         };
-        QTRY_VERIFY2(nameX(deepView) >= nameX(topView) + 2 * 16,
-                     qPrintable(QStringLiteral("%1 against %2").arg(nameX(deepView)).arg(nameX(topView))));
+        QVERIFY(rowView(top));
+        QTRY_VERIFY(child(top, QStringLiteral("subtaskMark")) &&
+                    !child(top, QStringLiteral("subtaskMark"))->isVisible());
+        QTRY_VERIFY(child(deepest, QStringLiteral("subtaskMark")) &&
+                    child(deepest, QStringLiteral("subtaskMark"))->isVisible());
+        // The names stand where the depth puts them once the layout is done.
+        const auto nameX = [&child](int row) {
+            QQuickItem* name = child(row, QStringLiteral("taskName"));
+            return name ? name->mapToScene({0, 0}).x() : -1.0;
+        };
+        QTRY_VERIFY2(nameX(top) >= 0 && nameX(deepest) >= nameX(top) + 2 * 16,
+                     qPrintable(QStringLiteral("%1 against %2").arg(nameX(deepest)).arg(nameX(top))));
     }
 
     void aSearchShowsItsMatchesUngroupedAndAsksTheServiceNothing() {

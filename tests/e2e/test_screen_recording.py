@@ -11,10 +11,11 @@ import os
 import subprocess
 import sys
 import tempfile
+import time
 import unittest
 
 sys.path.insert(0, os.path.join(os.path.dirname(os.path.abspath(__file__)), "..", "harness"))
-from accessibility import application, descendants, find, press, pump_until  # noqa: E402
+from accessibility import Atspi, application, descendants, find, has_state, press, pump_until  # noqa: E402
 from demo_sandbox import Sandbox, write_profile  # noqa: E402
 from norvanebar_app import NorvaneBar, wait_until  # noqa: E402
 
@@ -73,15 +74,23 @@ class ScreenRecordingTest(unittest.TestCase):
     def shown(self, name, timeout=15.0):
         return pump_until(lambda: find(self.ui(), None, name), timeout, f'"{name}"')
 
+    def focused(self, name, timeout=15.0):
+        """Waits until the control of this name has the keyboard, so that a key pressed goes to it."""
+        pump_until(lambda: (node := find(self.ui(), None, name)) and has_state(node, Atspi.StateType.FOCUSED),
+                   timeout, f'the keyboard on "{name}"')
+
     def record_from_the_sheet(self):
         """From the open setup sheet to the review of a recording with a pause in it."""
         press(self.ui(), "Choose Screen…")
         self.app.wait_popover(False)
-        self.shown(screen_choice())
-        keys("Return")  # the keyboard starts on the first screen
+        self.focused(screen_choice())  # the keyboard starts on the first screen
+        keys("Return")
         self.shown("Mic connected", timeout=30)
         press(self.ui(), "Pause")
         self.shown("Resume")
+        paused_at = self.elapsed()
+        time.sleep(1.5)
+        self.assertEqual(self.elapsed(), paused_at)
         press(self.ui(), "Resume")
         self.shown("Pause")
         pump_until(lambda: self.elapsed() >= 3, timeout=20, what="three seconds recorded")
@@ -115,7 +124,8 @@ class ScreenRecordingTest(unittest.TestCase):
         self.app.wait_popover(True)
         self.shown("Choose Screen…")
         self.record_from_the_sheet()
-        keys("Return")  # "Attach to task" is the default button
+        self.focused("Attach to task")  # the default button
+        keys("Return")
         self.app.wait_popover(True)
         self.shown("1 attachments", timeout=20)
         name = self.shown("Task name")

@@ -29,9 +29,9 @@ void ScreenRecordingFlow::setShowScreenRecordingSetup(bool shown) {
 }
 
 void ScreenRecordingFlow::startScreenRecording(ScreenRecordingStartMode mode) {
-    // One recording at a time: a second start while one runs, or waits in review, would take over
-    // the first one's way into the draft.
-    if (m_coordinator.isActive() || m_coordinator.pendingPreview()) {
+    // One recording at a time: a second start while one is being chosen, runs or waits in review
+    // would take over the first one's way into the draft.
+    if (m_coordinator.awaitingPickerSelection() || m_coordinator.isActive() || m_coordinator.pendingPreview()) {
         return;
     }
     m_pendingRecordingMode = std::move(mode);

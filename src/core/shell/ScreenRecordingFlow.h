@@ -30,7 +30,7 @@ public:
     void setScreenRecordingError(std::optional<QString> error);
 
     // Opens the popover on the setup sheet for a recording that enters the draft as `mode` says;
-    // nothing while a recording runs or waits in review.
+    // nothing while a recording is being chosen, runs or waits in review.
     void startScreenRecording(ScreenRecordingStartMode mode);
     // The sheet's Cancel.
     void cancelScreenRecordingSetup();

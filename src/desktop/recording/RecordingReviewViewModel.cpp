@@ -20,6 +20,9 @@ void RecordingReviewViewModel::clear() {
     m_onAttach = nullptr;
     m_onReRecord = nullptr;
     m_onDiscard = nullptr;
+    // The player lets go of the movie, which is moved or deleted next.
+    m_preview = PendingRecordingPreview();
+    emit changed();
 }
 
 QString RecordingReviewViewModel::info() const {

@@ -70,9 +70,13 @@ private slots:
         m_temporary.reset();
     }
 
-    void aSecondStartWhileRecordingOrReviewingDoesNothing() {
+    void aSecondStartWhileChoosingRecordingOrReviewingDoesNothing() {
         m_flow->startScreenRecording(ScreenRecordingStartModes::ReplaceDraft{});
         m_flow->confirmScreenRecordingSetup(app().settings().settings().recordingConfiguration());
+        m_popover.clear();
+        m_flow->startScreenRecording(ScreenRecordingStartModes::AppendToDraft{});
+        QVERIFY(m_popover.isEmpty());
+        QVERIFY(!m_flow->showScreenRecordingSetup());
         m_workflow->chooseScreenAndCountDown();
         m_popover.clear();
         m_flow->startScreenRecording(ScreenRecordingStartModes::AppendToDraft{});

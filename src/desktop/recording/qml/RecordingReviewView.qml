@@ -27,8 +27,16 @@ Page {
         source: root.review.movie
         videoOutput: video
         audioOutput: AudioOutput {}
-        // Loaded and held still, so that its first picture shows before it is played.
-        onMediaStatusChanged: if (player.mediaStatus === MediaPlayer.LoadedMedia) player.pause()
+        // A new movie is held still once loaded, so that its first picture shows before it plays.
+        property bool showsFirstPicture: true
+
+        onSourceChanged: player.showsFirstPicture = true
+        onMediaStatusChanged: {
+            if (player.showsFirstPicture && player.mediaStatus === MediaPlayer.LoadedMedia) {
+                player.showsFirstPicture = false;
+                player.pause();
+            }
+        }
     }
 
     ColumnLayout {
@@ -59,6 +67,8 @@ Page {
 
             Button {
                 objectName: "playButton"
+                Keys.onReturnPressed: clicked()
+                Keys.onEnterPressed: clicked()
                 focusPolicy: Qt.TabFocus
                 icon.source: player.playbackState === MediaPlayer.PlayingState ? "image://symbol/pause.fill"
                                                                                 : "image://symbol/play.fill"
@@ -97,6 +107,8 @@ Page {
                 id: saveButton
 
                 objectName: "saveButton"
+                Keys.onReturnPressed: clicked()
+                Keys.onEnterPressed: clicked()
                 icon.source: "image://symbol/square.and.arrow.down"
                 icon.color: palette.buttonText
                 display: AbstractButton.IconOnly
@@ -119,6 +131,8 @@ Page {
 
             Button {
                 objectName: "discardButton"
+                Keys.onReturnPressed: clicked()
+                Keys.onEnterPressed: clicked()
                 text: qsTr("Discard")
                 Accessible.name: text
                 onClicked: root.leave(root.review.discard)
@@ -126,6 +140,8 @@ Page {
 
             Button {
                 objectName: "reRecordButton"
+                Keys.onReturnPressed: clicked()
+                Keys.onEnterPressed: clicked()
                 text: qsTr("Re-record")
                 Accessible.name: text
                 onClicked: root.leave(root.review.reRecord)
@@ -135,6 +151,8 @@ Page {
                 id: attachButton
 
                 objectName: "attachButton"
+                Keys.onReturnPressed: clicked()
+                Keys.onEnterPressed: clicked()
                 highlighted: true
                 text: qsTr("Attach to task")
                 Accessible.name: text
@@ -143,10 +161,9 @@ Page {
         }
     }
 
-    Shortcut {
-        sequences: ["Return", "Enter"]
-        onActivated: root.leave(root.review.attach)
-    }
+    // Return takes the button that has the keyboard, and attaches from anywhere else.
+    Keys.onReturnPressed: root.leave(root.review.attach)
+    Keys.onEnterPressed: root.leave(root.review.attach)
 
     AttachmentSaveDialogs {
         exporter: root.review.exporter

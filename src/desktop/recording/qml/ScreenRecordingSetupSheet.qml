@@ -118,6 +118,8 @@ ColumnLayout {
 
         Button {
             objectName: "chooseAnotherScreen"
+            Keys.onReturnPressed: clicked()
+            Keys.onEnterPressed: clicked()
             text: qsTr("Choose Another Screen")
             onClicked: root.setup.forgetScreen()
             Accessible.name: text
@@ -134,6 +136,8 @@ ColumnLayout {
 
         Button {
             objectName: "cancelRecording"
+            Keys.onReturnPressed: clicked()
+            Keys.onEnterPressed: clicked()
             text: qsTr("Cancel")
             onClicked: root.setup.cancel()
             Accessible.name: text
@@ -143,6 +147,8 @@ ColumnLayout {
             id: chooseScreen
 
             objectName: "chooseScreen"
+            Keys.onReturnPressed: clicked()
+            Keys.onEnterPressed: clicked()
             highlighted: true
             text: qsTr("Choose Screen…")
             onClicked: root.setup.chooseScreen()
@@ -154,6 +160,7 @@ ColumnLayout {
         root.setup.cancel();
         event.accepted = true;
     }
+    // Return takes the button that has the keyboard, and chooses the screen from anywhere else.
     Keys.onReturnPressed: root.setup.chooseScreen()
     Keys.onEnterPressed: root.setup.chooseScreen()
     Component.onCompleted: quality.forceActiveFocus()

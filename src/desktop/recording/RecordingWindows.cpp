@@ -2,7 +2,6 @@
 
 #include "desktop/shell/PopoverWindow.h"
 
-#include <QCoreApplication>
 #include <QGuiApplication>
 #include <QQuickItem>
 #include <QScreen>
@@ -25,9 +24,7 @@ std::unique_ptr<QQuickView> RecordingWindows::makeView(const QString& page, cons
     auto view = std::make_unique<QQuickView>(m_engine.get(), nullptr);
     view->setInitialProperties(properties);
     view->setSource(QUrl(QStringLiteral("qrc:/qt/qml/NorvaneBar/recording/qml/%1.qml").arg(page)));
-    // As in the popover: Qt 6.4's Fusion style takes the application's palette only when it changes.
-    QEvent paletteChange(QEvent::ApplicationPaletteChange);
-    QCoreApplication::sendEvent(view.get(), &paletteChange);
+    PopoverWindow::takeApplicationPalette(*view);
     return view;
 }
 

@@ -3,7 +3,6 @@
 #include "desktop/shell/PopoverWindow.h"
 #include "platform/linux/X11Connection.h"
 
-#include <QCoreApplication>
 #include <QScreen>
 
 namespace {
@@ -92,8 +91,7 @@ void X11ScreenPicker::present(bool) {
         m_view->resize(420, 460);
         m_view->setInitialProperties({{QStringLiteral("picker"), QVariant::fromValue(&m_choices)}});
         m_view->setSource(QUrl(QStringLiteral("qrc:/qt/qml/NorvaneBar/recording/qml/ScreenPickerView.qml")));
-        QEvent paletteChange(QEvent::ApplicationPaletteChange);
-        QCoreApplication::sendEvent(m_view.get(), &paletteChange);
+        PopoverWindow::takeApplicationPalette(*m_view);
         m_view->installEventFilter(this);
     }
     if (const QScreen* primary = QGuiApplication::primaryScreen()) {

@@ -2,8 +2,6 @@
 
 #include "desktop/shell/PopoverWindow.h"
 
-#include <QCoreApplication>
-
 SettingsWindow::SettingsWindow(AppState& app, LoginItem& loginItem, HotKeyManager& hotKeys, QObject* parent)
     : QObject(parent)
     , m_accounts(app.auth(), app.settings(), app.serviceAddresses())
@@ -70,8 +68,5 @@ void SettingsWindow::prepare() {
                                   {QStringLiteral("quickLinks"), QVariant::fromValue(&m_quickLinks)},
                                   {QStringLiteral("storage"), QVariant::fromValue(&m_storage)}});
     m_view->setSource(QUrl(QStringLiteral("qrc:/qt/qml/NorvaneBar/settings/qml/SettingsView.qml")));
-    // As in the popover: Qt 6.4's Fusion style takes the application's palette only when it
-    // changes, so the content takes it now.
-    QEvent paletteChange(QEvent::ApplicationPaletteChange);
-    QCoreApplication::sendEvent(m_view.get(), &paletteChange);
+    PopoverWindow::takeApplicationPalette(*m_view);
 }

@@ -72,11 +72,13 @@ PopoverWindow::PopoverWindow()
 void PopoverWindow::prepare() {
     if (source().isEmpty()) {
         setSource(QUrl(QStringLiteral("qrc:/qt/qml/NorvaneBar/shell/qml/CapturePopoverView.qml")));
-        // Qt 6.4's Fusion style starts from a light palette of its own and takes the application's
-        // only when that changes; the content takes the application's palette now.
-        QEvent paletteChange(QEvent::ApplicationPaletteChange);
-        QCoreApplication::sendEvent(this, &paletteChange);
+        takeApplicationPalette(*this);
     }
+}
+
+void PopoverWindow::takeApplicationPalette(QWindow& window) {
+    QEvent paletteChange(QEvent::ApplicationPaletteChange);
+    QCoreApplication::sendEvent(&window, &paletteChange);
 }
 
 void PopoverWindow::toggle(std::optional<QRect> anchor) {

@@ -22,6 +22,9 @@ public:
     static void configureQuick();
     // Lets `engine` load the NorvaneBar module and its symbol pictures, as the popover's own does.
     static void configureEngine(QQmlEngine& engine);
+    // Qt 6.4's Fusion style starts from a light palette of its own and takes the application's only
+    // when that changes: the content of `window`, just loaded, takes the application's palette now.
+    static void takeApplicationPalette(QWindow& window);
 
     // Shows the popover hanging from `anchor`; without one, where it last hung, or beside the pointer.
     void showPopover(std::optional<QRect> anchor = std::nullopt);

@@ -139,6 +139,10 @@ void ScreenRecordingCoordinator::showCountdown(int seconds, std::function<void()
 QCoro::Task<> ScreenRecordingCoordinator::startRecording(CaptureTarget filter) {
     const LoadGuard guard(this);
     resetMicMonitoring();
+    // The controls count the new movie from nothing, not on from the last one.
+    m_elapsedSeconds = 0;
+    m_estimatedFileBytes = 0;
+    emit changed();
     m_engine = m_services.makeEngine(m_configuration);
     ScreenRecordingEngine* engine = m_engine.get();
     connectEngine(*engine);

@@ -431,6 +431,15 @@ private slots:
         QCOMPARE(m_workflow->coordinator->elapsedSeconds(), 1.0);
         QVERIFY(m_workflow->coordinator->estimatedFileBytes() > 0);
     }
+
+    void theNextRecordingCountsFromNothing() {
+        recordAndStop();
+        QVERIFY(m_workflow->coordinator->elapsedSeconds() > 0);
+        m_workflow->panels.discard();
+        record(configuration(true));
+        QCOMPARE(m_workflow->coordinator->elapsedSeconds(), 0.0);
+        QCOMPARE(m_workflow->coordinator->estimatedFileBytes(), 0);
+    }
 };
 
 NORVANEBAR_TEST_GUILESS_MAIN(ScreenRecordingCoordinatorTest)

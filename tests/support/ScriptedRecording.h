@@ -52,7 +52,12 @@ public:
     QCoro::Task<> checkAccess() override;
     std::unique_ptr<CaptureStream> makeStream(const CaptureTarget& target,
                                               const CaptureConfiguration& configuration) override;
+    void prepareStream(const CaptureTarget& target, const CaptureConfiguration& configuration) override {
+        prepared.append({target, configuration});
+    }
 
+    // What was prepared, oldest first.
+    QList<std::pair<CaptureTarget, CaptureConfiguration>> prepared;
     std::optional<ScreenRecordingError> accessFails;
     std::optional<ScreenRecordingError> streamsFailToStart;
     // The streams made, newest last.

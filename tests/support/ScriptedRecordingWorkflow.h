@@ -116,6 +116,10 @@ struct Workflow {
                   },
               .picker = picker,
               .panels = shownBy,
+              .prepareCapture =
+                  [this](const CaptureTarget& target, const RecordingConfiguration& chosen) {
+                      ScreenRecordingEngine::prepareCapture(rig.capture, target, chosen);
+                  },
               .sleeper = rig.waits.sleeper(),
           })) {}
     Workflow(const Workflow&) = delete;

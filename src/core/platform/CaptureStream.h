@@ -15,12 +15,16 @@
 struct X11CaptureWindow {
     quint32 window = 0;
     QRect region;
+
+    bool operator==(const X11CaptureWindow&) const = default;
 };
 
 // A PipeWire node of a ScreenCast session; the session keeps `fd` open while it lasts.
 struct PipeWireCaptureNode {
     int fd = -1;
     quint32 nodeId = 0;
+
+    bool operator==(const PipeWireCaptureNode&) const = default;
 };
 
 // What a recording captures, as the person chose it: a screen, a window or a region.
@@ -32,6 +36,8 @@ struct CaptureTarget {
     QRectF contentRect;
     double pointPixelScale = 1.0;
     std::variant<X11Window, PipeWireNode> surface;
+
+    bool operator==(const CaptureTarget&) const = default;
 };
 
 // How a capture stream delivers.
@@ -43,6 +49,8 @@ struct CaptureConfiguration {
     bool showsCursor = true;
     // Microphone samples beside the frames.
     bool captureMicrophone = false;
+
+    bool operator==(const CaptureConfiguration&) const = default;
 };
 
 // A running screen capture, with the microphone when configured. Frames and samples are handed to
@@ -67,6 +75,11 @@ public:
 
     // Fails when the screen may not be captured at all.
     virtual QCoro::Task<> checkAccess() = 0;
+    // A stream of the target, which may be the one prepared for it.
     virtual std::unique_ptr<CaptureStream> makeStream(const CaptureTarget& target,
                                                       const CaptureConfiguration& configuration) = 0;
+    // A stream of the target will be made in a few seconds: the service may start one now and hold
+    // back what it captures, so that the stream's first frames come as soon as it is started. A
+    // service that can't leaves it.
+    virtual void prepareStream(const CaptureTarget&, const CaptureConfiguration&) {}
 };

@@ -87,6 +87,23 @@ QCoro::Task<> ScreenRecordingEngine::setFacecamEnabled(bool enabled) {
     co_await std::move(starting);
 }
 
+namespace {
+// How the target is captured for a recording so configured.
+CaptureConfiguration captureConfiguration(const CaptureTarget& target, const RecordingConfiguration& configuration) {
+    return {
+        .size = captureDimensions(target.contentRect.size(), target.pointPixelScale),
+        .framesPerSecond = recordingFramesPerSecond,
+        .showsCursor = configuration.showCursor,
+        .captureMicrophone = configuration.captureMicrophone,
+    };
+}
+} // namespace
+
+void ScreenRecordingEngine::prepareCapture(ScreenCaptureService& capture, const CaptureTarget& target,
+                                           const RecordingConfiguration& configuration) {
+    capture.prepareStream(target, captureConfiguration(target, configuration));
+}
+
 QCoro::Task<> ScreenRecordingEngine::start(CaptureTarget target) {
     if (m_isRecording) {
         co_return;
@@ -98,12 +115,7 @@ QCoro::Task<> ScreenRecordingEngine::start(CaptureTarget target) {
     QCoro::Task<> probe = m_services.capture.checkAccess();
     co_await std::move(probe);
 
-    const CaptureConfiguration capture{
-        .size = captureDimensions(target.contentRect.size(), target.pointPixelScale),
-        .framesPerSecond = recordingFramesPerSecond,
-        .showsCursor = m_configuration.showCursor,
-        .captureMicrophone = m_configuration.captureMicrophone,
-    };
+    const CaptureConfiguration capture = captureConfiguration(target, m_configuration);
     const QString outputPath = freshOutputPath();
     QFile::remove(outputPath);
     std::unique_ptr<CaptureStream> stream = m_services.capture.makeStream(target, capture);

@@ -45,6 +45,11 @@ public:
     ScreenRecordingEngine(const RecordingConfiguration& configuration, Services services);
     ~ScreenRecordingEngine() override;
 
+    // Lets the capture get ready for a recording of the target so configured, started in a few
+    // seconds.
+    static void prepareCapture(ScreenCaptureService& capture, const CaptureTarget& target,
+                               const RecordingConfiguration& configuration);
+
     void updateConfiguration(const RecordingConfiguration& configuration);
     QCoro::Task<> setFacecamEnabled(bool enabled);
     QCoro::Task<> start(CaptureTarget target);

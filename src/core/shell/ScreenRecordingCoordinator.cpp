@@ -114,6 +114,7 @@ void ScreenRecordingCoordinator::tearDownPicker() {
 void ScreenRecordingCoordinator::startCountdownThenRecord(const CaptureTarget& filter) {
     m_pendingFilter = filter;
     setActive(true);
+    m_services.prepareCapture(filter, m_configuration);
     showCountdown(countdownSeconds, [this] {
         if (const std::optional<CaptureTarget> filter = std::exchange(m_pendingFilter, std::nullopt)) {
             startTask(this, startRecording(*filter));

@@ -46,6 +46,9 @@ public:
         std::function<std::unique_ptr<ScreenRecordingEngine>(const RecordingConfiguration&)> makeEngine;
         ScreenContentPicker& picker;
         RecordingPanels& panels;
+        // Tells the capture what the countdown will end in, so that it can be ready by then.
+        std::function<void(const CaptureTarget&, const RecordingConfiguration&)> prepareCapture =
+            [](const CaptureTarget&, const RecordingConfiguration&) {};
         // The countdown's seconds and the watchdog's waits.
         Sleeper sleeper = Sleepers::real();
     };

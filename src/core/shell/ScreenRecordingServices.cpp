@@ -62,5 +62,9 @@ ScreenRecordingCoordinator::Services screenRecordingServices(const ScreenRecordi
                 },
             .picker = *desktop.picker,
             .panels = *desktop.panels,
+            .prepareCapture =
+                [capture = desktop.capture](const CaptureTarget& target, const RecordingConfiguration& configuration) {
+                    ScreenRecordingEngine::prepareCapture(*capture, target, configuration);
+                },
             .sleeper = std::move(sleeper)};
 }

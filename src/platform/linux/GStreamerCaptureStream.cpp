@@ -122,7 +122,8 @@ std::optional<AudioFormat> audioFormatOf(GstCaps* caps) {
 }
 
 // Takes the sample that came to `sink` and hands what `make` makes of it, if anything, to each
-// output, while the capture delivers.
+// output, while the capture delivers. A prepared capture makes its samples too, and so learns when
+// the microphone has settled before it delivers.
 template <typename Value, typename Make>
 GstFlowReturn handOver(GstAppSink* sink, bool delivering, const std::vector<std::function<void(Value)>>& outputs,
                        Make make) {
@@ -130,12 +131,8 @@ GstFlowReturn handOver(GstAppSink* sink, bool delivering, const std::vector<std:
     if (!sample) {
         return GST_FLOW_FLUSHING;
     }
-    if (!delivering) {
-        gst_sample_unref(sample);
-        return GST_FLOW_OK;
-    }
     const std::optional<Value> value = make(sample);
-    if (!value) {
+    if (!value || !delivering) {
         return GST_FLOW_OK;
     }
     for (const auto& output : outputs) {
@@ -203,6 +200,10 @@ void GStreamerCaptureStream::addMicrophoneOutput(std::function<void(AudioBuffer)
     m_microphoneOutputs.push_back(std::move(output));
 }
 
+void GStreamerCaptureStream::prepare() {
+    m_preparing = m_pipeline->play();
+}
+
 QCoro::Task<> GStreamerCaptureStream::startCapture() {
     m_delivering = true;
     if (m_held && m_gate) {
@@ -212,7 +213,9 @@ QCoro::Task<> GStreamerCaptureStream::startCapture() {
     }
     // After a stop the capture plays on from where it was held, so the frames still in use keep
     // the memory they were captured into.
-    QFuture<std::optional<QString>> playing = m_held ? m_pipeline->resume() : m_pipeline->play();
+    QFuture<std::optional<QString>> playing = m_preparing ? *std::exchange(m_preparing, std::nullopt)
+                                              : m_held    ? m_pipeline->resume()
+                                                          : m_pipeline->play();
     m_held = false;
     co_await playing;
     // Only the future is read after the wait: the stream may have gone meanwhile.

@@ -3,9 +3,11 @@
 #include "core/platform/CaptureStream.h"
 
 #include <QCoreApplication>
+#include <QFuture>
 #include <atomic>
 #include <gst/app/gstappsink.h>
 #include <memory>
+#include <optional>
 #include <vector>
 
 class GStreamerPipeline;
@@ -29,6 +31,9 @@ public:
 
     void addScreenOutput(std::function<void(VideoFrame)> output) override;
     void addMicrophoneOutput(std::function<void(AudioBuffer)> output) override;
+    // Plays the pipeline ahead of the start and holds back what it captures meanwhile, so that the
+    // first frames come at once when the capture starts.
+    void prepare();
     QCoro::Task<> startCapture() override;
     QCoro::Task<> stopCapture() override;
 
@@ -52,6 +57,8 @@ private:
     std::unique_ptr<GStreamerPipeline> m_pipeline;
     // Stopped, and held where it was rather than ended.
     bool m_held = false;
+    // Played by prepare() and not started yet: whether the pipeline came to play.
+    std::optional<QFuture<std::optional<QString>>> m_preparing;
     // The valve after a PipeWire source, null for X11. pipewiresrc (of PipeWire 0.3) can't be
     // paused and played again: played before its stream has told it streams once more, it ends
     // its streaming task as though flushed, and the pipeline plays on without a frame. A PipeWire

@@ -11,11 +11,17 @@
 #include <mutex>
 
 namespace {
-std::unique_ptr<CaptureStream> makeStream(ScreenCaptureService& capture, QSize size) {
+const CaptureTarget wholeScreen{QRectF(), 1.0, CaptureTarget::X11Window{}};
+
+CaptureConfiguration withMicrophone(QSize size) {
     CaptureConfiguration configuration;
     configuration.size = size;
     configuration.captureMicrophone = true;
-    return capture.makeStream(CaptureTarget{QRectF(), 1.0, CaptureTarget::X11Window{}}, configuration);
+    return configuration;
+}
+
+std::unique_ptr<CaptureStream> makeStream(ScreenCaptureService& capture, QSize size) {
+    return capture.makeStream(wholeScreen, withMicrophone(size));
 }
 
 // The left channel of runs of interleaved signed 16-bit stereo samples, one after the other.
@@ -152,6 +158,42 @@ private slots:
         // Frames from before, which the movie would lose while its first one stood still, never come.
         const qint64 lead = *frames.front().presentation - *sounds.front().presentation;
         QVERIFY2(lead >= 100 * oneMillisecond, qPrintable(QString::number(lead)));
+    }
+
+    void aPreparedStreamStartsWithItsFirstFrameAsTheMicrophoneHasSettledMeanwhile() {
+        m_capture.prepareStream(wholeScreen, withMicrophone({320, 200}));
+        QVERIFY(m_capture.holdsPreparedStream());
+        // Longer than the microphone takes to settle, which a prepared stream waits out unseen.
+        QTest::qWait(1500);
+        const std::unique_ptr<CaptureStream> stream = makeStream(m_capture, {320, 200});
+        QVERIFY(!m_capture.holdsPreparedStream());
+        CaptureLog log(*stream);
+        const qint64 started = monotonicNow();
+        QVERIFY(log.capture(5, 5));
+        const std::vector<CaptureLog::Sound> sounds = log.sounds();
+        const std::vector<CaptureLog::Frame> frames = log.frames();
+        QVERIFY(sounds.front().presentation && frames.front().presentation);
+        // Nothing from before the start; and the first frame is not held back for the microphone.
+        QVERIFY(*frames.front().presentation > started - 40 * oneMillisecond);
+        QVERIFY(*sounds.front().presentation > started - 40 * oneMillisecond);
+        const qint64 lead = *frames.front().presentation - *sounds.front().presentation;
+        QVERIFY2(lead < 100 * oneMillisecond, qPrintable(QString::number(lead)));
+    }
+
+    void aStreamOfAnotherTargetEndsThePreparedOne() {
+        m_capture.prepareStream(wholeScreen, withMicrophone({320, 200}));
+        const std::unique_ptr<CaptureStream> stream = makeStream(m_capture, {160, 100});
+        QVERIFY(!m_capture.holdsPreparedStream());
+        CaptureLog log(*stream);
+        QVERIFY(log.capture(3, 1));
+        QCOMPARE(log.frames().front().size, QSize(160, 100));
+    }
+
+    void aPreparedStreamNobodyTakesEnds() {
+        GStreamerScreenCapture capture(GStreamerScreenCapture::Screens::x11, std::chrono::milliseconds(50));
+        capture.prepareStream(wholeScreen, withMicrophone({320, 200}));
+        QVERIFY(capture.holdsPreparedStream());
+        QTRY_VERIFY(!capture.holdsPreparedStream());
     }
 
     void soundTimesGoOnAcrossAStopAndAStart() {

@@ -103,6 +103,11 @@ private slots:
         m_workflow->picker.select(screen());
         QVERIFY(m_workflow->coordinator->isActive());
         QCOMPARE(m_workflow->panels.countdownsShown, QList<int>{5});
+        // The capture gets ready meanwhile, for the screen at its size, without the pointer.
+        QCOMPARE(m_workflow->rig.capture.prepared.size(), 1);
+        QCOMPARE(m_workflow->rig.capture.prepared.first().first, screen());
+        QCOMPARE(m_workflow->rig.capture.prepared.first().second.size, QSize(64, 48));
+        QCOMPARE(m_workflow->rig.capture.prepared.first().second.showsCursor, false);
         for (int remaining = 4; remaining >= 1; --remaining) {
             m_workflow->release(1s);
             QVERIFY(m_workflow->panels.countdown);
@@ -114,6 +119,7 @@ private slots:
         QCOMPARE(m_workflow->panels.countdownsClosed, 1);
         QCOMPARE(m_workflow->rig.capture.streams.size(), 1);
         QCOMPARE(m_workflow->stream().starts, 1);
+        QVERIFY(m_workflow->stream().configuration == m_workflow->rig.capture.prepared.first().second);
         QVERIFY(m_workflow->coordinator->isRecording());
         QVERIFY(!m_workflow->coordinator->isPaused());
         QVERIFY(m_workflow->panels.controlsShown);

@@ -39,6 +39,14 @@ void ScreenRecordingFlow::startScreenRecording(ScreenRecordingStartMode mode) {
     setShowScreenRecordingSetup(true);
 }
 
+void ScreenRecordingFlow::startOrStopScreenRecording(ScreenRecordingStartMode mode) {
+    if (m_coordinator.isRecording()) {
+        m_coordinator.stopRecording();
+        return;
+    }
+    startScreenRecording(std::move(mode));
+}
+
 void ScreenRecordingFlow::cancelScreenRecordingSetup() {
     setShowScreenRecordingSetup(false);
     m_pendingRecordingMode.reset();

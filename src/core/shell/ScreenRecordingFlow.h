@@ -32,6 +32,9 @@ public:
     // Opens the popover on the setup sheet for a recording that enters the draft as `mode` says;
     // nothing while a recording is being chosen, runs or waits in review.
     void startScreenRecording(ScreenRecordingStartMode mode);
+    // The recording shortcut, the way to end a recording from the keyboard: stops the recording
+    // that runs, and otherwise starts one as startScreenRecording does.
+    void startOrStopScreenRecording(ScreenRecordingStartMode mode);
     // The sheet's Cancel.
     void cancelScreenRecordingSetup();
     // The sheet's "Choose Screen…": closes the popover and opens the picker.

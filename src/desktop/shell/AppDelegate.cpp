@@ -82,13 +82,17 @@ void AppDelegate::registerHotKeys() {
     // The screenshot closes the popover first, so that it is not in the picture.
     m_hotKeys.registerHotKey(HotKeyManager::screenshotSlot, settings.screenshotHotKeyPreset,
                              [this] { startScreenshotCapture(); });
+    // Pressed again while recording, the shortcut stops the recording.
     m_hotKeys.registerHotKey(HotKeyManager::screenRecordingSlot, settings.screenRecordingHotKeyPreset,
-                             [this] { startScreenRecordingReplaceDraft(); });
+                             [this] { m_app.screenRecording().startOrStopScreenRecording(recordingForANewTask()); });
+}
+
+ScreenRecordingStartMode AppDelegate::recordingForANewTask() {
+    return ScreenRecordingStartModes::ReplaceDraft{.templateID = m_app.settings().settings().screenRecordingTemplateID};
 }
 
 void AppDelegate::startScreenRecordingReplaceDraft() {
-    m_app.startScreenRecording(
-        ScreenRecordingStartModes::ReplaceDraft{.templateID = m_app.settings().settings().screenRecordingTemplateID});
+    m_app.startScreenRecording(recordingForANewTask());
 }
 
 void AppDelegate::startScreenshotCapture() {

@@ -53,6 +53,8 @@ private:
     // The shortcuts of the settings: compose toggles the popover, the others start a screenshot or
     // a screen recording.
     void registerHotKeys();
+    // A recording whose movie starts a new task with the template chosen for recordings.
+    ScreenRecordingStartMode recordingForANewTask();
     // Bootstrap, then the due count once.
     QCoro::Task<> launch();
 

@@ -94,6 +94,27 @@ private slots:
         QCOMPARE(app().draft().attachments().size(), 1);
     }
 
+    void theShortcutStopsTheRecordingThatRunsAndOtherwiseStartsOne() {
+        m_flow->startOrStopScreenRecording(ScreenRecordingStartModes::ReplaceDraft{});
+        QVERIFY(m_flow->showScreenRecordingSetup());
+        m_flow->confirmScreenRecordingSetup(app().settings().settings().recordingConfiguration());
+        // While the picker waits, and through the countdown, it does nothing.
+        m_flow->startOrStopScreenRecording(ScreenRecordingStartModes::ReplaceDraft{});
+        QVERIFY(!m_flow->showScreenRecordingSetup());
+        m_workflow->chooseScreenAndCountDown();
+        m_workflow->speak(0.0);
+        m_workflow->tick(2.0);
+        m_flow->startOrStopScreenRecording(ScreenRecordingStartModes::ReplaceDraft{});
+        Workflow::drain();
+        QVERIFY(!m_workflow->coordinator->isRecording());
+        QVERIFY(m_workflow->coordinator->pendingPreview());
+        QCOMPARE(m_workflow->panels.reviewsShown, 1);
+        // Under review it does nothing either.
+        m_flow->startOrStopScreenRecording(ScreenRecordingStartModes::ReplaceDraft{});
+        QVERIFY(!m_flow->showScreenRecordingSetup());
+        QVERIFY(m_workflow->coordinator->pendingPreview());
+    }
+
     void startingOpensThePopoverOnTheSetupSheetAndCancelClosesIt() {
         m_flow->startScreenRecording(ScreenRecordingStartModes::AppendToDraft{});
         QCOMPARE(m_popover, QStringList{QStringLiteral("show")});

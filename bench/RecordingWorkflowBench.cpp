@@ -100,6 +100,11 @@ bool waitFor(const std::function<bool()>& condition, int milliseconds) {
     return condition();
 }
 
+// Lets the program run, the recording with it, for `milliseconds`.
+void runFor(int milliseconds) {
+    waitFor([] { return false; }, milliseconds);
+}
+
 // Notes the moment the first buffer passes the pad of the element named `element`.
 void noteFirstBuffer(GstElement* pipeline, const char* element, std::atomic<double>& at) {
     GstElement* found = gst_bin_get_by_name(GST_BIN(pipeline), element);
@@ -146,7 +151,7 @@ double bareFinish(int seconds, const QString& movie) {
             .arg(movie);
     GstElement* pipeline = gst_parse_launch(description.toUtf8().constData(), nullptr);
     gst_element_set_state(pipeline, GST_STATE_PLAYING);
-    waitFor([] { return false; }, seconds * 1000);
+    runFor(seconds * 1000);
     const double ending = now();
     gst_element_send_event(pipeline, gst_event_new_eos());
     GstBus* bus = gst_element_get_bus(pipeline);
@@ -223,7 +228,7 @@ int main(int argc, char** argv) {
     }
     const double firstFrame = writers.firstFrameAt - chosen - ScreenRecordingCoordinator::countdownSeconds * 1000.0;
 
-    waitFor([] { return false; }, seconds * 1000);
+    runFor(seconds * 1000);
     double reviewShownAt = 0;
     QMetaObject::Connection reviewShown;
     const double stopped = now();

@@ -36,6 +36,11 @@ class ScreenRecordingPortalTest(RecordingAppTest):
         self.portal = ScreenCastPortal(self.screen, os.path.join(self.log_dir, "portal.log"), answer)
         self.addCleanup(self.portal.stop)
 
+    def ask_the_portal(self):
+        """"Choose Screen…" on the open sheet, and the portal's answer to the one start it is asked."""
+        press(self.ui(), "Choose Screen…")
+        pump_until(lambda: len(self.portal.options_of("Start")) == 1, what="the portal asked to start")
+
     def discard(self):
         press(self.ui(), "Discard")
         self.app.wait_popover(True)
@@ -71,8 +76,7 @@ class ScreenRecordingPortalTest(RecordingAppTest):
     def test_a_cancel_in_the_portals_chooser_brings_the_popover_back_with_nothing_to_tell(self):
         self.start_portal("cancel")
         self.open_the_setup_from_the_tray()
-        press(self.ui(), "Choose Screen…")
-        pump_until(lambda: len(self.portal.options_of("Start")) == 1, what="the portal asked to start")
+        self.ask_the_portal()
         self.app.wait_popover(True)
         self.shown("Task name")
         self.assertIsNone(self.showing("Choose Screen…"))
@@ -85,8 +89,7 @@ class ScreenRecordingPortalTest(RecordingAppTest):
     def test_the_portals_failure_is_told_in_the_popover_from_the_tray(self):
         self.start_portal("fail")
         self.open_the_setup_from_the_tray()
-        press(self.ui(), "Choose Screen…")
-        pump_until(lambda: len(self.portal.options_of("Start")) == 1, what="the portal asked to start")
+        self.ask_the_portal()
         self.app.wait_popover(True)
         self.shown(FAILURE)
         press(self.ui(), "OK")
@@ -95,9 +98,8 @@ class ScreenRecordingPortalTest(RecordingAppTest):
     def test_the_portals_failure_from_the_composers_button_waits_in_the_closed_popover(self):
         self.start_portal("fail")
         press(self.ui(), "Record screen")
-        press(self.ui(), "Choose Screen…")
+        self.ask_the_portal()
         self.app.wait_popover(False)
-        pump_until(lambda: len(self.portal.options_of("Start")) == 1, what="the portal asked to start")
         time.sleep(1)
         self.assertFalse(self.app.popover_visible())
         self.app.toggle()

@@ -3,11 +3,10 @@ bus plays the Settings portal, and the desktop's colour scheme is changed throug
 does in the desktop's settings. Run inside a desktop session."""
 
 import os
-import subprocess
 
 import dbus
 
-from norvanebar_app import wait_until
+from session_helpers import start_bus_service
 
 PORTAL = os.path.join(os.path.dirname(__file__), "settings_portal.py")
 BUS_NAME = "org.freedesktop.portal.Desktop"
@@ -24,12 +23,7 @@ class SettingsPortal:
         arguments = ["/usr/bin/python3", PORTAL]
         if color_scheme is not None:
             arguments += ["--color-scheme", str(color_scheme)]
-        with open(log_path, "ab") as log:
-            self.process = subprocess.Popen(arguments, stdout=log, stderr=log)
-        wait_until(lambda: self.bus.name_has_owner(BUS_NAME) or self.process.poll() is not None,
-                   what="the settings portal")
-        if self.process.poll() is not None:
-            raise RuntimeError(f"the settings portal ended at its start; see {log_path}")
+        self.process = start_bus_service(arguments, log_path, BUS_NAME, "the settings portal")
 
     def set_color_scheme(self, scheme):
         """Changes the desktop's colour scheme; the portal tells its readers at once."""

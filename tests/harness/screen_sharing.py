@@ -9,6 +9,7 @@ import dbus
 
 from norvanebar_app import wait_until
 from portal_request import BUS_NAME, OBJECT_PATH
+from session_helpers import start_bus_service
 
 HARNESS = os.path.dirname(os.path.abspath(__file__))
 TEST_INTERFACE = "org.norvanebar.Test.ScreenCast"
@@ -39,12 +40,7 @@ class ScreenCastPortal:
         self.bus = dbus.SessionBus()
         arguments = ["/usr/bin/python3", os.path.join(HARNESS, "screencast_portal.py"), "--node", str(screen.node)]
         arguments += [f"--{answer}"] if answer else []
-        with open(log_path, "ab") as log:
-            self.process = subprocess.Popen(arguments, stdout=log, stderr=log)
-        wait_until(lambda: self.bus.name_has_owner(BUS_NAME) or self.process.poll() is not None,
-                   what="the ScreenCast portal")
-        if self.process.poll() is not None:
-            raise RuntimeError(f"the ScreenCast portal ended at its start; see {log_path}")
+        self.process = start_bus_service(arguments, log_path, BUS_NAME, "the ScreenCast portal")
 
     def options_of(self, method):
         """The options of each call of `method`, in order, as plain dictionaries."""

@@ -11,6 +11,8 @@ import dbus.mainloop.glib
 import dbus.service
 from gi.repository import GLib
 
+from norvanebar_app import wait_until
+
 HARNESS = os.path.dirname(os.path.abspath(__file__))
 
 dbus.mainloop.glib.DBusGMainLoop(set_as_default=True)
@@ -23,6 +25,17 @@ def bus():
 
 def name_has_owner(name):
     return bool(bus().name_has_owner(name))
+
+
+def start_bus_service(arguments, log_path, bus_name, what):
+    """Starts a D-Bus service of the harness, its output to `log_path`; its process, once it owns
+    `bus_name`. Raises when it ends first."""
+    with open(log_path, "ab") as log:
+        process = subprocess.Popen(arguments, stdout=log, stderr=log)
+    wait_until(lambda: name_has_owner(bus_name) or process.poll() is not None, what=what)
+    if process.poll() is not None:
+        raise RuntimeError(f"{what} ended at its start; see {log_path}")
+    return process
 
 
 def read_json_lines(path):

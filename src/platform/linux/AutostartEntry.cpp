@@ -27,7 +27,7 @@ QString AutostartEntry::defaultFolder() {
 }
 
 QString AutostartEntry::filePath() const {
-    return m_folder + QStringLiteral("/norvanebar.desktop");
+    return m_folder + u'/' + DesktopEntryText::entryFileName;
 }
 
 QByteArray AutostartEntry::contents(const QString& executable) {
@@ -36,9 +36,10 @@ QByteArray AutostartEntry::contents(const QString& executable) {
                           "Name=NorvaneBar\n"
                           "Comment=Create Norvane tasks from the panel\n"
                           "Exec=%1\n"
+                          "Icon=%2\n"
                           "Terminal=false\n"
                           "X-GNOME-Autostart-enabled=true\n")
-        .arg(DesktopEntryText::execArgument(executable))
+        .arg(DesktopEntryText::execArgument(executable), DesktopEntryText::desktopId)
         .toUtf8();
 }
 

@@ -5,9 +5,10 @@
 #include <QCoreApplication>
 #include <QString>
 
-// Launch at login on the freedesktop desktops: an autostart entry, norvanebar.desktop in the
-// autostart folder of the user's configuration folder ($XDG_CONFIG_HOME/autostart, by default
-// ~/.config/autostart), that starts this program. Turning it off removes the file.
+// Launch at login on the freedesktop desktops: an autostart entry, com.norvanebar.NorvaneBar.desktop
+// in the autostart folder of the user's configuration folder ($XDG_CONFIG_HOME/autostart, by default
+// ~/.config/autostart), that starts this program: the installed one, or the build tree's, whichever
+// runs. Turning it off removes the file.
 class AutostartEntry : public LoginItem {
     Q_DECLARE_TR_FUNCTIONS(AutostartEntry)
 

@@ -1,6 +1,14 @@
 #include "platform/linux/DesktopEntryText.h"
 
+#include <QDir>
+#include <QFileInfo>
+
 namespace DesktopEntryText {
+
+QString installedEntryPath(const QString& executable) {
+    return QDir::cleanPath(QFileInfo(executable).absolutePath() + QStringLiteral("/../share/applications/") +
+                           entryFileName);
+}
 
 QString execArgument(const QString& argument) {
     QString quoted;

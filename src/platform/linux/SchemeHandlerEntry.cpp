@@ -10,7 +10,7 @@
 #include <QStandardPaths>
 
 namespace {
-const QString entryName = QStringLiteral("norvanebar.desktop");
+const QString& entryName = DesktopEntryText::entryFileName;
 const QByteArray defaultsGroup = QByteArrayLiteral("[Default Applications]");
 
 QByteArray mimeType(const QString& scheme) {
@@ -39,10 +39,34 @@ QByteArray SchemeHandlerEntry::contents(const QString& executable, const QString
                           "Name=NorvaneBar\n"
                           "Comment=Create Norvane tasks from the panel\n"
                           "Exec=%1 %u\n"
+                          "Icon=%2\n"
                           "Terminal=false\n"
-                          "MimeType=%2;\n")
-        .arg(DesktopEntryText::execArgument(executable), QString::fromUtf8(mimeType(scheme)))
+                          "MimeType=%3;\n")
+        .arg(DesktopEntryText::execArgument(executable), DesktopEntryText::desktopId,
+             QString::fromUtf8(mimeType(scheme)))
         .toUtf8();
+}
+
+bool SchemeHandlerEntry::isInstalled(const QString& executable) {
+    return QFileInfo::exists(DesktopEntryText::installedEntryPath(executable));
+}
+
+bool SchemeHandlerEntry::isOurs(const QByteArray& entry, const QString& scheme) {
+    // Line for line what contents() writes, whichever program its Exec line starts.
+    const QList<QByteArray> lines = entry.split('\n');
+    const QList<QByteArray> ours = contents(QString(), scheme).split('\n');
+    if (lines.size() != ours.size()) {
+        return false;
+    }
+    for (qsizetype index = 0; index < ours.size(); ++index) {
+        const bool same = ours[index].startsWith("Exec=")
+                              ? lines[index].startsWith("Exec=") && lines[index].endsWith(" %u")
+                              : lines[index] == ours[index];
+        if (!same) {
+            return false;
+        }
+    }
+    return true;
 }
 
 QByteArray SchemeHandlerEntry::withDefaultHandler(const QByteArray& mimeApps, const QString& scheme) {
@@ -88,7 +112,18 @@ std::optional<QString> SchemeHandlerEntry::write(const QString& path, const QByt
 }
 
 std::optional<QString> SchemeHandlerEntry::registerHandler(const QString& scheme) {
-    std::optional<QString> problem = write(filePath(), contents(m_executable, scheme));
+    // An installed program already has its entry among the system's (or the prefix's) applications:
+    // one of the same name in the user's folder would hide it, so only the default is set, and an
+    // entry left there by a run from a build tree goes.
+    std::optional<QString> problem;
+    if (!isInstalled(m_executable)) {
+        problem = write(filePath(), contents(m_executable, scheme));
+    } else if (QFile ours(filePath()); ours.open(QIODevice::ReadOnly) && isOurs(ours.readAll(), scheme)) {
+        ours.close();
+        if (!ours.remove()) {
+            problem = tr("Could not remove %1: %2").arg(QDir::toNativeSeparators(filePath()), ours.errorString());
+        }
+    }
     if (!problem) {
         QFile current(m_mimeAppsFile);
         const QByteArray mimeApps = current.open(QIODevice::ReadOnly) ? current.readAll() : QByteArray();

@@ -46,9 +46,14 @@ private slots:
         qputenv("XDG_CONFIG_HOME", m_home.filePath(QStringLiteral("config")).toLocal8Bit());
         const QString found = AutostartEntry::defaultFolder();
         const QString path = AutostartEntry().filePath();
+        AutostartEntry running;
+        QCOMPARE(running.setEnabled(true), std::nullopt);
+        const QByteArray program = fileContents(running.filePath());
         qputenv("XDG_CONFIG_HOME", previous);
         QCOMPARE(found, m_home.filePath(QStringLiteral("config/autostart")));
-        QCOMPARE(path, m_home.filePath(QStringLiteral("config/autostart/norvanebar.desktop")));
+        // It starts the program that runs: this test's here, an installed one from its prefix.
+        QVERIFY(program.contains("\nExec=\"" + QCoreApplication::applicationFilePath().toUtf8() + "\"\n"));
+        QCOMPARE(path, m_home.filePath(QStringLiteral("config/autostart/com.norvanebar.NorvaneBar.desktop")));
     }
 
     void turningOnWritesAnApplicationEntryThatStartsTheProgram() {
@@ -56,14 +61,25 @@ private slots:
         QVERIFY(!entry.isEnabled());
         QCOMPARE(entry.setEnabled(true), std::nullopt);
         QVERIFY(entry.isEnabled());
-        QCOMPARE(entry.filePath(), folder() + QStringLiteral("/norvanebar.desktop"));
+        QCOMPARE(entry.filePath(), folder() + QStringLiteral("/com.norvanebar.NorvaneBar.desktop"));
         QCOMPARE(fileContents(entry.filePath()), QByteArray("[Desktop Entry]\n"
                                                             "Type=Application\n"
                                                             "Name=NorvaneBar\n"
                                                             "Comment=Create Norvane tasks from the panel\n"
                                                             "Exec=\"/usr/bin/norvanebar\"\n"
+                                                            "Icon=com.norvanebar.NorvaneBar\n"
                                                             "Terminal=false\n"
                                                             "X-GNOME-Autostart-enabled=true\n"));
+    }
+
+    void anInstalledProgramIsStartedFromItsPrefix() {
+        AutostartEntry installed(folder(), QStringLiteral("/opt/norvanebar-root/usr/bin/norvanebar"));
+        QCOMPARE(installed.setEnabled(true), std::nullopt);
+        QVERIFY(fileContents(installed.filePath()).contains("\nExec=\"/opt/norvanebar-root/usr/bin/norvanebar\"\n"));
+        AutostartEntry fromBuildTree(folder(), QStringLiteral("/work/build/main/src/desktop/norvanebar"));
+        QCOMPARE(fromBuildTree.setEnabled(true), std::nullopt);
+        QCOMPARE(fromBuildTree.filePath(), installed.filePath());
+        QVERIFY(fileContents(installed.filePath()).contains("\nExec=\"/work/build/main/src/desktop/norvanebar\"\n"));
     }
 
     void theEntryPassesDesktopFileValidate() {

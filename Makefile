@@ -1,7 +1,8 @@
-# NorvaneBar: `make run` starts the app, `make test` builds and runs every test.
+# NorvaneBar: `make run` starts the app, `make test` builds and runs every test, `make package` builds
+# the Debian package.
 # Every target installs what it needs first (scripts/setup).
 
-.PHONY: run test bench fuzz format lint clean setup
+.PHONY: run test bench fuzz package format lint clean setup
 
 run:
 	@scripts/run
@@ -14,6 +15,9 @@ bench:
 
 fuzz:
 	@scripts/fuzz
+
+package:
+	@scripts/package
 
 format:
 	@scripts/format

@@ -2,8 +2,15 @@
 #include "platform/linux/SingleInstance.h"
 
 #include <QApplication>
+#include <cstdio>
+#include <cstring>
 
 int main(int argc, char* argv[]) {
+    // Answered before anything else, by a program that may not even reach a display.
+    if (argc == 2 && std::strcmp(argv[1], "--version") == 0) {
+        std::printf("NorvaneBar %s\n", NORVANEBAR_VERSION);
+        return 0;
+    }
     // A later launch only asks the running NorvaneBar to toggle its popover, or, started by the
     // browser with the answer to a sign-in, hands that over.
     QStringList arguments;
@@ -17,7 +24,9 @@ int main(int argc, char* argv[]) {
     PopoverWindow::configureQuick();
     QApplication app(argc, argv);
     QApplication::setApplicationName(QStringLiteral("NorvaneBar"));
-    QApplication::setDesktopFileName(QStringLiteral("norvanebar"));
+    QApplication::setApplicationVersion(QStringLiteral(NORVANEBAR_VERSION));
+    // The installed desktop entry's id: the desktop finds the program's name and icon there.
+    QApplication::setDesktopFileName(QStringLiteral("com.norvanebar.NorvaneBar"));
     QApplication::setQuitOnLastWindowClosed(false);
 
     AppDelegate delegate;

@@ -11,7 +11,23 @@ set(norvanebar_data ${PROJECT_SOURCE_DIR}/data)
 # `norvanebar --version` and QApplication::applicationVersion() say the project's version.
 target_compile_definitions(norvanebar PRIVATE NORVANEBAR_VERSION="${PROJECT_VERSION}")
 
+# The program with the project's two shared libraries, which only it loads: they go into a folder of
+# their own under lib/, which the program and the platform library find relative to themselves, so
+# the installed tree works under any prefix.
+# On Debian that is lib/<multiarch triplet>/norvanebar, where no other program looks (and ldconfig
+# need not know it).
+if(CMAKE_LIBRARY_ARCHITECTURE)
+    set(norvanebar_private_libdir lib/${CMAKE_LIBRARY_ARCHITECTURE}/norvanebar)
+else()
+    set(norvanebar_private_libdir ${CMAKE_INSTALL_LIBDIR}/norvanebar)
+endif()
+file(RELATIVE_PATH norvanebar_bin_to_libs /${CMAKE_INSTALL_BINDIR} /${norvanebar_private_libdir})
+set_target_properties(norvanebar PROPERTIES INSTALL_RPATH "$ORIGIN/${norvanebar_bin_to_libs}")
+set_target_properties(norvanebar_platform PROPERTIES INSTALL_RPATH "$ORIGIN")
+set_target_properties(norvanebar_core PROPERTIES INSTALL_RPATH "")
 install(TARGETS norvanebar RUNTIME DESTINATION ${CMAKE_INSTALL_BINDIR} COMPONENT norvanebar)
+install(TARGETS norvanebar_core norvanebar_platform
+    LIBRARY DESTINATION ${norvanebar_private_libdir} COMPONENT norvanebar NAMELINK_SKIP)
 install(FILES ${norvanebar_data}/${NORVANEBAR_APP_ID}.desktop
     DESTINATION ${CMAKE_INSTALL_DATADIR}/applications COMPONENT norvanebar)
 

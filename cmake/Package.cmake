@@ -23,6 +23,8 @@ set(CPACK_DEBIAN_PACKAGE_SECTION misc)
 set(CPACK_DEBIAN_PACKAGE_PRIORITY optional)
 set(CPACK_DEBIAN_PACKAGE_HOMEPAGE https://norvanebar.com)
 set(CPACK_DEBIAN_PACKAGE_SHLIBDEPS ON)
+# Where dpkg-shlibdeps finds the project's own libraries beside the program's.
+set(CPACK_DEBIAN_PACKAGE_SHLIBDEPS_PRIVATE_DIRS ${norvanebar_private_libdir})
 # The first line is the short description; the lines after it, each indented by one space in the
 # control file, the long one.
 set(CPACK_DEBIAN_PACKAGE_DESCRIPTION "create Norvane tasks from the panel

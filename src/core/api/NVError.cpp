@@ -39,10 +39,8 @@ QString describe(const NVError::Case& failure) {
 }
 } // namespace
 
-const QString& NVError::rejectedTokenText() {
-    static const QString text =
-        QCoreApplication::translate("NVError", "Norvane rejected the API token. Check it in Settings.");
-    return text;
+QString NVError::rejectedTokenText() {
+    return QCoreApplication::translate("NVError", "Norvane rejected the API token. Check it in Settings.");
 }
 
 NVError::NVError(Case failure)

@@ -60,7 +60,7 @@ public:
                               StorageLimitExceeded, InvalidResponse>;
 
     // The default text of a rejected token, also the detail of a 401 whose body has no message.
-    static const QString& rejectedTokenText();
+    static QString rejectedTokenText();
 
     explicit NVError(Case failure);
     static NVError decoding(const DecodingError& error) { return NVError(Decoding{error.path(), error.description()}); }

@@ -52,7 +52,8 @@ QString assignee(const QList<Member>& members, const QSet<qint64>& assignees) {
     if (chosen.size() == 1) {
         return chosen.first().displayName();
     }
-    return QString::number(chosen.size()) + tr(" assignees");
+    const int count = static_cast<int>(chosen.size());
+    return QCoreApplication::translate("FieldChipTitles", "%n assignees", nullptr, count);
 }
 
 QString memberEntry(const Member& member) {
@@ -103,7 +104,8 @@ QString tags(const QSet<QString>& tags) {
     if (tags.size() == 1) {
         return *tags.cbegin();
     }
-    return QString::number(tags.size()) + tr(" tags");
+    const int count = static_cast<int>(tags.size());
+    return QCoreApplication::translate("FieldChipTitles", "%n tags", nullptr, count);
 }
 
 QString optionName(const CustomField::TypeConfig::Option& option) {
@@ -122,7 +124,8 @@ QString customField(const CustomField& field, const std::optional<CustomValue>& 
     }
     if (field.type == u"labels") {
         const auto* labels = std::get_if<CustomValue::Labels>(&current);
-        return labels && !labels->ids.isEmpty() ? QString::number(labels->ids.size()) + tr(" selected") : field.name;
+        const int count = labels ? static_cast<int>(labels->ids.size()) : 0;
+        return count > 0 ? QCoreApplication::translate("FieldChipTitles", "%n selected", nullptr, count) : field.name;
     }
     if (field.type == u"date") {
         const auto* date = std::get_if<CustomValue::Date>(&current);

@@ -13,7 +13,8 @@ QString label(qint64 minutes) {
     if (minutes == 0) {
         return QCoreApplication::translate("ReminderLeads", "At due time");
     }
-    return QString::number(minutes) + QCoreApplication::translate("ReminderLeads", " min before");
+    const int count = static_cast<int>(minutes);
+    return QCoreApplication::translate("ReminderLeads", "%n min before", nullptr, count);
 }
 
 } // namespace ReminderLeads

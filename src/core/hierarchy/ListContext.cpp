@@ -48,9 +48,8 @@ ListContext::ListContext(ListEntry entry, QObject* parent)
     , m_entry(std::move(entry))
     , m_statuses(m_entry.spaceStatuses) {}
 
-const QString& ListContext::loadFailedText() {
-    static const QString text = tr("Couldn't load list details. Check your connection.");
-    return text;
+QString ListContext::loadFailedText() {
+    return tr("Couldn't load list details. Check your connection.");
 }
 
 QCoro::Task<> ListContext::load(NorvaneClient client) {

@@ -26,7 +26,7 @@ public:
     // The statuses start as the space's; the rest starts empty.
     explicit ListContext(ListEntry entry, QObject* parent = nullptr);
 
-    static const QString& loadFailedText();
+    static QString loadFailedText();
 
     const ListEntry& entry() const { return m_entry; }
     const QList<NVStatus>& statuses() const { return m_statuses; }

@@ -120,10 +120,8 @@ void NotificationScheduler::notifyTaskCreated(const QString& taskName, const std
                            std::move(onDelivered));
         return;
     }
-    const QString count = QString::number(attachmentFailures);
     const QString body =
-        attachmentFailureMessage.value_or(attachmentFailures == 1 ? tr("%1 attachment failed to upload").arg(count)
-                                                                  : tr("%1 attachments failed to upload").arg(count));
+        attachmentFailureMessage.value_or(tr("%n attachments failed to upload", nullptr, attachmentFailures));
     deliverImmediately(
         makeRequest(taskName, body, NotificationCategories::taskUploadFailed(), userInfoOf(taskURL, retryJobID)),
         std::move(onDelivered));

@@ -12,8 +12,9 @@ namespace {
 // Refused microphone samples in a row before the person hears of it.
 constexpr int maxConsecutiveAudioAppendFailures = 30;
 
+// The context lupdate gives the texts of this class's functions.
 QString tr(const char* text) {
-    return QCoreApplication::translate("ScreenRecordingEngine", text);
+    return QCoreApplication::translate("RecordingSampleWriter", text);
 }
 
 int even(int pixels) {

@@ -13,7 +13,8 @@ QString label(qint64 minutes) {
     if (minutes == 0) {
         return QCoreApplication::translate("ReminderLeadTime", "At due time");
     }
-    return QString::number(minutes) + QCoreApplication::translate("ReminderLeadTime", " minutes before");
+    const int count = static_cast<int>(minutes);
+    return QCoreApplication::translate("ReminderLeadTime", "%n minutes before", nullptr, count);
 }
 
 } // namespace ReminderLeadTime

@@ -369,7 +369,9 @@ std::optional<QString> BackgroundSubmitQueue::uploadFailureSummary(const QList<A
     if (failures.size() == 1) {
         return named;
     }
-    return QCoreApplication::translate("BackgroundSubmitQueue", "%1 attachments failed. ").arg(failures.size()) + named;
+    // A named int, as lupdate sees no numerus text counted by a template call.
+    const int count = static_cast<int>(failures.size());
+    return QCoreApplication::translate("BackgroundSubmitQueue", "%n attachments failed. ", nullptr, count) + named;
 }
 
 SubmitNotifier::Delivered BackgroundSubmitQueue::showIfUndelivered(BackgroundJobResult::Outcome outcome) {

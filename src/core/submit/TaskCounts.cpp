@@ -4,14 +4,16 @@
 
 namespace TaskCounts {
 
+// The English catalogue gives the singular of one ("1 task created"). The count is a named int:
+// lupdate sees no numerus text counted by a template call such as static_cast<int>(…).
 QString created(qsizetype count) {
-    return count == 1 ? QCoreApplication::translate("TaskCounts", "1 task created")
-                      : QCoreApplication::translate("TaskCounts", "%1 tasks created").arg(count);
+    const int n = static_cast<int>(count);
+    return QCoreApplication::translate("TaskCounts", "%n tasks created", nullptr, n);
 }
 
 QString failed(qsizetype count) {
-    return count == 1 ? QCoreApplication::translate("TaskCounts", "1 task failed")
-                      : QCoreApplication::translate("TaskCounts", "%1 tasks failed").arg(count);
+    const int n = static_cast<int>(count);
+    return QCoreApplication::translate("TaskCounts", "%n tasks failed", nullptr, n);
 }
 
 } // namespace TaskCounts

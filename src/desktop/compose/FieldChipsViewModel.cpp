@@ -39,18 +39,22 @@ struct TextKind {
 
 TextKind textKind(const QString& type) {
     if (type == u"number") {
-        return {QStringLiteral("number.circle"), tr("0"), tr("Enter a number")};
+        return {QStringLiteral("number.circle"), QCoreApplication::translate("FieldChipsViewModel", "0"),
+                QCoreApplication::translate("FieldChipsViewModel", "Enter a number")};
     }
     if (type == u"url") {
-        return {QStringLiteral("link.circle"), tr("https://…"), {}};
+        return {QStringLiteral("link.circle"), QCoreApplication::translate("FieldChipsViewModel", "https://…"), {}};
     }
     if (type == u"email") {
-        return {QStringLiteral("envelope.circle"), tr("name@example.com"), {}};
+        return {QStringLiteral("envelope.circle"),
+                QCoreApplication::translate("FieldChipsViewModel", "name@example.com"),
+                {}};
     }
     if (type == u"phone") {
-        return {QStringLiteral("phone.circle"), tr("+1 555 000 0000"), {}};
+        return {
+            QStringLiteral("phone.circle"), QCoreApplication::translate("FieldChipsViewModel", "+1 555 000 0000"), {}};
     }
-    return {QStringLiteral("textformat.abc"), tr("Value"), {}};
+    return {QStringLiteral("textformat.abc"), QCoreApplication::translate("FieldChipsViewModel", "Value"), {}};
 }
 } // namespace
 

@@ -129,7 +129,7 @@ bool RecordingDefaultsViewModel::importBackgroundImage(const QUrl& file) {
 QStringList RecordingDefaultsViewModel::maxDurationLabels() {
     QStringList labels;
     for (const int minutes : maxDurationMinutes) {
-        labels.append(tr("%1 minutes").arg(minutes));
+        labels.append(tr("%n minutes", nullptr, minutes));
     }
     return labels;
 }

@@ -1,4 +1,5 @@
 #include "desktop/shell/StatusItem.h"
+#include "core/support/Translations.h"
 #include "support/PopoverFixture.h"
 #include "support/TestMain.h"
 
@@ -80,7 +81,11 @@ class StatusItemTest : public QObject {
     }
 
 private slots:
-    void initTestCase() { PopoverWindow::configureQuick(); }
+    void initTestCase() {
+        PopoverWindow::configureQuick();
+        // The English catalogue, as the program loads it, gives the singular of one.
+        QVERIFY(Translations::install(*QCoreApplication::instance()));
+    }
 
     void createsNothingUntilTheHostIsKnown() {
         StatusItem item;

@@ -1,4 +1,5 @@
 #include "core/notify/NotificationCategories.h"
+#include "core/support/Translations.h"
 #include "support/NotifyTesting.h"
 #include "support/TestMain.h"
 
@@ -36,6 +37,9 @@ class NotificationSchedulerTest : public QObject {
     Q_OBJECT
 
 private slots:
+    // The English catalogue, as the program loads it, gives the singular of one.
+    void initTestCase() { QVERIFY(Translations::install(*QCoreApplication::instance())); }
+
     void taskCreatedWithoutFailuresURLOrRetryJobHasNoUserInfoAndAClickDoesNothing() {
         SchedulerFixture fixture;
         fixture.scheduler->notifyTaskCreated(QStringLiteral("Write release notes"), std::nullopt, 0, std::nullopt,
@@ -58,6 +62,24 @@ private slots:
         QCOMPARE(posted.userInfo, (NotificationUserInfo{{"taskURL", taskURL}, {"retryJobID", jobIDText}}));
         QCOMPARE(posted.category->actions,
                  (QList<NotificationAction>{{"COPY_LINK", "Copy Link"}, {"OPEN_TASK", "Open in Norvane"}}));
+    }
+
+    // None failed reads "Task created"; one in the singular; two and many in the plural.
+    void failedAttachmentsAreCounted_data() {
+        QTest::addColumn<int>("failures");
+        QTest::addColumn<QString>("body");
+        QTest::newRow("none") << 0 << QStringLiteral("Task created");
+        QTest::newRow("one") << 1 << QStringLiteral("1 attachment failed to upload");
+        QTest::newRow("two") << 2 << QStringLiteral("2 attachments failed to upload");
+        QTest::newRow("many") << 1000 << QStringLiteral("1000 attachments failed to upload");
+    }
+
+    void failedAttachmentsAreCounted() {
+        QFETCH(int, failures);
+        QFETCH(QString, body);
+        SchedulerFixture fixture;
+        fixture.scheduler->notifyTaskCreated(QStringLiteral("A"), taskURL, failures, std::nullopt, jobID, nullptr);
+        QCOMPARE(fixture.center.posted().at(0).body, body);
     }
 
     void oneFailedAttachmentReadsSingularAndTwoPlural() {

@@ -4,6 +4,7 @@
 #include "core/myday/DueCountQuery.h"
 #include "core/settings/SettingsStore.h"
 #include "core/storage/StorageProviderRegistry.h"
+#include "core/support/Translations.h"
 #include "support/HierarchyTesting.h"
 #include "support/SubmitPipeline.h"
 #include "support/SubmitTesting.h"
@@ -73,6 +74,9 @@ class StatusItemBadgeModelTest : public QObject {
     }
 
 private slots:
+    // The English catalogue, as the program loads it, gives the singular of one.
+    void initTestCase() { QVERIFY(Translations::install(*QCoreApplication::instance())); }
+
     void init() {
         m_now = noon();
         m_fake = std::make_unique<FakeClient>();

@@ -1,4 +1,5 @@
 #include "core/shell/StatusItemBadge.h"
+#include "core/support/Translations.h"
 #include "support/TestMain.h"
 
 #include <QTest>
@@ -9,6 +10,9 @@ class StatusItemBadgeTest : public QObject {
     static inline const QString newTask = QStringLiteral("NorvaneBar — new Norvane task");
 
 private slots:
+    // The English catalogue, as the program loads it, gives the singular of one.
+    void initTestCase() { QVERIFY(Translations::install(*QCoreApplication::instance())); }
+
     void withBothBackgroundWorkAndDueTasksTheBadgeShowsTheBackgroundCount() {
         QCOMPARE(StatusItemBadge::make(2, 5, true),
                  (StatusItemBadge{QStringLiteral("2"), QStringLiteral("2 background tasks in progress")}));

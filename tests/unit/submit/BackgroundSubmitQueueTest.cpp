@@ -1,6 +1,7 @@
 
 #include "core/settings/SettingsStore.h"
 #include "core/storage/StorageProviderRegistry.h"
+#include "core/support/Translations.h"
 #include "support/HierarchyTesting.h"
 #include "support/LoopbackStorageProvider.h"
 #include "support/LoopbackStorageServer.h"
@@ -44,7 +45,11 @@ class BackgroundSubmitQueueTest : public QObject {
     void waitForJobs() { QTRY_COMPARE(m_pipeline->queue.pendingCount(), 0); }
 
 private slots:
-    void initTestCase() { QVERIFY(m_folder.isValid() && m_storage.start()); }
+    void initTestCase() {
+        QVERIFY(m_folder.isValid() && m_storage.start());
+        // The English catalogue, as the program loads it, gives the singular of one.
+        QVERIFY(Translations::install(*QCoreApplication::instance()));
+    }
 
     void init() {
         m_storage.reset();
@@ -176,10 +181,21 @@ private slots:
         QCOMPARE(result.retryJobID(), std::optional(retryID));
     }
 
-    void theSummaryOfThreeFailuresNamesOnlyTheFirst() {
+    // One failure is named alone (above); two, three and many are counted in the plural.
+    void theSummaryOfSeveralFailuresNamesOnlyTheFirst_data() {
+        QTest::addColumn<int>("count");
+        QTest::newRow("two") << 2;
+        QTest::newRow("three") << 3;
+        QTest::newRow("many") << 40;
+    }
+
+    void theSummaryOfSeveralFailuresNamesOnlyTheFirst() {
+        QFETCH(int, count);
         m_fake->service.answer(createPath, createdAnswer);
-        QList<StagedAttachment> files{file(QStringLiteral("a.txt")), file(QStringLiteral("b.txt")),
-                                      file(QStringLiteral("c.txt"))};
+        QList<StagedAttachment> files{file(QStringLiteral("a.txt"))};
+        for (int index = 1; index < count; ++index) {
+            files.append(file(QStringLiteral("f%1.txt").arg(index)));
+        }
         for (const StagedAttachment& attachment : files) {
             QVERIFY(QFile::remove(attachment.fileURL.toLocalFile()));
         }
@@ -187,9 +203,10 @@ private slots:
         m_pipeline->queue.enqueue(payload(listID, QStringLiteral("Report"), files), m_fake->client, jobID, {});
         m_pipeline->queue.markBackgrounded(ForegroundSubmitSession{jobID, QStringLiteral("Report"), {}});
         waitForJobs();
-        const QString summary = QStringLiteral("3 attachments failed. a.txt: Attachment file not found on disk.");
+        const QString summary =
+            QString::number(count) + QStringLiteral(" attachments failed. a.txt: Attachment file not found on disk.");
         QCOMPARE(m_pipeline->notifier.created.size(), 1);
-        QCOMPARE(m_pipeline->notifier.created[0].attachmentFailures, 3);
+        QCOMPARE(m_pipeline->notifier.created[0].attachmentFailures, count);
         QCOMPARE(m_pipeline->notifier.created[0].attachmentFailureMessage, summary);
         QVERIFY(m_pipeline->notifier.created[0].wantsDelivery);
 

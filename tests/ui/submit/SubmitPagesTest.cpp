@@ -1,3 +1,5 @@
+#include "core/compose/AttachmentStaging.h"
+#include "core/support/Translations.h"
 #include "support/KeyboardDriver.h"
 #include "support/PopoverFixture.h"
 #include "support/QuickItems.h"
@@ -8,6 +10,7 @@
 #include <QAccessible>
 #include <QJsonArray>
 #include <QQuickItem>
+#include <QTemporaryDir>
 #include <QTest>
 
 // A person creates tasks in the popover by keyboard and mouse, against norvane-sandbox: the name
@@ -137,7 +140,11 @@ class SubmitPagesTest : public QObject {
     }
 
 private slots:
-    void initTestCase() { QVERIFY2(PopoverFixture::startSandbox(m_sandbox), qPrintable(m_sandbox.errorString())); }
+    void initTestCase() {
+        QVERIFY2(PopoverFixture::startSandbox(m_sandbox), qPrintable(m_sandbox.errorString()));
+        // The English catalogue, as the program loads it, gives the singular of one.
+        QVERIFY(Translations::install(*QCoreApplication::instance()));
+    }
 
     void init() {
         m_fixture = PopoverFixture::signedInAgainst(m_sandbox, SandboxDemo::supportListID);
@@ -178,6 +185,49 @@ private slots:
         QCOMPARE(links().opened(), QList<QUrl>{QUrl(url)});
         QTRY_COMPARE(submit().page(), SubmitViewModel::Composer);
         QCOMPARE(m_fixture->app->draft().name(), QString());
+    }
+
+    // The count above the attachment strip and the title of the done page, when every upload is
+    // refused, read in the singular for one and in the plural for none, two and many.
+    void theAttachmentCountsReadInTheSingularForOne_data() {
+        QTest::addColumn<int>("count");
+        QTest::addColumn<QString>("caption");
+        QTest::addColumn<QString>("title");
+        QTest::newRow("one") << 1 << QStringLiteral("1 attachment") << QStringLiteral("1 attachment failed to upload");
+        QTest::newRow("two") << 2 << QStringLiteral("2 attachments")
+                             << QStringLiteral("2 attachments failed to upload");
+        QTest::newRow("many") << 12 << QStringLiteral("12 attachments")
+                              << QStringLiteral("12 attachments failed to upload");
+    }
+
+    void theAttachmentCountsReadInTheSingularForOne() {
+        QFETCH(int, count);
+        QFETCH(QString, caption);
+        QFETCH(QString, title);
+        QCOMPARE(textOf(QStringLiteral("attachmentCount")), QStringLiteral("0 attachments"));
+        QTemporaryDir folder;
+        QList<StagedAttachment> files;
+        for (int index = 0; index < count; ++index) {
+            const QString path = folder.filePath(QStringLiteral("notes%1.txt").arg(index));
+            QFile file(path);
+            QVERIFY(file.open(QIODevice::WriteOnly) && file.write("notes") == 5);
+            file.close();
+            const std::optional<StagedAttachment> staged = AttachmentStaging::stage(QUrl::fromLocalFile(path));
+            QVERIFY(staged);
+            files.append(*staged);
+        }
+        m_fixture->app->draft().appendAttachments(files);
+        QTRY_COMPARE(textOf(QStringLiteral("attachmentCount")), caption);
+
+        SandboxFault refused = SandboxFault::answer(QStringLiteral("/api/v2/task/*/attachment"), 400, count);
+        refused.method = QStringLiteral("POST");
+        QVERIFY(m_sandbox.addFault(refused));
+        typeName(QStringLiteral("With notes"));
+        QTRY_VERIFY(m_fixture->composer->canSubmit());
+        pressSubmitShortcut();
+        QTRY_COMPARE(submit().page(), SubmitViewModel::Done);
+        QTRY_COMPARE(textOf(QStringLiteral("resultTitle")), title);
+        QVERIFY(m_sandbox.clearFaults());
     }
 
     void theSubmitButtonAndShortcutDoNothingForABlankName() {

@@ -6,7 +6,9 @@
 #include "core/support/Translations.h"
 #include "support/TestMain.h"
 
+#include <QFile>
 #include <QTest>
+#include <QXmlStreamReader>
 
 namespace {
 // `count` members or tags, each with a name of its own.
@@ -86,6 +88,73 @@ private slots:
         QCOMPARE(FieldChipTitles::customField(labels, CustomValue::labels(names(count)), context),
                  count == 0 ? QStringLiteral("Effort")
                             : english(QStringLiteral(" selected"), QStringLiteral(" selected")));
+    }
+
+    // The texts of the desktop and the background queue, by their context, as the catalogue
+    // answers them: the same words the view models and pages ask for.
+    void theCatalogueAnswersEachCountedText_data() {
+        QTest::addColumn<QByteArray>("context");
+        QTest::addColumn<QByteArray>("source");
+        QTest::addColumn<QString>("singular");
+        QTest::newRow("attachment strip")
+            << QByteArray("AttachmentStripView") << QByteArray("%n attachments") << QStringLiteral("%1 attachment");
+        QTest::newRow("done page") << QByteArray("SubmitViewModel") << QByteArray("%n attachments failed to upload")
+                                   << QStringLiteral("%1 attachment failed to upload");
+        QTest::newRow("notification") << QByteArray("NotificationScheduler")
+                                      << QByteArray("%n attachments failed to upload")
+                                      << QStringLiteral("%1 attachment failed to upload");
+        QTest::newRow("background summary")
+            << QByteArray("BackgroundSubmitQueue") << QByteArray("%n attachments failed. ")
+            << QStringLiteral("%1 attachment failed. ");
+        QTest::newRow("longest recording")
+            << QByteArray("RecordingDefaultsViewModel") << QByteArray("%n minutes") << QStringLiteral("%1 minute");
+    }
+
+    void theCatalogueAnswersEachCountedText() {
+        QFETCH(QByteArray, context);
+        QFETCH(QByteArray, source);
+        QFETCH(QString, singular);
+        for (const int count : {0, 1, 2, 1000}) {
+            const QString plural = QString::fromUtf8(source).replace(QStringLiteral("%n"), QString::number(count));
+            QCOMPARE(QCoreApplication::translate(context.constData(), source.constData(), nullptr, count),
+                     count == 1 ? singular.arg(count) : plural);
+        }
+    }
+
+    // Each counted text of the English catalogue has its two English forms, the plural its source,
+    // so a text counted with %n is never left to say "1 tasks".
+    void everyCountedTextOfTheCatalogueHasBothForms() {
+        QFile catalogue(QStringLiteral(NORVANEBAR_ENGLISH_CATALOGUE));
+        QVERIFY(catalogue.open(QIODevice::ReadOnly));
+        QXmlStreamReader reader(&catalogue);
+        int counted = 0;
+        QString source;
+        QStringList forms;
+        bool numerus = false;
+        while (!reader.atEnd()) {
+            reader.readNext();
+            if (reader.isEndElement() && reader.name() == u"message" && numerus) {
+                QCOMPARE(forms.size(), 2);
+                QVERIFY2(!forms[0].isEmpty(), qPrintable(source));
+                QCOMPARE(forms[1], source);
+                ++counted;
+            }
+            if (!reader.isStartElement()) {
+                continue;
+            }
+            if (reader.name() == u"message") {
+                numerus = reader.attributes().value(QLatin1String("numerus")) == u"yes";
+                forms.clear();
+            } else if (reader.name() == u"source") {
+                source = reader.readElementText();
+            } else if (reader.name() == u"translation" && numerus) {
+                QVERIFY2(reader.attributes().value(QLatin1String("type")).isEmpty(), qPrintable(source));
+            } else if (reader.name() == u"numerusform") {
+                forms.append(reader.readElementText());
+            }
+        }
+        QVERIFY2(!reader.hasError(), qPrintable(reader.errorString()));
+        QCOMPARE(counted, 13);
     }
 
     void oneAndNoneSayWhatTheyDidBefore() {

@@ -194,7 +194,8 @@ int main(int argc, char** argv) {
     QTemporaryDir movies;
     qputenv("TMPDIR", movies.path().toUtf8());
 
-    DesktopScreenSources sources = desktopScreenSources();
+    // Only the capture: the scripted picker below stands in for the chooser.
+    DesktopScreenSources sources = desktopScreenSources({});
     FirstFrameWriters writers;
     PulseMicrophoneAccess microphone;
     ScriptedRecording::ContentPicker picker;

@@ -1,3 +1,4 @@
+#include "core/support/Translations.h"
 #include "desktop/shell/AppDelegate.h"
 #include "platform/linux/SingleInstance.h"
 
@@ -21,13 +22,19 @@ int main(int argc, char* argv[]) {
         return 0;
     }
 
-    PopoverWindow::configureQuick();
     QApplication app(argc, argv);
+    Translations::install(app);
     QApplication::setApplicationName(QStringLiteral("NorvaneBar"));
     QApplication::setApplicationVersion(QStringLiteral(NORVANEBAR_VERSION));
     // The installed desktop entry's id: the desktop finds the program's name and icon there.
     QApplication::setDesktopFileName(QStringLiteral("com.norvanebar.NorvaneBar"));
     QApplication::setQuitOnLastWindowClosed(false);
+    // Its windows are loaded when first shown; a program without them had better say so now.
+    if (DesktopWindowsModule::path().isEmpty()) {
+        std::fputs(qPrintable(QCoreApplication::translate("main", "NorvaneBar cannot find its windows module.\n")),
+                   stderr);
+        return 1;
+    }
 
     AppDelegate delegate;
     delegate.applicationDidFinishLaunching();

@@ -176,6 +176,21 @@ class TrayAppTest(unittest.TestCase):
         self.app.toggle()
         self.app.wait_popover(False)
 
+    def test_qt_quick_is_loaded_with_the_first_window_and_not_before(self):
+        time.sleep(1)  # a program that loaded it at start would have done so by now
+        self.assertEqual(self.quick_libraries(), [])
+        self.app.toggle()
+        self.app.wait_popover(True)
+        self.assertIn("libQt6Quick.so", self.quick_libraries())
+        self.assertIn("libnorvanebar_windows.so", self.quick_libraries())
+
+    def quick_libraries(self):
+        """The libraries of Qt Quick and of NorvaneBar's windows the running program has mapped."""
+        with open(f"/proc/{self.app.process.pid}/maps", encoding="utf-8") as maps:
+            names = {os.path.basename(line.split()[-1]) for line in maps if ".so" in line}
+        return sorted(name.split(".so")[0] + ".so"
+                      for name in names if name.startswith(("libQt6Quick", "libQt6Qml", "libnorvanebar_windows")))
+
     def test_escape_closes_the_popover(self):
         self.app.toggle()
         self.app.wait_popover(True)

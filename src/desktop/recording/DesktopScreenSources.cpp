@@ -1,7 +1,6 @@
 #include "desktop/recording/DesktopScreenSources.h"
 
 #include "core/recording/CameraOverlayCompositor.h"
-#include "desktop/recording/X11ScreenPicker.h"
 #include "platform/linux/GStreamerCameraFeed.h"
 #include "platform/linux/GStreamerScreenCapture.h"
 #include "platform/linux/ScreenCastPortal.h"
@@ -31,6 +30,9 @@ QString restoreTokenPath() {
 // use, when a person is about to record, so that starting the program asks the bus nothing.
 class DesktopContentPicker : public ScreenContentPicker {
 public:
+    explicit DesktopContentPicker(X11PickerMaker makeX11Picker)
+        : m_makeX11Picker(std::move(makeX11Picker)) {}
+
     void addObserver(ScreenContentPickerObserver* observer) override { chosen().addObserver(observer); }
     void removeObserver(ScreenContentPickerObserver* observer) override { chosen().removeObserver(observer); }
     bool isActive() const override { return chosen().isActive(); }
@@ -43,7 +45,7 @@ private:
     ScreenContentPicker& chosen() const {
         if (!m_chosen) {
             if (x11Connection() && !screenCastPortalAnswers()) {
-                m_chosen = std::make_unique<X11ScreenPicker>();
+                m_chosen = m_makeX11Picker();
             } else {
                 m_chosen = std::make_unique<ScreenCastPortal>(restoreTokenPath());
             }
@@ -51,12 +53,13 @@ private:
         return *m_chosen;
     }
 
+    X11PickerMaker m_makeX11Picker;
     mutable std::unique_ptr<ScreenContentPicker> m_chosen;
 };
 } // namespace
 
-DesktopScreenSources desktopScreenSources() {
-    return {.picker = std::make_unique<DesktopContentPicker>(),
+DesktopScreenSources desktopScreenSources(X11PickerMaker makeX11Picker) {
+    return {.picker = std::make_unique<DesktopContentPicker>(std::move(makeX11Picker)),
             .capture = std::make_unique<GStreamerScreenCapture>(
                 x11Connection() ? GStreamerScreenCapture::Screens::x11 : GStreamerScreenCapture::Screens::pipeWire)};
 }

@@ -2,15 +2,18 @@
 
 #include "core/async/StartTask.h"
 
-#include <QTimer>
 #include <cstdio>
 
 AppDelegate::AppDelegate(QObject* parent)
     : QObject(parent) {}
 
+AppDelegate::~AppDelegate() {
+    // The windows go before the state they show.
+    m_windows.close();
+}
+
 void AppDelegate::applicationDidFinishLaunching() {
-    PopoverWindow& popover = m_pages.window();
-    const auto toggleAtIcon = [this] { m_pages.window().toggle(m_statusItem.iconGeometry()); };
+    const auto toggleAtIcon = [this] { m_windows.togglePopover(m_statusItem.iconGeometry()); };
     connect(&m_instance, &SingleInstance::messageReceived, this, [this, toggleAtIcon](const InstanceMessage& message) {
         if (message.callbackURL) {
             // The browser's answer to a sign-in goes to the sign-in that waits for it.
@@ -20,7 +23,8 @@ void AppDelegate::applicationDidFinishLaunching() {
         }
     });
     connect(&m_control, &ControlService::toggleRequested, this, toggleAtIcon);
-    connect(&m_statusItem, &StatusItem::clicked, &popover, &PopoverWindow::toggle);
+    connect(&m_statusItem, &StatusItem::clicked, this,
+            [this](std::optional<QRect> anchor) { m_windows.togglePopover(anchor); });
     connect(&m_statusItem, &StatusItem::quitRequested, qApp, &QCoreApplication::quit);
     connect(&m_statusItem, &StatusItem::newTaskRequested, this, [this] {
         m_app.setActiveTab(PopoverTab::compose);
@@ -28,33 +32,21 @@ void AppDelegate::applicationDidFinishLaunching() {
     });
     connect(&m_statusItem, &StatusItem::recordScreenRequested, this, &AppDelegate::startScreenRecordingReplaceDraft);
     connect(&m_app.screenRecording(), &ScreenRecordingFlow::popoverShowRequested, this, &AppDelegate::showPopover);
-    connect(&m_app.screenRecording(), &ScreenRecordingFlow::popoverCloseRequested, &popover, &QWindow::hide);
-    m_recordingWindows.follow(m_app.recordingCoordinator());
+    connect(&m_app.screenRecording(), &ScreenRecordingFlow::popoverCloseRequested, this,
+            [this] { m_windows.hidePopover(); });
     connect(&m_statusItem, &StatusItem::openURLRequested, this,
             [this](const QUrl& url) { m_linkActions.openURL(url); });
-    connect(&m_statusItem, &StatusItem::settingsRequested, &m_settingsWindow, &SettingsWindow::showSettings);
-    connect(&m_app, &AppState::settingsRequested, &m_settingsWindow, [this](std::optional<SettingsTab> tab) {
-        if (tab) {
-            m_settingsWindow.showTab(*tab);
-        } else {
-            m_settingsWindow.showSettings();
-        }
-    });
+    connect(&m_statusItem, &StatusItem::settingsRequested, this, [this] { m_windows.showSettings(std::nullopt); });
+    connect(&m_app, &AppState::settingsRequested, this,
+            [this](std::optional<SettingsTab> tab) { m_windows.showSettings(tab); });
     const auto showBookmarks = [this] { m_statusItem.setBookmarks(m_app.settings().settings().bookmarks); };
     connect(&m_app.settings(), &SettingsStore::settingsChanged, this, showBookmarks);
     showBookmarks();
     // The popover goes before the tray menu opens. Hidden after it, while the menu holds the
     // keyboard grab, it takes the X input focus away with it; Qt then finds no window of the app
     // active and closes every popup, the menu among them.
-    connect(&m_statusItem, &StatusItem::menuAboutToShow, &popover, &QWindow::hide);
-    connect(&popover, &PopoverWindow::menuRequested, &m_statusItem, &StatusItem::showMenu);
-    connect(&popover, &PopoverWindow::presentedChanged, &m_control, &ControlService::setPopoverVisible);
-    connect(&popover, &PopoverWindow::presentedChanged, this, [this](bool presented) {
-        if (presented) {
-            m_app.dueCount().startRefresh();
-        }
-    });
-    connect(&m_trayHost, &TrayHostWatcher::hostFound, this, &AppDelegate::trayHostFound);
+    connect(&m_statusItem, &StatusItem::menuAboutToShow, this, [this] { m_windows.hidePopover(); });
+    connect(&m_trayHost, &TrayHostWatcher::hostFound, &m_statusItem, &StatusItem::create);
     connect(&m_trayHost, &TrayHostWatcher::noHostFound, this, &AppDelegate::noTrayHostFound);
 
     m_statusItem.follow(m_app.badge());
@@ -72,9 +64,8 @@ void AppDelegate::applicationDidFinishLaunching() {
 void AppDelegate::registerHotKeys() {
     const AppSettings& settings = m_app.settings().settings();
     m_hotKeys.registerHotKey(HotKeyManager::composeSlot, settings.hotKeyPreset, [this] {
-        PopoverWindow& popover = m_pages.window();
-        if (popover.isVisible()) {
-            popover.hide();
+        if (m_windows.isPopoverVisible()) {
+            m_windows.hidePopover();
         } else {
             showPopover();
         }
@@ -96,7 +87,7 @@ void AppDelegate::startScreenRecordingReplaceDraft() {
 }
 
 void AppDelegate::startScreenshotCapture() {
-    m_pages.window().hide();
+    m_windows.hidePopover();
     startTask(this, m_app.startScreenshotCapture(), [this](bool show) {
         if (show) {
             showPopover();
@@ -105,7 +96,14 @@ void AppDelegate::startScreenshotCapture() {
 }
 
 void AppDelegate::showPopover() {
-    m_pages.window().showPopover(m_statusItem.iconGeometry());
+    m_windows.showPopover(m_statusItem.iconGeometry());
+}
+
+void AppDelegate::popoverPresented(bool presented) {
+    m_control.setPopoverVisible(presented);
+    if (presented) {
+        m_app.dueCount().startRefresh();
+    }
 }
 
 QCoro::Task<> AppDelegate::launch() {
@@ -115,17 +113,10 @@ QCoro::Task<> AppDelegate::launch() {
     co_await std::move(counting);
 }
 
-void AppDelegate::trayHostFound() {
-    m_statusItem.create();
-    // The popover's content loads right after the icon is up, never before it.
-    QTimer::singleShot(0, &m_pages.window(), &PopoverWindow::prepare);
-}
-
 void AppDelegate::noTrayHostFound() {
     const QString message =
         tr("NorvaneBar: this desktop shows no tray icons (no StatusNotifierItem host or XEmbed tray is running).\n"
            "NorvaneBar keeps running: launch it again, or call TogglePopover on com.norvanebar.NorvaneBar over "
            "D-Bus, to open it.\n");
     std::fputs(message.toLocal8Bit().constData(), stderr);
-    m_pages.window().prepare();
 }

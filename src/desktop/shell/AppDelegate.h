@@ -3,10 +3,8 @@
 #include "core/app/AppState.h"
 #include "core/shell/HotKeyManager.h"
 #include "desktop/recording/DesktopScreenSources.h"
-#include "desktop/recording/RecordingWindows.h"
-#include "desktop/settings/SettingsWindow.h"
 #include "desktop/shell/ColorSchemePalette.h"
-#include "desktop/shell/PopoverPages.h"
+#include "desktop/shell/DesktopWindowsModule.h"
 #include "desktop/shell/StatusItem.h"
 #include "platform/linux/AutostartEntry.h"
 #include "platform/linux/ControlService.h"
@@ -23,18 +21,18 @@
 #include "platform/linux/TimerFdAlarm.h"
 #include "platform/linux/TrayHostWatcher.h"
 
-#include <QGuiApplication>
 #include <QObject>
 
 // Builds NorvaneBar's presence on the desktop: the tray icon once a tray host is known, the
-// popover and its pages, the ways to reach it without the icon (a second launch, the D-Bus
-// interface), the settings window, the answers to its notifications and the palette of the desktop's
-// colour scheme; then starts the central state.
+// popover, the ways to reach it without the icon (a second launch, the D-Bus interface), the
+// settings window, the answers to its notifications and the palette of the desktop's colour scheme;
+// then starts the central state. The windows come with their module, at the first that is needed.
 class AppDelegate : public QObject {
     Q_OBJECT
 
 public:
     explicit AppDelegate(QObject* parent = nullptr);
+    ~AppDelegate() override;
 
     void applicationDidFinishLaunching();
     // Closes the popover, so that it is not in the picture, and lets the user take a screenshot of
@@ -48,8 +46,9 @@ public:
     void showPopover();
 
 private:
-    void trayHostFound();
     void noTrayHostFound();
+    // The popover's first frame after showing is on screen, or it hid.
+    void popoverPresented(bool presented);
     // The shortcuts of the settings: compose toggles the popover, the others start a screenshot or
     // a screen recording.
     void registerHotKeys();
@@ -63,10 +62,15 @@ private:
     DesktopLinkActions m_linkActions;
     DesktopRegionCaptureTool m_regionCapture;
     SchemeHandlerEntry m_callbackScheme;
-    DesktopScreenSources m_screenSources = desktopScreenSources();
+    // Before the state, which is given its recording panels; it lets the windows go first.
+    DesktopWindowsModule m_windows{{.app = m_app,
+                                    .loginItem = m_loginItem,
+                                    .hotKeys = m_hotKeys,
+                                    .popoverPresented = [this](bool presented) { popoverPresented(presented); },
+                                    .menuRequested = [this](QPoint at) { m_statusItem.showMenu(at); }}};
+    DesktopScreenSources m_screenSources = desktopScreenSources([this] { return m_windows.makeScreenPicker(); });
     GStreamerMovieWriterFactory m_movieWriters;
     PulseMicrophoneAccess m_microphone;
-    RecordingWindows m_recordingWindows;
     AppState m_app{AppEnvironment{.secrets = &m_secrets,
                                   .notificationCenter = &m_notificationCenter,
                                   .linkActions = &m_linkActions,
@@ -77,7 +81,7 @@ private:
                                                       .microphone = &m_microphone,
                                                       .makeFacecam = desktopFacecam,
                                                       .picker = m_screenSources.picker.get(),
-                                                      .panels = &m_recordingWindows},
+                                                      .panels = &m_windows.recordingPanels()},
                                   .callbackScheme = &m_callbackScheme}};
     SingleInstance m_instance;
     ControlService m_control;
@@ -85,9 +89,7 @@ private:
     StatusItem m_statusItem;
     PortalColorScheme m_colorScheme;
     ColorSchemePalette m_palette{m_colorScheme};
-    PopoverPages m_pages{m_app, *QGuiApplication::clipboard()};
     AutostartEntry m_loginItem;
     std::unique_ptr<GlobalShortcutService> m_shortcuts = desktopGlobalShortcuts();
     HotKeyManager m_hotKeys{*m_shortcuts};
-    SettingsWindow m_settingsWindow{m_app, m_loginItem, m_hotKeys};
 };

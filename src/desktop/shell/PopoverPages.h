@@ -28,6 +28,7 @@ public:
     Q_DISABLE_COPY_MOVE(PopoverPages)
 
     PopoverWindow& window() { return m_window; }
+    const PopoverWindow& window() const { return m_window; }
     AuthViewModel& auth() { return m_auth; }
     OnboardingModel& onboarding() { return m_onboarding; }
     AccountsViewModel& accounts() { return m_accounts; }

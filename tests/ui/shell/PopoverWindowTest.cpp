@@ -10,6 +10,8 @@
 #include <QSignalSpy>
 #include <QTest>
 
+using namespace std::chrono_literals;
+
 class PopoverWindowTest : public QObject {
     Q_OBJECT
 
@@ -25,11 +27,52 @@ private slots:
         QVERIFY(!popover.rootObject());
         popover.prepare();
         QVERIFY(popover.rootObject());
-        QCOMPARE(popover.status(), QQuickView::Ready);
         QQuickItem* page = popover.rootObject();
         popover.prepare();
         QCOMPARE(popover.rootObject(), page);
         QVERIFY(popover.width() > 0 && popover.height() > 0);
+    }
+
+    void buildsItsPageWhenFirstShownAndNotBefore() {
+        PopoverWindow& popover = m_fixture->popover;
+        QVERIFY(!popover.rootObject());
+        popover.showPopover();
+        QVERIFY(QTest::qWaitForWindowExposed(&popover));
+        QVERIFY(popover.rootObject());
+        QVERIFY(QuickItems::visualChild(popover.rootObject(), QStringLiteral("connectButton")));
+    }
+
+    void hiddenForItsDelayItLetsItsPageGoAndBuildsItAnewWhenShown() {
+        PopoverWindow& popover = m_fixture->popover;
+        // Long enough for the hidden window's loss of the focus to arrive before it shows again.
+        popover.setReleaseDelay(500ms);
+        popover.showPopover();
+        QVERIFY(QTest::qWaitForWindowExposed(&popover));
+        popover.hide();
+        QTRY_VERIFY(!popover.rootObject());
+        popover.showPopover();
+        QVERIFY(QTest::qWaitForWindowExposed(&popover));
+        QVERIFY(QuickItems::visualChild(popover.rootObject(), QStringLiteral("connectButton")));
+        QVERIFY(popover.width() > 0 && popover.height() > 0);
+    }
+
+    void keepsItsPageWhileShownAndCountsItsDelayFromTheLastHiding() {
+        PopoverWindow& popover = m_fixture->popover;
+        popover.setReleaseDelay(1000ms);
+        popover.showPopover();
+        QVERIFY(QTest::qWaitForWindowExposed(&popover));
+        QQuickItem* page = popover.rootObject();
+        QTest::qWait(1200);
+        QCOMPARE(popover.rootObject(), page);
+        popover.hide();
+        QTest::qWait(600);
+        popover.showPopover();
+        QVERIFY(QTest::qWaitForWindowExposed(&popover));
+        popover.hide();
+        // Past the delay of the first hiding, within the second's.
+        QTest::qWait(600);
+        QCOMPARE(popover.rootObject(), page);
+        QTRY_VERIFY(!popover.rootObject());
     }
 
     void isAFramelessToolWindowOnTop() {

@@ -52,6 +52,7 @@ class TranslatableTextsTest : public QObject {
 
     // A page of the module made in the popover's engine with these required properties.
     std::unique_ptr<QQuickItem> page(const QString& file, const QVariantMap& properties) {
+        m_fixture->popover.prepare();
         QQmlComponent component(m_fixture->popover.engine(), QUrl(QStringLiteral("qrc:/qt/qml/NorvaneBar/") + file));
         std::unique_ptr<QObject> object(component.createWithInitialProperties(properties));
         if (!object) {

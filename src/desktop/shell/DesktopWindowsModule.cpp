@@ -1,0 +1,122 @@
+#include "desktop/shell/DesktopWindowsModule.h"
+
+#include "core/platform/ScreenContentPicker.h"
+
+#include <QCoreApplication>
+#include <QDir>
+#include <QFileInfo>
+#include <cstdio>
+#include <cstdlib>
+
+namespace {
+const auto fileName = QStringLiteral("libnorvanebar_windows.so");
+// The module's folder relative to the program's once installed; in the build tree it is beside it.
+const auto installedFolder = QStringLiteral(NORVANEBAR_WINDOWS_MODULE_DIR);
+} // namespace
+
+DesktopWindowsModule::DesktopWindowsModule(Context context)
+    : m_context(std::move(context)) {}
+
+DesktopWindowsModule::~DesktopWindowsModule() {
+    close();
+}
+
+QString DesktopWindowsModule::path() {
+    const QDir programFolder(QCoreApplication::applicationDirPath());
+    for (const QString& folder : {installedFolder, QStringLiteral(".")}) {
+        const QFileInfo module(programFolder.filePath(folder + u'/' + fileName));
+        if (module.isFile()) {
+            return module.canonicalFilePath();
+        }
+    }
+    return {};
+}
+
+void DesktopWindowsModule::close() {
+    m_windows.reset();
+}
+
+DesktopWindows& DesktopWindowsModule::windows() {
+    if (m_windows) {
+        return *m_windows;
+    }
+    m_library.setFileName(path());
+    const auto make = reinterpret_cast<MakeDesktopWindows>(m_library.resolve("norvanebarMakeDesktopWindows"));
+    if (!make) {
+        const QString message =
+            QCoreApplication::translate("DesktopWindowsModule", "NorvaneBar cannot show its windows: %1\n")
+                .arg(m_library.errorString());
+        std::fputs(message.toLocal8Bit().constData(), stderr);
+        std::exit(EXIT_FAILURE);
+    }
+    m_windows.reset(make(m_context));
+    return *m_windows;
+}
+
+void DesktopWindowsModule::togglePopover(std::optional<QRect> anchor) {
+    windows().togglePopover(anchor);
+}
+
+void DesktopWindowsModule::showPopover(std::optional<QRect> anchor) {
+    windows().showPopover(anchor);
+}
+
+void DesktopWindowsModule::hidePopover() {
+    if (m_windows) {
+        m_windows->hidePopover();
+    }
+}
+
+bool DesktopWindowsModule::isPopoverVisible() const {
+    return m_windows && m_windows->isPopoverVisible();
+}
+
+void DesktopWindowsModule::showSettings(std::optional<SettingsTab> tab) {
+    windows().showSettings(tab);
+}
+
+std::unique_ptr<ScreenContentPicker> DesktopWindowsModule::makeScreenPicker() {
+    return windows().makeScreenPicker();
+}
+
+void DesktopWindowsModule::LoadingPanels::showCountdown(RecordingCountdown& countdown) {
+    shown().showCountdown(countdown);
+}
+
+void DesktopWindowsModule::LoadingPanels::closeCountdown() {
+    if (RecordingPanels* panels = loaded()) {
+        panels->closeCountdown();
+    }
+}
+
+void DesktopWindowsModule::LoadingPanels::showControls() {
+    shown().showControls();
+}
+
+void DesktopWindowsModule::LoadingPanels::hideControls() {
+    if (RecordingPanels* panels = loaded()) {
+        panels->hideControls();
+    }
+}
+
+void DesktopWindowsModule::LoadingPanels::showFacecamPreview(FacecamOverlay& facecam, const FacecamStyle& style) {
+    shown().showFacecamPreview(facecam, style);
+}
+
+void DesktopWindowsModule::LoadingPanels::dismissFacecamPreview() {
+    if (RecordingPanels* panels = loaded()) {
+        panels->dismissFacecamPreview();
+    }
+}
+
+void DesktopWindowsModule::LoadingPanels::showReview(const PendingRecordingPreview& preview,
+                                                     std::function<void()> onAttach, std::function<void()> onReRecord,
+                                                     std::function<void()> onDiscard) {
+    shown().showReview(preview, std::move(onAttach), std::move(onReRecord), std::move(onDiscard));
+}
+
+void DesktopWindowsModule::LoadingPanels::dismissReview() {
+    if (RecordingPanels* panels = loaded()) {
+        panels->dismissReview();
+    }
+}

@@ -33,7 +33,7 @@ class ScreenRecordingTest(RecordingAppTest):
         self.focused("Attach to task")  # the default button
         keys("Return")
         self.app.wait_popover(True)
-        self.shown("1 attachments", timeout=20)
+        self.shown("1 attachment", timeout=20)
         name = self.shown("Task name")
         pump_until(lambda: name.get_text(0, -1) == WALKTHROUGH["taskName"], what="the template's task name")
         created = self.create_the_task("the new menu")
@@ -49,7 +49,7 @@ class ScreenRecordingTest(RecordingAppTest):
         self.record_until_review(self.choose_the_screen_by_keyboard, pause=True)
         press(self.ui(), "Attach to task")
         self.app.wait_popover(True)
-        self.shown("1 attachments", timeout=20)
+        self.shown("1 attachment", timeout=20)
         pump_until(lambda: self.shown("Task name").get_text(0, -1) == "Half written", what="the name kept")
 
 

@@ -51,7 +51,7 @@ class ScreenRecordingPortalTest(RecordingAppTest):
         self.record_until_review()
         press(self.ui(), "Attach to task")
         self.app.wait_popover(True)
-        self.shown("1 attachments", timeout=20)
+        self.shown("1 attachment", timeout=20)
         self.create_the_task("through the portal")
         report = self.uploaded_movie()
         # The fake screen's size, not the X server's.

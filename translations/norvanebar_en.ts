@@ -569,6 +569,14 @@ NorvaneBar keeps running: launch it again, or call TogglePopover on com.norvaneb
     </message>
 </context>
 <context>
+    <name>DesktopWindowsModule</name>
+    <message>
+        <source>NorvaneBar cannot show its windows: %1
+</source>
+        <translation type="unfinished"></translation>
+    </message>
+</context>
+<context>
     <name>DirectUploadReply</name>
     <message>
         <source>The file to send ended before its length</source>
@@ -2391,6 +2399,14 @@ NorvaneBar keeps running: launch it again, or call TogglePopover on com.norvaneb
     </message>
     <message>
         <source>Choose What to Record</source>
+        <translation type="unfinished"></translation>
+    </message>
+</context>
+<context>
+    <name>main</name>
+    <message>
+        <source>NorvaneBar cannot find its windows module.
+</source>
         <translation type="unfinished"></translation>
     </message>
 </context>

@@ -36,6 +36,8 @@ attachments. It can also record the screen, with the microphone and the
 camera, into a task, and lists the tasks due today.")
 
 set(norvanebar_runtime_depends
+    # libcrypto, which the program loads for the digests of an R2 upload
+    libssl3
     # Qt's X11 and Wayland platform plugins, and the SVG plugins that draw the symbols
     qt6-qpa-plugins
     libqt6svg6

@@ -75,7 +75,7 @@ QCoro::Task<bool> FreedesktopNotificationCenter::post(NotificationRequest reques
     }
     QDBusMessage message = call(QStringLiteral("Notify"));
     const QVariantMap hints{
-        {QStringLiteral("desktop-entry"), QStringLiteral("norvanebar")},
+        {QStringLiteral("desktop-entry"), QStringLiteral("com.norvanebar.NorvaneBar")},
         {QStringLiteral("sound-name"), QStringLiteral("message-new-instant")},
     };
     message << QStringLiteral("NorvaneBar") << uint{0} << QString() << request.title << request.body

@@ -11,7 +11,7 @@
 // session bus. No server on the bus counts as no leave to notify; one that comes onto the bus later
 // is told as serverAppeared. Each notification carries its
 // category's buttons and a "default" action for a click, where the server shows actions; the
-// desktop entry "norvanebar" and the sound "message-new-instant" as hints. Calls never wait on the
+// desktop entry "com.norvanebar.NorvaneBar" and the sound "message-new-instant" as hints. Calls never wait on the
 // GUI thread, and a server that doesn't answer counts as none after a few seconds.
 class FreedesktopNotificationCenter : public NotificationCenter {
     Q_OBJECT

@@ -104,7 +104,7 @@ private slots:
         desktop.scheduler.notifyBulkCreateFailed(bulkFailed, jobID, record);
         QTRY_COMPARE_WITH_TIMEOUT(delivered, QList<Delivery>(5, Delivery::delivered), 5000);
 
-        const QJsonObject hints{{"desktop-entry", "norvanebar"}, {"sound-name", "message-new-instant"}};
+        const QJsonObject hints{{"desktop-entry", "com.norvanebar.NorvaneBar"}, {"sound-name", "message-new-instant"}};
         const QJsonObject taskCreated = awaitNotification(name, QStringLiteral("summary"));
         QCOMPARE(taskCreated.value("body").toString(), QStringLiteral("Task created"));
         QCOMPARE(taskCreated.value("app_name").toString(), QStringLiteral("NorvaneBar"));

@@ -11,7 +11,6 @@ import argparse
 import json
 import os
 import statistics
-import subprocess
 import sys
 import tempfile
 import time
@@ -19,7 +18,8 @@ import urllib.request
 
 sys.path.insert(0, os.path.join(os.path.dirname(__file__), "..", "tests", "harness"))
 from demo_sandbox import Sandbox, write_profile  # noqa: E402
-from tray_bench import Subject, ratio, summary  # noqa: E402
+from norvanebar_app import wait_until  # noqa: E402
+from tray_bench import Subject, ratio, sign_in, summary  # noqa: E402
 
 NORTHWIND = "9015000001"
 INBOX = "901500001001"  # a field of each type the composer edits
@@ -46,15 +46,6 @@ def thirty_fields(sandbox):
 def requested(sandbox, path):
     with urllib.request.urlopen(f"{sandbox.web}/_sandbox/requests", timeout=10) as answer:
         return any(r["path"] == path for r in json.load(answer)["requests"])
-
-
-def wait_until(condition, timeout, what):
-    deadline = time.monotonic() + timeout
-    while time.monotonic() < deadline:
-        if condition():
-            return
-        time.sleep(0.05)
-    raise TimeoutError(what)
 
 
 def measure_shown(subject, results, warm_toggles):
@@ -84,16 +75,9 @@ def composer_shown(binary, sandbox_binary, runs, warm_toggles=10):
                 write_profile(home, sandbox, lastLocation={"workspaceID": NORTHWIND, "listID": INBOX,
                                                            "listName": "Inbox", "pathDescription": "Product"})
                 app = Subject("NorvaneBar", binary, "com.norvanebar.NorvaneBar")
-                app.start()
-                time.sleep(1.0)
-                app.toggle_until(True)
-                subprocess.run(["xdotool", "type", "--delay", "5", sandbox.tokens[0][0]], check=True)
-                subprocess.run(["xdotool", "key", "Return"], check=True)
-                wait_until(lambda: json.load(open(settings, encoding="utf-8")).get("activeAccountID"), 20,
-                           "the sign-in")
+                sign_in(app, sandbox, settings)
                 wait_until(lambda: requested(sandbox, f"/api/v2/list/{INBOX}/field"), 20, "the list's fields")
                 time.sleep(1.0)  # the chips of the answer are laid out
-                app.toggle_until(False)
                 app.toggle_until(True)  # the first opening after the sign-in draws the composer anew
                 app.toggle_until(False)
                 measure_shown(app, results, warm_toggles)

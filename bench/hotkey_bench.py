@@ -28,7 +28,7 @@ sys.path.insert(0, os.path.join(os.path.dirname(__file__), "..", "tests", "harne
 from composer_bench import INBOX, NORTHWIND  # noqa: E402
 from demo_sandbox import Sandbox, write_profile  # noqa: E402
 from norvanebar_app import wait_until  # noqa: E402
-from tray_bench import BUS, Subject, measure_idle, measure_start_and_toggles, ratio, summary  # noqa: E402
+from tray_bench import BUS, Subject, measure_idle, measure_start_and_toggles, ratio, sign_in, summary  # noqa: E402
 
 HARNESS = os.path.join(os.path.dirname(os.path.abspath(__file__)), "..", "tests", "harness")
 COMPOSE_KEYS = ("Alt_L", "Shift_L", "space")
@@ -176,16 +176,6 @@ def staged_shots(folder):
     capture files."""
     return {name for name in os.listdir(folder)
             if name.startswith("norvanebar-") and name.endswith(".png") and not name.startswith("norvanebar-shot-")}
-
-
-def sign_in(subject, sandbox, settings):
-    subject.start()
-    time.sleep(1.0)
-    subject.toggle_until(True)
-    subprocess.run(["xdotool", "type", "--delay", "5", sandbox.tokens[0][0]], check=True)
-    subprocess.run(["xdotool", "key", "Return"], check=True)
-    wait_until(lambda: json.load(open(settings, encoding="utf-8")).get("activeAccountID"), 20, "the sign-in")
-    subject.toggle_until(False)
 
 
 def screenshots(binary, sandbox_binary, keyboard, shots):

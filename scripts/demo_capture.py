@@ -40,7 +40,7 @@ def capture_road(app, out, prefix):
     subprocess.run([sys.executable, os.path.join(HARNESS, "region_drag.py"), "150", "470", "520", "530"], check=True)
     app.wait_popover(True)
     note.terminate()  # only once the picture is taken
-    shown(ui, "1 attachments")
+    shown(ui, "1 attachment")
     task_name = pump_until(lambda: find(ui, None, "Task name"), what="the task name field")
     pump_until(lambda: task_name.get_text(0, -1) == SCREENSHOT_TEMPLATE["taskName"], what="the template's task name")
     screenshot(out, f"{prefix}2-region-screenshot-attached-with-its-template.png")

@@ -53,7 +53,7 @@ def recording_road(out, prefix):
     shown(ui, "Attach to task", timeout=20)
     screenshot(out, f"{prefix}R5-recording-review.png")
     press(ui, "Attach to task")
-    shown(ui, "1 attachments", timeout=20)
+    shown(ui, "1 attachment", timeout=20)
     screenshot(out, f"{prefix}R6-recording-attached-with-its-template.png")
     focus(ui, "Task name")
     keys("End")

@@ -132,7 +132,7 @@ def task_with_one_file(ui, app, out, sandbox, provider, number):
     app.wait_popover(True)
     focus(ui, "Task name")
     paste("text/uri-list", one_file(out, provider))
-    shown(ui, "1 attachments")
+    shown(ui, "1 attachment")
     submit(f"Review the mockup stored with {provider}")
     shown(ui, "Task created", timeout=60)
     screenshot(out, f"A{number}-task-created-with-{slug(provider)}.png")

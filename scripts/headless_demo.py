@@ -165,7 +165,7 @@ def dark_road(sandbox, out, portal):
     screenshot(out, "18-dark-composer.png")
     # The big movie would be copied and sent whole: only the notes go with the task.
     press(ui, "Remove product-demo.mov")
-    shown(ui, "1 attachments")
+    shown(ui, "1 attachment")
 
     sandbox.add_fault(dict(CREATE, delayMs=2500))
     submit()

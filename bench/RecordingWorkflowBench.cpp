@@ -15,11 +15,10 @@
 //
 //   recording-workflow-bench [SECONDS]
 #include "core/shell/ScreenRecordingServices.h"
-#include "desktop/recording/DesktopScreenSources.h"
+#include "desktop/recording/RecordingDevices.h"
 #include "desktop/recording/RecordingWindows.h"
 #include "desktop/shell/PopoverWindow.h"
 #include "platform/linux/GStreamerMovieWriterFactory.h"
-#include "platform/linux/PulseMicrophoneAccess.h"
 #include "support/ScriptedRecordingWorkflow.h"
 
 #include <QDeadlineTimer>
@@ -194,16 +193,14 @@ int main(int argc, char** argv) {
     QTemporaryDir movies;
     qputenv("TMPDIR", movies.path().toUtf8());
 
-    // Only the capture: the scripted picker below stands in for the chooser.
-    DesktopScreenSources sources = desktopScreenSources({});
+    RecordingDevices devices;
     FirstFrameWriters writers;
-    PulseMicrophoneAccess microphone;
     ScriptedRecording::ContentPicker picker;
     RecordingWindows windows;
-    ScreenRecordingCoordinator coordinator(screenRecordingServices({.capture = sources.capture.get(),
+    ScreenRecordingCoordinator coordinator(screenRecordingServices({.capture = &devices.capture,
                                                                     .writers = &writers,
-                                                                    .microphone = &microphone,
-                                                                    .makeFacecam = desktopFacecam,
+                                                                    .microphone = &devices.microphone,
+                                                                    .makeFacecam = RecordingDevices::makeFacecam,
                                                                     .picker = &picker,
                                                                     .panels = &windows},
                                                                    Sleepers::real()));

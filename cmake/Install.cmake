@@ -23,14 +23,14 @@ else()
 endif()
 file(RELATIVE_PATH norvanebar_bin_to_libs /${CMAKE_INSTALL_BINDIR} /${norvanebar_private_libdir})
 set_target_properties(norvanebar PROPERTIES INSTALL_RPATH "$ORIGIN/${norvanebar_bin_to_libs}")
-set_target_properties(norvanebar_platform PROPERTIES INSTALL_RPATH "$ORIGIN")
+set_target_properties(norvanebar_platform norvanebar_media PROPERTIES INSTALL_RPATH "$ORIGIN")
 set_target_properties(norvanebar_core PROPERTIES INSTALL_RPATH "")
 # The windows module sits beside the two libraries; the program looks for it there.
 set_target_properties(norvanebar_windows PROPERTIES INSTALL_RPATH "$ORIGIN")
 target_compile_definitions(norvanebar_shell PRIVATE NORVANEBAR_WINDOWS_MODULE_DIR="${norvanebar_bin_to_libs}")
 install(TARGETS norvanebar_windows LIBRARY DESTINATION ${norvanebar_private_libdir} COMPONENT norvanebar)
 install(TARGETS norvanebar RUNTIME DESTINATION ${CMAKE_INSTALL_BINDIR} COMPONENT norvanebar)
-install(TARGETS norvanebar_core norvanebar_platform
+install(TARGETS norvanebar_core norvanebar_platform norvanebar_media
     LIBRARY DESTINATION ${norvanebar_private_libdir} COMPONENT norvanebar NAMELINK_SKIP)
 install(FILES ${norvanebar_data}/${NORVANEBAR_APP_ID}.desktop
     DESTINATION ${CMAKE_INSTALL_DATADIR}/applications COMPONENT norvanebar)

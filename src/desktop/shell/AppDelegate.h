@@ -2,7 +2,7 @@
 
 #include "core/app/AppState.h"
 #include "core/shell/HotKeyManager.h"
-#include "desktop/recording/DesktopScreenSources.h"
+#include "desktop/recording/DesktopContentPicker.h"
 #include "desktop/shell/ColorSchemePalette.h"
 #include "desktop/shell/DesktopWindowsModule.h"
 #include "desktop/shell/StatusItem.h"
@@ -12,9 +12,7 @@
 #include "platform/linux/DesktopLinkActions.h"
 #include "platform/linux/DesktopRegionCaptureTool.h"
 #include "platform/linux/FreedesktopNotificationCenter.h"
-#include "platform/linux/GStreamerMovieWriterFactory.h"
 #include "platform/linux/PortalColorScheme.h"
-#include "platform/linux/PulseMicrophoneAccess.h"
 #include "platform/linux/SchemeHandlerEntry.h"
 #include "platform/linux/SecretServiceStore.h"
 #include "platform/linux/SingleInstance.h"
@@ -62,27 +60,27 @@ private:
     DesktopLinkActions m_linkActions;
     DesktopRegionCaptureTool m_regionCapture;
     SchemeHandlerEntry m_callbackScheme;
-    // Before the state, which is given its recording panels; it lets the windows go first.
+    // Before the state, which is given the recording's panels and devices; it lets them go first.
     DesktopWindowsModule m_windows{{.app = m_app,
                                     .loginItem = m_loginItem,
                                     .hotKeys = m_hotKeys,
                                     .popoverPresented = [this](bool presented) { popoverPresented(presented); },
                                     .menuRequested = [this](QPoint at) { m_statusItem.showMenu(at); }}};
-    DesktopScreenSources m_screenSources = desktopScreenSources([this] { return m_windows.makeScreenPicker(); });
-    GStreamerMovieWriterFactory m_movieWriters;
-    PulseMicrophoneAccess m_microphone;
-    AppState m_app{AppEnvironment{.secrets = &m_secrets,
-                                  .notificationCenter = &m_notificationCenter,
-                                  .linkActions = &m_linkActions,
-                                  .wallClockAlarms = [] { return std::make_unique<TimerFdAlarm>(); },
-                                  .regionCaptureTool = &m_regionCapture,
-                                  .screenRecording = {.capture = m_screenSources.capture.get(),
-                                                      .writers = &m_movieWriters,
-                                                      .microphone = &m_microphone,
-                                                      .makeFacecam = desktopFacecam,
-                                                      .picker = m_screenSources.picker.get(),
-                                                      .panels = &m_windows.recordingPanels()},
-                                  .callbackScheme = &m_callbackScheme}};
+    std::unique_ptr<ScreenContentPicker> m_screenPicker =
+        desktopContentPicker([this] { return m_windows.makeScreenPicker(); });
+    AppState m_app{AppEnvironment{
+        .secrets = &m_secrets,
+        .notificationCenter = &m_notificationCenter,
+        .linkActions = &m_linkActions,
+        .wallClockAlarms = [] { return std::make_unique<TimerFdAlarm>(); },
+        .regionCaptureTool = &m_regionCapture,
+        .screenRecording = {.capture = &m_windows.screenCapture(),
+                            .writers = &m_windows.movieWriters(),
+                            .microphone = &m_windows.microphone(),
+                            .makeFacecam = [this](const FacecamStyle& style) { return m_windows.makeFacecam(style); },
+                            .picker = m_screenPicker.get(),
+                            .panels = &m_windows.recordingPanels()},
+        .callbackScheme = &m_callbackScheme}};
     SingleInstance m_instance;
     ControlService m_control;
     TrayHostWatcher m_trayHost;

@@ -9,14 +9,20 @@
 #include <optional>
 
 class AppState;
+class FacecamOverlay;
 class HotKeyManager;
 class LoginItem;
+class MicrophoneAccess;
+class MovieWriterFactory;
 class RecordingPanels;
+class ScreenCaptureService;
 class ScreenContentPicker;
+struct FacecamStyle;
 
 // NorvaneBar's windows drawn with Qt Quick: the popover, the settings, the recording's panels and
-// the X11 screen picker. They live in a module of their own, which the program loads when one of
-// them is first needed, so that the tray icon alone never maps Qt Quick and its QML engine.
+// the X11 screen picker; and the devices a recording takes through GStreamer and the sound server.
+// They live in a module of their own, which the program loads when one of them is first needed, so
+// that the tray icon alone maps neither Qt Quick with its QML engine nor GStreamer.
 class DesktopWindows {
 public:
     // What the windows need of the program, and whom they tell.
@@ -44,6 +50,13 @@ public:
     virtual RecordingPanels& recordingPanels() = 0;
     // Our own chooser of what to record, for X11 desktops without the ScreenCast portal.
     virtual std::unique_ptr<ScreenContentPicker> makeScreenPicker() = 0;
+
+    // The devices of a recording: the capture of the screen, the movie writers, the microphone and
+    // the camera behind the overlay.
+    virtual ScreenCaptureService& screenCapture() = 0;
+    virtual MovieWriterFactory& movieWriters() = 0;
+    virtual MicrophoneAccess& microphone() = 0;
+    virtual std::unique_ptr<FacecamOverlay> makeFacecam(const FacecamStyle& style) = 0;
 };
 
 // The module's entry point, by this name: the windows, built for `context`.

@@ -1,6 +1,7 @@
 #include "desktop/shell/DesktopWindowsModule.h"
 
 #include "core/platform/ScreenContentPicker.h"
+#include "core/recording/FacecamOverlay.h"
 
 #include <QCoreApplication>
 #include <QDir>
@@ -77,6 +78,37 @@ void DesktopWindowsModule::showSettings(std::optional<SettingsTab> tab) {
 
 std::unique_ptr<ScreenContentPicker> DesktopWindowsModule::makeScreenPicker() {
     return windows().makeScreenPicker();
+}
+
+std::unique_ptr<FacecamOverlay> DesktopWindowsModule::makeFacecam(const FacecamStyle& style) {
+    return windows().makeFacecam(style);
+}
+
+QCoro::Task<> DesktopWindowsModule::LoadingCapture::checkAccess() {
+    return m_module.windows().screenCapture().checkAccess();
+}
+
+std::unique_ptr<CaptureStream>
+DesktopWindowsModule::LoadingCapture::makeStream(const CaptureTarget& target,
+                                                 const CaptureConfiguration& configuration) {
+    return m_module.windows().screenCapture().makeStream(target, configuration);
+}
+
+void DesktopWindowsModule::LoadingCapture::prepareStream(const CaptureTarget& target,
+                                                         const CaptureConfiguration& configuration) {
+    m_module.windows().screenCapture().prepareStream(target, configuration);
+}
+
+std::unique_ptr<MovieWriter> DesktopWindowsModule::LoadingWriters::makeWriter(const QString& path) {
+    return m_module.windows().movieWriters().makeWriter(path);
+}
+
+QCoro::Task<MicrophoneAccess::Status> DesktopWindowsModule::LoadingMicrophone::authorizationStatus() {
+    return m_module.windows().microphone().authorizationStatus();
+}
+
+QCoro::Task<bool> DesktopWindowsModule::LoadingMicrophone::requestAccess() {
+    return m_module.windows().microphone().requestAccess();
 }
 
 void DesktopWindowsModule::LoadingPanels::showCountdown(RecordingCountdown& countdown) {

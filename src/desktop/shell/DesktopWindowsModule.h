@@ -1,14 +1,17 @@
 #pragma once
 
+#include "core/platform/CaptureStream.h"
+#include "core/platform/MicrophoneAccess.h"
+#include "core/platform/MovieWriter.h"
 #include "core/recording/RecordingPanels.h"
 #include "desktop/shell/DesktopWindows.h"
 
 #include <QLibrary>
 #include <QString>
 
-// The windows module as the program holds it: loaded at the first call that needs a window. Until
-// then the popover counts as hidden and no panel of a recording as shown, so hiding and closing
-// load nothing.
+// The windows module as the program holds it: loaded at the first call that needs a window or a
+// device of a recording. Until then the popover counts as hidden and no panel of a recording as
+// shown, so hiding and closing load nothing.
 class DesktopWindowsModule final : public DesktopWindows {
 public:
     explicit DesktopWindowsModule(Context context);
@@ -29,6 +32,10 @@ public:
     void showSettings(std::optional<SettingsTab> tab) override;
     RecordingPanels& recordingPanels() override { return m_panels; }
     std::unique_ptr<ScreenContentPicker> makeScreenPicker() override;
+    ScreenCaptureService& screenCapture() override { return m_capture; }
+    MovieWriterFactory& movieWriters() override { return m_writers; }
+    MicrophoneAccess& microphone() override { return m_microphone; }
+    std::unique_ptr<FacecamOverlay> makeFacecam(const FacecamStyle& style) override;
 
 private:
     // Loads the module at the first call; a program without it cannot go on.
@@ -58,8 +65,49 @@ private:
         DesktopWindowsModule& m_module;
     };
 
+    // The devices of a recording, loading the module at their first use.
+    class LoadingCapture : public ScreenCaptureService {
+    public:
+        explicit LoadingCapture(DesktopWindowsModule& module)
+            : m_module(module) {}
+
+        QCoro::Task<> checkAccess() override;
+        std::unique_ptr<CaptureStream> makeStream(const CaptureTarget& target,
+                                                  const CaptureConfiguration& configuration) override;
+        void prepareStream(const CaptureTarget& target, const CaptureConfiguration& configuration) override;
+
+    private:
+        DesktopWindowsModule& m_module;
+    };
+
+    class LoadingWriters : public MovieWriterFactory {
+    public:
+        explicit LoadingWriters(DesktopWindowsModule& module)
+            : m_module(module) {}
+
+        std::unique_ptr<MovieWriter> makeWriter(const QString& path) override;
+
+    private:
+        DesktopWindowsModule& m_module;
+    };
+
+    class LoadingMicrophone : public MicrophoneAccess {
+    public:
+        explicit LoadingMicrophone(DesktopWindowsModule& module)
+            : m_module(module) {}
+
+        QCoro::Task<Status> authorizationStatus() override;
+        QCoro::Task<bool> requestAccess() override;
+
+    private:
+        DesktopWindowsModule& m_module;
+    };
+
     Context m_context;
     QLibrary m_library;
     std::unique_ptr<DesktopWindows> m_windows;
     LoadingPanels m_panels{*this};
+    LoadingCapture m_capture{*this};
+    LoadingWriters m_writers{*this};
+    LoadingMicrophone m_microphone{*this};
 };

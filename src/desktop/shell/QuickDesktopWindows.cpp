@@ -1,6 +1,7 @@
-// The windows module: NorvaneBar's windows drawn with Qt Quick, which the program loads when one
-// of them is first needed.
+// The windows module: NorvaneBar's windows drawn with Qt Quick and the devices of a recording,
+// which the program loads when one of them is first needed.
 #include "core/app/AppState.h"
+#include "desktop/recording/RecordingDevices.h"
 #include "desktop/recording/RecordingWindows.h"
 #include "desktop/recording/X11ScreenPicker.h"
 #include "desktop/settings/SettingsWindow.h"
@@ -37,7 +38,15 @@ public:
     RecordingPanels& recordingPanels() override { return m_recording; }
     std::unique_ptr<ScreenContentPicker> makeScreenPicker() override { return std::make_unique<X11ScreenPicker>(); }
 
+    ScreenCaptureService& screenCapture() override { return m_devices.capture; }
+    MovieWriterFactory& movieWriters() override { return m_devices.writers; }
+    MicrophoneAccess& microphone() override { return m_devices.microphone; }
+    std::unique_ptr<FacecamOverlay> makeFacecam(const FacecamStyle& style) override {
+        return RecordingDevices::makeFacecam(style);
+    }
+
 private:
+    RecordingDevices m_devices;
     PopoverPages m_pages;
     SettingsWindow m_settings;
     RecordingWindows m_recording;

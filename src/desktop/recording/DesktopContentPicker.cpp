@@ -1,8 +1,5 @@
-#include "desktop/recording/DesktopScreenSources.h"
+#include "desktop/recording/DesktopContentPicker.h"
 
-#include "core/recording/CameraOverlayCompositor.h"
-#include "platform/linux/GStreamerCameraFeed.h"
-#include "platform/linux/GStreamerScreenCapture.h"
 #include "platform/linux/ScreenCastPortal.h"
 #include "platform/linux/X11Connection.h"
 
@@ -58,13 +55,6 @@ private:
 };
 } // namespace
 
-DesktopScreenSources desktopScreenSources(X11PickerMaker makeX11Picker) {
-    return {.picker = std::make_unique<DesktopContentPicker>(std::move(makeX11Picker)),
-            .capture = std::make_unique<GStreamerScreenCapture>(
-                x11Connection() ? GStreamerScreenCapture::Screens::x11 : GStreamerScreenCapture::Screens::pipeWire)};
-}
-
-std::unique_ptr<FacecamOverlay> desktopFacecam(const FacecamStyle& style) {
-    return std::make_unique<CameraOverlayCompositor>(style, std::make_unique<GStreamerCameraFeed>(),
-                                                     PersonSegmenters::unavailable());
+std::unique_ptr<ScreenContentPicker> desktopContentPicker(X11PickerMaker makeX11Picker) {
+    return std::make_unique<DesktopContentPicker>(std::move(makeX11Picker));
 }

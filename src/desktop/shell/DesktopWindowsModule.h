@@ -21,7 +21,6 @@ public:
     // Where the module is: beside the program in the build tree, in its own folder once
     // installed; empty when neither place has it.
     static QString path();
-    bool isLoaded() const { return m_windows != nullptr; }
     // Lets the windows go, before the state they show.
     void close();
 

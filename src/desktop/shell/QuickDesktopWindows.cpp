@@ -38,15 +38,23 @@ public:
     RecordingPanels& recordingPanels() override { return m_recording; }
     std::unique_ptr<ScreenContentPicker> makeScreenPicker() override { return std::make_unique<X11ScreenPicker>(); }
 
-    ScreenCaptureService& screenCapture() override { return m_devices.capture; }
-    MovieWriterFactory& movieWriters() override { return m_devices.writers; }
-    MicrophoneAccess& microphone() override { return m_devices.microphone; }
+    ScreenCaptureService& screenCapture() override { return devices().capture; }
+    MovieWriterFactory& movieWriters() override { return devices().writers; }
+    MicrophoneAccess& microphone() override { return devices().microphone; }
     std::unique_ptr<FacecamOverlay> makeFacecam(const FacecamStyle& style) override {
         return RecordingDevices::makeFacecam(style);
     }
 
 private:
-    RecordingDevices m_devices;
+    // Made at the first recording, not with the popover: GStreamer takes a while to start.
+    RecordingDevices& devices() {
+        if (!m_devices) {
+            m_devices = std::make_unique<RecordingDevices>();
+        }
+        return *m_devices;
+    }
+
+    std::unique_ptr<RecordingDevices> m_devices;
     PopoverPages m_pages;
     SettingsWindow m_settings;
     RecordingWindows m_recording;

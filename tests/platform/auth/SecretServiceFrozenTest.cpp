@@ -1,19 +1,16 @@
 // A Secret Service that stops answering: each operation gives up within its own timeout, and the
 // store works again once the daemon goes on. Runs in a desktop session of its own, whose
 // gnome-keyring-daemon it stops with SIGSTOP and resumes with SIGCONT; it signals no other process.
+#include "KeyringDaemon.h"
 #include "platform/linux/SecretServiceStore.h"
 #include "support/TestMain.h"
 
 #include "support/RunTask.h"
 
-#include <QDBusConnection>
-#include <QDBusConnectionInterface>
 #include <QDeadlineTimer>
 #include <QElapsedTimer>
-#include <QFile>
 #include <QTest>
 #include <csignal>
-#include <sys/types.h>
 
 using namespace std::chrono_literals;
 
@@ -23,38 +20,6 @@ const QString account = QStringLiteral("norvane-token-42");
 constexpr auto timeout = 1500ms;
 // What an operation may take beyond its timeout on a loaded machine.
 constexpr qint64 slackMSecs = 1000;
-
-// Field 22 of /proc/PID/stat: when the process started, so that a reused PID is never taken for it.
-QByteArray startTimeOf(qint64 pid) {
-    QFile stat(QStringLiteral("/proc/%1/stat").arg(pid));
-    if (!stat.open(QIODevice::ReadOnly)) {
-        return {};
-    }
-    const QByteArray line = stat.readAll();
-    return line.mid(line.lastIndexOf(')') + 2).split(' ').value(19);
-}
-
-// The keyring daemon of this test's own session: the "keyring" piece in the session's pids file,
-// alive with its recorded start time, and the very process that owns org.freedesktop.secrets on the
-// session's bus. Absent unless all of that holds.
-std::optional<pid_t> ownKeyringDaemon() {
-    QFile pids(qEnvironmentVariable("NORVANEBAR_SESSION_DIR") + QStringLiteral("/pids"));
-    if (!pids.open(QIODevice::ReadOnly)) {
-        return std::nullopt;
-    }
-    std::optional<qint64> recorded;
-    for (const QByteArray& line : pids.readAll().split('\n')) {
-        const QList<QByteArray> fields = line.split(' ');
-        if (fields.value(2) == "keyring" && startTimeOf(fields.value(0).toLongLong()) == fields.value(1)) {
-            recorded = fields.value(0).toLongLong();
-        }
-    }
-    const auto owner = QDBusConnection::sessionBus().interface()->servicePid(QStringLiteral("org.freedesktop.secrets"));
-    if (!recorded || !owner.isValid() || qint64(owner.value()) != *recorded) {
-        return std::nullopt;
-    }
-    return static_cast<pid_t>(*recorded);
-}
 } // namespace
 
 class SecretServiceFrozenTest : public QObject {
@@ -96,7 +61,7 @@ class SecretServiceFrozenTest : public QObject {
 
 private slots:
     void initTestCase() {
-        m_daemon = ownKeyringDaemon();
+        m_daemon = KeyringDaemon::ofOwnSession();
         QVERIFY2(m_daemon, "the keyring daemon of this test's own session is not found; nothing is signalled");
         QCOMPARE(runTask(m_secrets.write(service, account, "pk_before")), 0);
     }
@@ -113,7 +78,7 @@ private slots:
 
     void theStoreAnswersAgainOnceTheDaemonGoesOn() {
         thaw();
-        // The operations that gave up still reach the daemon, in order: the remove, then the write.
+        // The calls that gave up still reach the daemon: the write's new item lands late.
         std::optional<QByteArray> read;
         const QDeadlineTimer deadline(10s);
         while (read != QByteArray("pk_late") && !deadline.hasExpired()) {

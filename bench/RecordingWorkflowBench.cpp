@@ -15,7 +15,7 @@
 //
 //   recording-workflow-bench [SECONDS]
 #include "core/shell/ScreenRecordingServices.h"
-#include "desktop/recording/RecordingDevices.h"
+#include "desktop/recording/GStreamerRecordingDevices.h"
 #include "desktop/recording/RecordingWindows.h"
 #include "desktop/shell/PopoverWindow.h"
 #include "platform/linux/GStreamerMovieWriterFactory.h"
@@ -193,17 +193,18 @@ int main(int argc, char** argv) {
     QTemporaryDir movies;
     qputenv("TMPDIR", movies.path().toUtf8());
 
-    RecordingDevices devices;
+    GStreamerRecordingDevices devices;
     FirstFrameWriters writers;
     ScriptedRecording::ContentPicker picker;
     RecordingWindows windows;
-    ScreenRecordingCoordinator coordinator(screenRecordingServices({.capture = &devices.capture,
-                                                                    .writers = &writers,
-                                                                    .microphone = &devices.microphone,
-                                                                    .makeFacecam = RecordingDevices::makeFacecam,
-                                                                    .picker = &picker,
-                                                                    .panels = &windows},
-                                                                   Sleepers::real()));
+    ScreenRecordingCoordinator coordinator(screenRecordingServices(
+        {.capture = &devices.capture(),
+         .writers = &writers,
+         .microphone = &devices.microphone(),
+         .makeFacecam = [&devices](const FacecamStyle& style) { return devices.makeFacecam(style); },
+         .picker = &picker,
+         .panels = &windows},
+        Sleepers::real()));
     windows.follow(coordinator);
     bool failed = false;
     coordinator.completion = [&](const ScreenRecordingCoordinator::Outcome& outcome) {

@@ -25,10 +25,10 @@ file(RELATIVE_PATH norvanebar_bin_to_libs /${CMAKE_INSTALL_BINDIR} /${norvanebar
 set_target_properties(norvanebar PROPERTIES INSTALL_RPATH "$ORIGIN/${norvanebar_bin_to_libs}")
 set_target_properties(norvanebar_platform norvanebar_media PROPERTIES INSTALL_RPATH "$ORIGIN")
 set_target_properties(norvanebar_core PROPERTIES INSTALL_RPATH "")
-# The windows module sits beside the two libraries; the program looks for it there.
-set_target_properties(norvanebar_windows PROPERTIES INSTALL_RPATH "$ORIGIN")
-target_compile_definitions(norvanebar_shell PRIVATE NORVANEBAR_WINDOWS_MODULE_DIR="${norvanebar_bin_to_libs}")
-install(TARGETS norvanebar_windows LIBRARY DESTINATION ${norvanebar_private_libdir} COMPONENT norvanebar)
+# The modules sit beside the libraries; the program looks for them there.
+set_target_properties(norvanebar_windows norvanebar_recording_devices PROPERTIES INSTALL_RPATH "$ORIGIN")
+target_compile_definitions(norvanebar_shell PRIVATE NORVANEBAR_MODULE_DIR="${norvanebar_bin_to_libs}")
+install(TARGETS norvanebar_windows norvanebar_recording_devices LIBRARY DESTINATION ${norvanebar_private_libdir} COMPONENT norvanebar)
 install(TARGETS norvanebar RUNTIME DESTINATION ${CMAKE_INSTALL_BINDIR} COMPONENT norvanebar)
 install(TARGETS norvanebar_core norvanebar_platform norvanebar_media
     LIBRARY DESTINATION ${norvanebar_private_libdir} COMPONENT norvanebar NAMELINK_SKIP)

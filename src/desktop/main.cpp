@@ -1,5 +1,6 @@
 #include "core/support/Translations.h"
 #include "desktop/shell/AppDelegate.h"
+#include "desktop/shell/ProgramModules.h"
 #include "platform/linux/SingleInstance.h"
 
 #include <QApplication>
@@ -29,10 +30,12 @@ int main(int argc, char* argv[]) {
     // The installed desktop entry's id: the desktop finds the program's name and icon there.
     QApplication::setDesktopFileName(QStringLiteral("com.norvanebar.NorvaneBar"));
     QApplication::setQuitOnLastWindowClosed(false);
-    // Its windows are loaded when first shown; a program without them had better say so now.
-    if (DesktopWindowsModule::path().isEmpty()) {
-        std::fputs(qPrintable(QCoreApplication::translate("main", "NorvaneBar cannot find its windows module.\n")),
-                   stderr);
+    // Its windows and a recording's devices are loaded at their first use; a program without them had
+    // better say so now.
+    if (const std::optional<QString> module = ProgramModules::missing()) {
+        std::fputs(
+            qPrintable(QCoreApplication::translate("main", "NorvaneBar cannot find its module %1.\n").arg(*module)),
+            stderr);
         return 1;
     }
 

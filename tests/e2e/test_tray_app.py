@@ -20,6 +20,9 @@ from norvanebar_app import (NorvaneBar, click, other_window, popover_window_id, 
 TRAY = os.environ.get("NORVANEBAR_TRAY", "sni")
 SETTINGS_FILE = os.path.join(os.environ.get("XDG_CONFIG_HOME", os.path.expanduser("~/.config")), "NorvaneBar",
                              "settings.json")
+# The libraries of Qt Quick and of NorvaneBar's windows; those of a recording's devices.
+QUICK = ("libQt6Quick", "libQt6Qml", "libnorvanebar_windows")
+RECORDING_DEVICES = ("libgstreamer", "libpulse", "libnorvanebar_recording_devices")
 
 
 def settings_windows():
@@ -178,18 +181,23 @@ class TrayAppTest(unittest.TestCase):
 
     def test_qt_quick_is_loaded_with_the_first_window_and_not_before(self):
         time.sleep(1)  # a program that loaded it at start would have done so by now
-        self.assertEqual(self.quick_libraries(), [])
+        self.assertEqual(self.mapped_libraries(QUICK), [])
         self.app.toggle()
         self.app.wait_popover(True)
-        self.assertIn("libQt6Quick.so", self.quick_libraries())
-        self.assertIn("libnorvanebar_windows.so", self.quick_libraries())
+        self.assertIn("libQt6Quick.so", self.mapped_libraries(QUICK))
+        self.assertIn("libnorvanebar_windows.so", self.mapped_libraries(QUICK))
 
-    def quick_libraries(self):
-        """The libraries of Qt Quick and of NorvaneBar's windows the running program has mapped."""
+    def test_the_first_window_loads_no_device_of_a_recording(self):
+        self.app.toggle()
+        self.app.wait_popover(True)
+        self.assertIn("libnorvanebar_windows.so", self.mapped_libraries(QUICK))
+        self.assertEqual(self.mapped_libraries(RECORDING_DEVICES), [])
+
+    def mapped_libraries(self, prefixes):
+        """The libraries whose names start with one of `prefixes` that the running program has mapped."""
         with open(f"/proc/{self.app.process.pid}/maps", encoding="utf-8") as maps:
             names = {os.path.basename(line.split()[-1]) for line in maps if ".so" in line}
-        return sorted(name.split(".so")[0] + ".so"
-                      for name in names if name.startswith(("libQt6Quick", "libQt6Qml", "libnorvanebar_windows")))
+        return sorted(name.split(".so")[0] + ".so" for name in names if name.startswith(prefixes))
 
     def test_escape_closes_the_popover(self):
         self.app.toggle()

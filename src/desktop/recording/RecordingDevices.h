@@ -1,20 +1,24 @@
 #pragma once
 
-#include "core/recording/FacecamOverlay.h"
-#include "platform/linux/GStreamerMovieWriterFactory.h"
-#include "platform/linux/GStreamerScreenCapture.h"
-#include "platform/linux/PulseMicrophoneAccess.h"
-
 #include <memory>
 
-// The devices of a recording on this desktop: the capture of the X server on X11, else of the
-// PipeWire node a ScreenCast portal hands out; the movie writers; the sound server's microphone;
-// and the first camera, behind the recording's overlay.
-struct RecordingDevices {
-    GStreamerScreenCapture capture;
-    GStreamerMovieWriterFactory writers;
-    PulseMicrophoneAccess microphone;
+class FacecamOverlay;
+class MicrophoneAccess;
+class MovieWriterFactory;
+class ScreenCaptureService;
+struct FacecamStyle;
 
-    RecordingDevices();
-    static std::unique_ptr<FacecamOverlay> makeFacecam(const FacecamStyle& style);
+// The devices of a recording on this desktop: the screen's capture, the movie writers, the
+// microphone and the camera behind the recording's overlay.
+class RecordingDevices {
+public:
+    virtual ~RecordingDevices() = default;
+
+    virtual ScreenCaptureService& capture() = 0;
+    virtual MovieWriterFactory& writers() = 0;
+    virtual MicrophoneAccess& microphone() = 0;
+    virtual std::unique_ptr<FacecamOverlay> makeFacecam(const FacecamStyle& style) = 0;
 };
+
+// The entry of the module that holds them.
+using MakeRecordingDevices = RecordingDevices* (*)();

@@ -21,8 +21,9 @@ struct FacecamStyle;
 
 // NorvaneBar's windows drawn with Qt Quick: the popover, the settings, the recording's panels and
 // the X11 screen picker; and the devices a recording takes through GStreamer and the sound server.
-// They live in a module of their own, which the program loads when one of them is first needed, so
-// that the tray icon alone maps neither Qt Quick with its QML engine nor GStreamer.
+// The windows live in a module of their own, which the program loads when one of them is first
+// needed, so that the tray icon alone maps no Qt Quick with its QML engine; the devices live in
+// another, which the windows load at the first recording.
 class DesktopWindows {
 public:
     // What the windows need of the program, and whom they tell.

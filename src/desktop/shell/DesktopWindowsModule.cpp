@@ -3,34 +3,13 @@
 #include "core/platform/ScreenContentPicker.h"
 #include "core/recording/FacecamOverlay.h"
 
-#include <QCoreApplication>
-#include <QDir>
-#include <QFileInfo>
-#include <cstdio>
-#include <cstdlib>
-
-namespace {
-const auto fileName = QStringLiteral("libnorvanebar_windows.so");
-// The module's folder relative to the program's once installed; in the build tree it is beside it.
-const auto installedFolder = QStringLiteral(NORVANEBAR_WINDOWS_MODULE_DIR);
-} // namespace
+#include "desktop/shell/ProgramModules.h"
 
 DesktopWindowsModule::DesktopWindowsModule(Context context)
     : m_context(std::move(context)) {}
 
 DesktopWindowsModule::~DesktopWindowsModule() {
     close();
-}
-
-QString DesktopWindowsModule::path() {
-    const QDir programFolder(QCoreApplication::applicationDirPath());
-    for (const QString& folder : {installedFolder, QStringLiteral(".")}) {
-        const QFileInfo module(programFolder.filePath(folder + u'/' + fileName));
-        if (module.isFile()) {
-            return module.canonicalFilePath();
-        }
-    }
-    return {};
 }
 
 void DesktopWindowsModule::close() {
@@ -41,15 +20,8 @@ DesktopWindows& DesktopWindowsModule::windows() {
     if (m_windows) {
         return *m_windows;
     }
-    m_library.setFileName(path());
-    const auto make = reinterpret_cast<MakeDesktopWindows>(m_library.resolve("norvanebarMakeDesktopWindows"));
-    if (!make) {
-        const QString message =
-            QCoreApplication::translate("DesktopWindowsModule", "NorvaneBar cannot show its windows: %1\n")
-                .arg(m_library.errorString());
-        std::fputs(message.toLocal8Bit().constData(), stderr);
-        std::exit(EXIT_FAILURE);
-    }
+    const auto make = reinterpret_cast<MakeDesktopWindows>(
+        ProgramModules::entry(m_library, ProgramModules::windowsFileName, "norvanebarMakeDesktopWindows"));
     m_windows.reset(make(m_context));
     return *m_windows;
 }

@@ -7,7 +7,6 @@
 #include "desktop/shell/DesktopWindows.h"
 
 #include <QLibrary>
-#include <QString>
 
 // The windows module as the program holds it: loaded at the first call that needs a window or a
 // device of a recording. Until then the popover counts as hidden and no panel of a recording as
@@ -18,9 +17,6 @@ public:
     ~DesktopWindowsModule() override;
     Q_DISABLE_COPY_MOVE(DesktopWindowsModule)
 
-    // Where the module is: beside the program in the build tree, in its own folder once
-    // installed; empty when neither place has it.
-    static QString path();
     // Lets the windows go, before the state they show.
     void close();
 

@@ -1,7 +1,7 @@
-// The windows module: NorvaneBar's windows drawn with Qt Quick and the devices of a recording,
-// which the program loads when one of them is first needed.
+// The windows module: NorvaneBar's windows drawn with Qt Quick, which the program loads when one of
+// them is first needed; they load the devices of a recording at the first recording.
 #include "core/app/AppState.h"
-#include "desktop/recording/RecordingDevices.h"
+#include "desktop/recording/RecordingDevicesModule.h"
 #include "desktop/recording/RecordingWindows.h"
 #include "desktop/recording/X11ScreenPicker.h"
 #include "desktop/settings/SettingsWindow.h"
@@ -38,23 +38,15 @@ public:
     RecordingPanels& recordingPanels() override { return m_recording; }
     std::unique_ptr<ScreenContentPicker> makeScreenPicker() override { return std::make_unique<X11ScreenPicker>(); }
 
-    ScreenCaptureService& screenCapture() override { return devices().capture; }
-    MovieWriterFactory& movieWriters() override { return devices().writers; }
-    MicrophoneAccess& microphone() override { return devices().microphone; }
+    ScreenCaptureService& screenCapture() override { return m_devices.devices().capture(); }
+    MovieWriterFactory& movieWriters() override { return m_devices.devices().writers(); }
+    MicrophoneAccess& microphone() override { return m_devices.devices().microphone(); }
     std::unique_ptr<FacecamOverlay> makeFacecam(const FacecamStyle& style) override {
-        return RecordingDevices::makeFacecam(style);
+        return m_devices.devices().makeFacecam(style);
     }
 
 private:
-    // Made at the first recording, not with the popover: GStreamer takes a while to start.
-    RecordingDevices& devices() {
-        if (!m_devices) {
-            m_devices = std::make_unique<RecordingDevices>();
-        }
-        return *m_devices;
-    }
-
-    std::unique_ptr<RecordingDevices> m_devices;
+    RecordingDevicesModule m_devices;
     PopoverPages m_pages;
     SettingsWindow m_settings;
     RecordingWindows m_recording;

@@ -1,5 +1,6 @@
 #include "desktop/shell/DesktopWindowsModule.h"
 #include "core/shell/HotKeyManager.h"
+#include "desktop/shell/ProgramModules.h"
 #include "platform/linux/AutostartEntry.h"
 #include "platform/linux/NoGlobalShortcuts.h"
 #include "support/AppStateFixture.h"
@@ -15,7 +16,10 @@ class DesktopWindowsModuleTest : public QObject {
     Q_OBJECT
 
 private slots:
-    void findsNoModuleBesideAProgramWithoutOne() { QVERIFY(DesktopWindowsModule::path().isEmpty()); }
+    void findsNoModuleBesideAProgramWithoutOne() {
+        QVERIFY(ProgramModules::path(ProgramModules::windowsFileName).isEmpty());
+        QCOMPARE(ProgramModules::missing(), QString::fromLatin1(ProgramModules::windowsFileName));
+    }
 
     void hidingAndClosingLoadNothing() {
         AppStateFixture state;

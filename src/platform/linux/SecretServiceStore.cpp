@@ -306,7 +306,7 @@ private:
             attributesValue.value<QDBusArgument>().currentSignature() != QLatin1String("a{ss}")) {
             co_return {Status::failed, std::nullopt};
         }
-        const Attributes attributes = qdbus_cast<Attributes>(attributesValue.value<QDBusArgument>());
+        const auto attributes = qdbus_cast<Attributes>(attributesValue.value<QDBusArgument>());
 
         QCoro::Task<Status> opening = openSession(deadline);
         if (const Status status = co_await std::move(opening); status != Status::ok) {

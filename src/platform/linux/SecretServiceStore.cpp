@@ -25,7 +25,7 @@ const QString propertiesInterface = QStringLiteral("org.freedesktop.DBus.Propert
 // The path the service gives for "no object": no prompt needed, no such alias.
 const QString noObject = QStringLiteral("/");
 
-// The attributes of the items qtkeychain wrote, kept so that both find the same items.
+// The attributes earlier versions of the program gave their items, kept so that both find the same items.
 const QString serverAttribute = QStringLiteral("server");
 const QString userAttribute = QStringLiteral("user");
 const QString typeAttribute = QStringLiteral("type");

@@ -1,11 +1,10 @@
 import QtQuick
 import QtQuick.Controls
-import QtQuick.Dialogs
 import QtQuick.Layouts
 import NorvaneBar
 
-// The dialogs of "Save to Disk…": the desktop's own save dialog, opening where the exporter says with
-// the file's name proposed, and the warning when the copy fails.
+// The dialogs of "Save to Disk…": the desktop's own save dialog, made at the first save, and the
+// warning when the copy fails.
 Item {
     id: root
 
@@ -17,9 +16,12 @@ Item {
         target: root.exporter
 
         function onDestinationWanted(folder: url, proposedFile: url) {
-            saveDialog.currentFolder = folder;
-            saveDialog.selectedFile = proposedFile;
-            saveDialog.open();
+            if (!saveDialog.item) {
+                saveDialog.setSource("AttachmentSaveFileDialog.qml", {
+                    "exporter": root.exporter
+                });
+            }
+            saveDialog.item.ask(folder, proposedFile);
         }
 
         function onFailed() {
@@ -27,15 +29,8 @@ Item {
         }
     }
 
-    FileDialog {
+    Loader {
         id: saveDialog
-
-        objectName: "saveAttachmentDialog"
-        fileMode: FileDialog.SaveFile
-        // Qt's own dialog says "Open" in save mode too.
-        acceptLabel: qsTr("Save")
-        onAccepted: root.exporter.saveTo(saveDialog.selectedFile)
-        onRejected: root.exporter.cancel()
     }
 
     Dialog {

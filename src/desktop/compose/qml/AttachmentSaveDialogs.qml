@@ -15,13 +15,15 @@ Item {
     Connections {
         target: root.exporter
 
+        // The first request makes the save dialog, which then follows the later ones itself.
         function onDestinationWanted(folder: url, proposedFile: url) {
-            if (!saveDialog.item) {
+            if (saveDialog.status === Loader.Null) {
                 saveDialog.setSource("AttachmentSaveFileDialog.qml", {
-                    "exporter": root.exporter
+                    "exporter": root.exporter,
+                    "folder": folder,
+                    "proposedFile": proposedFile
                 });
             }
-            saveDialog.item.ask(folder, proposedFile);
         }
 
         function onFailed() {

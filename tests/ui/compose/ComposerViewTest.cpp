@@ -388,6 +388,22 @@ private slots:
         QTRY_VERIFY(!dialog->property("visible").toBool());
         QVERIFY(!QFile::exists(QDir(downloads()).filePath(QStringLiteral("photo.txt"))));
     }
+
+    void aSecondSaveOpensTheDialogAgain() {
+        QVERIFY(QDir().mkpath(downloads()));
+        attach(QStringLiteral("twice.txt"), "t");
+        for (int save = 0; save < 2; ++save) {
+            QVERIFY(openThumbnailMenu(Qt::Key_Menu));
+            QVERIFY(chooseSaveToDisk());
+            QObject* dialog = m_fixture->find(QStringLiteral("saveAttachmentDialog"));
+            QVERIFY(dialog);
+            QTRY_VERIFY(dialog->property("visible").toBool());
+            QCOMPARE(dialog->property("selectedFile").toUrl(),
+                     QUrl::fromLocalFile(QDir(downloads()).filePath(QStringLiteral("twice.txt"))));
+            QMetaObject::invokeMethod(dialog, "reject");
+            QTRY_VERIFY(!dialog->property("visible").toBool());
+        }
+    }
 };
 
 NORVANEBAR_TEST_MAIN(ComposerViewTest)

@@ -23,6 +23,8 @@ SETTINGS_FILE = os.path.join(os.environ.get("XDG_CONFIG_HOME", os.path.expanduse
 # The libraries of Qt Quick and of NorvaneBar's windows; those of a recording's devices.
 QUICK = ("libQt6Quick", "libQt6Qml", "libnorvanebar_windows")
 RECORDING_DEVICES = ("libgstreamer", "libpulse", "libnorvanebar_recording_devices")
+# Qt Quick's dialogs, which the first save to disk loads.
+DIALOGS = ("libQt6QuickDialogs2",)
 
 
 def settings_windows():
@@ -187,11 +189,11 @@ class TrayAppTest(unittest.TestCase):
         self.assertIn("libQt6Quick.so", self.mapped_libraries(QUICK))
         self.assertIn("libnorvanebar_windows.so", self.mapped_libraries(QUICK))
 
-    def test_the_first_window_loads_no_device_of_a_recording(self):
+    def test_the_first_window_loads_no_device_of_a_recording_and_no_dialog(self):
         self.app.toggle()
         self.app.wait_popover(True)
         self.assertIn("libnorvanebar_windows.so", self.mapped_libraries(QUICK))
-        self.assertEqual(self.mapped_libraries(RECORDING_DEVICES), [])
+        self.assertEqual(self.mapped_libraries(RECORDING_DEVICES + DIALOGS), [])
 
     def mapped_libraries(self, prefixes):
         """The libraries whose names start with one of `prefixes` that the running program has mapped."""

@@ -1,8 +1,8 @@
 // A Secret Service that stops answering: each operation gives up within its own timeout, and the
 // store works again once the daemon goes on. Runs in a desktop session of its own, whose
 // gnome-keyring-daemon it stops with SIGSTOP and resumes with SIGCONT; it signals no other process.
-#include "KeyringDaemon.h"
 #include "platform/linux/SecretServiceStore.h"
+#include "support/KeyringDaemon.h"
 #include "support/TestMain.h"
 
 #include "support/RunTask.h"

@@ -2,8 +2,8 @@
 // keyring is locked and no one can answer its password prompt, works again once it is unlocked, and
 // opens a new session with a restarted daemon. Runs in a desktop session of its own, whose
 // gnome-keyring-daemon it stops and replaces by one it starts itself; it signals no other process.
-#include "KeyringDaemon.h"
 #include "platform/linux/SecretServiceStore.h"
+#include "support/KeyringDaemon.h"
 #include "support/TestMain.h"
 
 #include "support/RunTask.h"

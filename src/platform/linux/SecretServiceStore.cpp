@@ -132,6 +132,11 @@ private:
         Status status = Status::failed;
         QVariant result;
     };
+    struct Created {
+        Status status = Status::failed;
+        QString path;
+        bool prompted = false;
+    };
 
     void forget() {
         m_session.clear();
@@ -184,6 +189,22 @@ private:
         co_return Prompted{};
     }
 
+    // The object a Create call answered with (object, prompt): made at once, or once the person
+    // answered the prompt.
+    QCoro::Task<Created> createdObject(Answer answer) {
+        if (answer.status != Status::ok) {
+            co_return Created{answer.status};
+        }
+        const QString path = objectPath(answer.arguments.at(0));
+        const QString promptPath = objectPath(answer.arguments.at(1));
+        if (path != noObject || promptPath == noObject) {
+            co_return Created{Status::ok, path};
+        }
+        QCoro::Task<Prompted> asking = prompt(promptPath);
+        const Prompted prompted = co_await std::move(asking);
+        co_return Created{prompted.status, objectPath(prompted.result), true};
+    }
+
     // Opens the session once and keeps it. Its algorithm is "plain": the secret is not encrypted
     // again on its way, which runs over the user's own session bus, between the user's own processes.
     QCoro::Task<Status> openSession(QDeadlineTimer deadline) {
@@ -217,20 +238,13 @@ private:
                 {collectionInterface + QStringLiteral(".Label"), QStringLiteral("Default keyring")}};
             QCoro::Task<Answer> creating = call(servicePath, serviceInterface, QStringLiteral("CreateCollection"),
                                                 {properties, defaultAlias}, QStringLiteral("oo"), deadline);
-            const Answer created = co_await std::move(creating);
+            const Answer answer = co_await std::move(creating);
+            QCoro::Task<Created> made = createdObject(answer);
+            const Created created = co_await std::move(made);
             if (created.status != Status::ok) {
                 co_return created.status;
             }
-            collection = objectPath(created.arguments.at(0));
-            const QString promptPath = objectPath(created.arguments.at(1));
-            if (collection == noObject && promptPath != noObject) {
-                QCoro::Task<Prompted> asking = prompt(promptPath);
-                const Prompted prompted = co_await std::move(asking);
-                if (prompted.status != Status::ok) {
-                    co_return prompted.status;
-                }
-                collection = objectPath(prompted.result);
-            }
+            collection = created.path;
         }
         if (!collection.startsWith(servicePath + QLatin1Char('/'))) {
             co_return Status::failed;
@@ -381,18 +395,12 @@ private:
                                                      arguments, QStringLiteral("oo"), deadline);
             created = co_await std::move(creatingAgain);
         }
-        if (created.status != Status::ok) {
-            co_return created.status;
+        QCoro::Task<Created> made = createdObject(created);
+        const Created item = co_await std::move(made);
+        if (item.status != Status::ok) {
+            co_return item.status;
         }
-        QString item = objectPath(created.arguments.at(0));
-        const QString promptPath = objectPath(created.arguments.at(1));
-        if (item == noObject && promptPath != noObject) {
-            QCoro::Task<Prompted> asking = prompt(promptPath);
-            const Prompted prompted = co_await std::move(asking);
-            if (prompted.status != Status::ok) {
-                co_return prompted.status;
-            }
-            item = objectPath(prompted.result);
+        if (item.prompted) {
             deadline = QDeadlineTimer(m_timeout);
         }
 
@@ -402,7 +410,7 @@ private:
         const Found found = co_await std::move(searching);
         if (found.status == Status::ok) {
             for (const QDBusObjectPath& other : found.unlocked) {
-                if (other.path() != item) {
+                if (other.path() != item.path) {
                     QCoro::Task<Status> deleting = deleteItem(other.path(), deadline);
                     co_await std::move(deleting);
                 }
